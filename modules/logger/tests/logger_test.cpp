@@ -1,0 +1,44 @@
+#include "logger/logger.h"
+
+#include <regex>
+
+#include <gtest/gtest.h>
+
+namespace kvan::logging {
+namespace {
+
+TEST(Logger, NamesAreDottedWords) {
+    for (const char* name : {"a", "a.b-c_d.e1", "kvan.io.qsf2sql"})
+        EXPECT_NO_THROW(Logger::getLogger(name)) << name;
+    for (const char* name : {"", "1a", "a..b", ".a", "a.", "a b"}) {
+        try {
+            Logger::getLogger(name);
+            ADD_FAILURE() << name;
+        } catch (const std::runtime_error& error) {
+            EXPECT_EQ(error.what(), "Invalid logger name: \"" + std::string(name) + "\"");
+        }
+    }
+    EXPECT_THROW(Logger::getLogger(nullptr), std::runtime_error);
+    EXPECT_THROW(Logger::getLogger("a").isEnabled(static_cast<Level::type>(6)), std::runtime_error);
+}
+
+TEST(Logger, WritesInfoAndAboveToStandardOutputAndEvaluatesNothingBelow) {
+    const Logger logger = Logger::getLogger("kvan.test");
+    bool evaluated = false;
+    const auto text = [&] {
+        evaluated = true;
+        return "seen";
+    };
+    ::testing::internal::CaptureStdout();
+    KVAN_LOG(logger, DEBUG) << text();
+    EXPECT_FALSE(evaluated);
+    KVAN_LOG(logger, WARN) << text() << ' ' << 7;
+    const std::string output = ::testing::internal::GetCapturedStdout();
+    EXPECT_TRUE(std::regex_match(
+        output,
+        std::regex(R"(\d{4}-\d\d-\d\d \d\d:\d\d:\d\d\.\d{6} \[tid=0x[0-9a-f]+\] \[WARN \] kvan\.test: seen 7\n)")))
+        << output;
+}
+
+}  // namespace
+}  // namespace kvan::logging

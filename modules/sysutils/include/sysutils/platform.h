@@ -1,0 +1,64 @@
+#pragma once
+
+#include <boost/filesystem/path.hpp>
+#include <cstdint>
+#include <cstdio>
+#include <memory>
+#include <string>
+
+/// The platform seam: what this system asks of an operating system beyond what C++ and Boost give. One source file a
+/// platform implements all of it; nothing else in the project tests for a platform.
+namespace kvan::sys {
+
+/// A path from UTF-8 text, and back. The text must be valid UTF-8.
+boost::filesystem::path pathFromUtf8(const std::string& text);
+std::string pathToUtf8(const boost::filesystem::path& path);
+
+/// A regular file open for reading by position. Shares the file with readers and writers. Holds no position of its own,
+/// so several threads may read at once.
+class PositionedFile {
+public:
+    /// Opens `path`; a pipe, socket, device or directory is refused without waiting for it. Null if there is no regular
+    /// file that may be read.
+    static std::unique_ptr<PositionedFile> open(const boost::filesystem::path& path);
+
+    virtual ~PositionedFile() = default;
+
+    /// Reads up to `count` bytes at `offset`; gives the number read, less than `count` only at the end of the file, or
+    /// -1 when the system reports a fault.
+    virtual std::int64_t readAt(char* destination, std::int64_t count, std::uint64_t offset) = 0;
+
+    /// Size in bytes at this moment, 0 when it cannot be told.
+    virtual std::uint64_t size() const = 0;
+};
+
+/// A file that its creator owns alone: made under a name that did not exist, never through a link, and locked against
+/// every other holder until the object goes. Removed on destruction unless it was moved to its final name before.
+class PrivateFile {
+public:
+    /// Null if the file cannot be made, whatever the reason.
+    static std::unique_ptr<PrivateFile> create(const boost::filesystem::path& path);
+
+    virtual ~PrivateFile() = default;
+
+    virtual const boost::filesystem::path& path() const = 0;
+
+    /// Writes at the end of the file; false if not every byte was taken.
+    virtual bool append(const std::string& bytes) = 0;
+
+    /// Cuts the file to nothing; false when the system refuses.
+    virtual bool clear() = 0;
+
+    /// Renames the file over `target` in one step, whatever stands there but a directory; false when the system
+    /// refuses.
+    virtual bool moveTo(const boost::filesystem::path& target) = 0;
+};
+
+/// Removes the file at `path` if it is a regular file that no `PrivateFile` of any process holds. False if it stays.
+bool removeAbandonedPrivateFile(const boost::filesystem::path& path);
+
+/// Sends everything that this process writes to its standard output to its standard error instead, and gives a stream
+/// on the former standard output, which the caller closes with `std::fclose`. Null when the system refuses.
+std::FILE* divertStandardOutput();
+
+}  // namespace kvan::sys

@@ -1,0 +1,167 @@
+#include "sysutils/platform.h"
+
+#include <cerrno>
+#include <cstdio>
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace kvan::sys {
+
+namespace {
+
+class Descriptor {
+public:
+    explicit Descriptor(int descriptor) : m_descriptor(descriptor) {}
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
+    Descriptor(Descriptor&& other) noexcept : m_descriptor(other.release()) {}
+    Descriptor& operator=(Descriptor&&) = delete;
+    ~Descriptor() {
+        if (m_descriptor >= 0)
+            ::close(m_descriptor);
+    }
+
+    int get() const { return m_descriptor; }
+    int release() {
+        const int descriptor = m_descriptor;
+        m_descriptor = -1;
+        return descriptor;
+    }
+
+private:
+    int m_descriptor;
+};
+
+bool isRegular(int descriptor) {
+    struct stat status {};
+    return ::fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode);
+}
+
+/// A name may have been given to another file between the opening and the locking.
+bool isStillNamed(int descriptor, const char* name) {
+    struct stat held {};
+    struct stat named {};
+    return ::fstat(descriptor, &held) == 0 && ::lstat(name, &named) == 0 && held.st_dev == named.st_dev &&
+           held.st_ino == named.st_ino;
+}
+
+class LinuxPositionedFile final : public PositionedFile {
+public:
+    explicit LinuxPositionedFile(Descriptor descriptor) : m_descriptor(std::move(descriptor)) {}
+
+    std::int64_t readAt(char* destination, std::int64_t count, std::uint64_t offset) override {
+        std::int64_t done = 0;
+        while (done < count) {
+            const ssize_t got = ::pread(m_descriptor.get(), destination + done, static_cast<std::size_t>(count - done),
+                                        static_cast<off_t>(offset + static_cast<std::uint64_t>(done)));
+            if (got < 0 && errno == EINTR)
+                continue;
+            if (got < 0)
+                return -1;
+            if (got == 0)
+                break;
+            done += got;
+        }
+        return done;
+    }
+
+    std::uint64_t size() const override {
+        struct stat status {};
+        return ::fstat(m_descriptor.get(), &status) == 0 ? static_cast<std::uint64_t>(status.st_size) : 0;
+    }
+
+private:
+    Descriptor m_descriptor;
+};
+
+class LinuxPrivateFile final : public PrivateFile {
+public:
+    LinuxPrivateFile(Descriptor descriptor, boost::filesystem::path path)
+        : m_descriptor(std::move(descriptor)), m_path(std::move(path)) {}
+    LinuxPrivateFile(const LinuxPrivateFile&) = delete;
+    LinuxPrivateFile& operator=(const LinuxPrivateFile&) = delete;
+    ~LinuxPrivateFile() override {
+        if (!m_moved)
+            ::unlink(m_path.c_str());
+    }
+
+    const boost::filesystem::path& path() const override { return m_path; }
+
+    bool append(const std::string& bytes) override {
+        std::size_t done = 0;
+        while (done < bytes.size()) {
+            const ssize_t put = ::write(m_descriptor.get(), bytes.data() + done, bytes.size() - done);
+            if (put < 0 && errno == EINTR)
+                continue;
+            if (put <= 0)
+                return false;
+            done += static_cast<std::size_t>(put);
+        }
+        return true;
+    }
+
+    bool clear() override { return ::ftruncate(m_descriptor.get(), 0) == 0; }
+
+    bool moveTo(const boost::filesystem::path& target) override {
+        if (std::rename(m_path.c_str(), target.c_str()) != 0)
+            return false;
+        m_moved = true;
+        return true;
+    }
+
+private:
+    Descriptor m_descriptor;
+    boost::filesystem::path m_path;
+    bool m_moved = false;
+};
+
+}  // namespace
+
+boost::filesystem::path pathFromUtf8(const std::string& text) {
+    return boost::filesystem::path(text);
+}
+
+std::string pathToUtf8(const boost::filesystem::path& path) {
+    return path.string();
+}
+
+std::unique_ptr<PositionedFile> PositionedFile::open(const boost::filesystem::path& path) {
+    Descriptor descriptor(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+    if (descriptor.get() < 0 || !isRegular(descriptor.get()))
+        return nullptr;
+    return std::make_unique<LinuxPositionedFile>(std::move(descriptor));
+}
+
+std::unique_ptr<PrivateFile> PrivateFile::create(const boost::filesystem::path& path) {
+    Descriptor descriptor(::open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC | O_APPEND, 0666));
+    if (descriptor.get() < 0)
+        return nullptr;
+    // A cleaner may have taken the file for abandoned before the lock was held.
+    if (::flock(descriptor.get(), LOCK_EX | LOCK_NB) != 0 || !isStillNamed(descriptor.get(), path.c_str())) {
+        return nullptr;
+    }
+    return std::make_unique<LinuxPrivateFile>(std::move(descriptor), path);
+}
+
+bool removeAbandonedPrivateFile(const boost::filesystem::path& path) {
+    const Descriptor descriptor(::open(path.c_str(), O_RDWR | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+    if (descriptor.get() < 0 || !isRegular(descriptor.get()) || ::flock(descriptor.get(), LOCK_EX | LOCK_NB) != 0)
+        return false;
+    return isStillNamed(descriptor.get(), path.c_str()) && ::unlink(path.c_str()) == 0;
+}
+
+std::FILE* divertStandardOutput() {
+    std::fflush(stdout);
+    Descriptor former(::fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 3));
+    if (former.get() < 0 || ::dup2(STDERR_FILENO, STDOUT_FILENO) < 0)
+        return nullptr;
+    std::FILE* stream = ::fdopen(former.get(), "w");
+    if (stream != nullptr)
+        former.release();
+    return stream;
+}
+
+}  // namespace kvan::sys

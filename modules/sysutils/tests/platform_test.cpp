@@ -1,0 +1,77 @@
+#include "sysutils/platform.h"
+
+#include <boost/filesystem/fstream.hpp>
+#include <boost/filesystem/operations.hpp>
+#include <cstdlib>
+
+#include <gtest/gtest.h>
+
+namespace kvan::sys {
+namespace {
+
+namespace fs = boost::filesystem;
+
+class Platform : public ::testing::Test {
+protected:
+    Platform() : m_directory(fs::temp_directory_path() / fs::unique_path()) { fs::create_directory(m_directory); }
+    ~Platform() override { fs::remove_all(m_directory); }
+
+    fs::path fileWith(const std::string& name, const std::string& bytes) const {
+        fs::ofstream(m_directory / name) << bytes;
+        return m_directory / name;
+    }
+
+    fs::path m_directory;
+};
+
+TEST_F(Platform, PositionedFileReadsToTheEndAndRefusesWhatIsNoFile) {
+    const auto file = PositionedFile::open(fileWith("data", "0123456789"));
+    ASSERT_TRUE(file);
+    char bytes[16] = {};
+    EXPECT_EQ(file->size(), 10u);
+    EXPECT_EQ(file->readAt(bytes, 4, 3), 4);
+    EXPECT_EQ(std::string(bytes, 4), "3456");
+    EXPECT_EQ(file->readAt(bytes, 16, 8), 2);
+    EXPECT_EQ(file->readAt(bytes, 1, 100), 0);
+
+    const std::string pipe = (m_directory / "pipe").string();
+    ASSERT_EQ(std::system(("mkfifo '" + pipe + "'").c_str()), 0);
+    for (const fs::path& other : {m_directory, fs::path(pipe), m_directory / "missing"})
+        EXPECT_FALSE(PositionedFile::open(other)) << other;
+}
+
+TEST_F(Platform, PrivateFileIsLockedWhileHeldAndMovesInOneStep) {
+    const fs::path path = m_directory / "private";
+    const fs::path target = fileWith("target", "old");
+    {
+        const auto file = PrivateFile::create(path);
+        ASSERT_TRUE(file);
+        EXPECT_FALSE(PrivateFile::create(path)) << "the name is taken";
+        EXPECT_TRUE(file->append("probe"));
+        EXPECT_EQ(fs::file_size(path), 5u);
+        EXPECT_TRUE(file->clear());
+        EXPECT_TRUE(file->append("new"));
+        EXPECT_FALSE(removeAbandonedPrivateFile(path)) << "somebody holds it";
+        EXPECT_FALSE(file->moveTo(m_directory)) << "a directory is no target";
+        EXPECT_TRUE(file->moveTo(target));
+    }
+    EXPECT_FALSE(fs::exists(path));
+    EXPECT_EQ(fs::file_size(target), 3u);
+
+    PrivateFile::create(path).reset();
+    EXPECT_FALSE(fs::exists(path)) << "goes with its owner";
+    fileWith("private", "left behind");
+    EXPECT_TRUE(removeAbandonedPrivateFile(path));
+    EXPECT_FALSE(fs::exists(path));
+}
+
+TEST_F(Platform, PrivateFileNeverWritesThroughALink) {
+    const fs::path target = fileWith("target", "precious");
+    fs::create_symlink(target, m_directory / "private");
+    EXPECT_FALSE(PrivateFile::create(m_directory / "private"));
+    EXPECT_FALSE(removeAbandonedPrivateFile(m_directory / "private"));
+    EXPECT_EQ(fs::file_size(target), 8u);
+}
+
+}  // namespace
+}  // namespace kvan::sys

@@ -1,0 +1,25 @@
+#include "sysutils/posix_time.h"
+
+#include <boost/date_time/gregorian/gregorian_types.hpp>
+
+#include <gtest/gtest.h>
+
+namespace kvan::sys::posix {
+namespace {
+
+TEST(ToIsoExtendedString, EveryOptionAndItsLimits) {
+    using boost::posix_time::ptime;
+    const ptime time(boost::gregorian::date(2018, 2, 3),
+                     boost::posix_time::time_duration(4, 5, 6) + boost::posix_time::microseconds(7));
+    const char* const expected[] = {
+        "2018-02-03 04:05:06",        "2018-02-03T04:05:06",     "2018-02-03 04:05:06.000007",
+        "2018-02-03T04:05:06.000007", "2018-02-03 04:05:06.000", "2018-02-03T04:05:06.000",
+    };
+    for (int option = 0; option <= 5; ++option)
+        EXPECT_EQ(toIsoExtendedString(time, static_cast<FormatOption::type>(option)), expected[option]);
+    EXPECT_EQ(toIsoExtendedString(ptime(boost::date_time::not_a_date_time), FormatOption::T), "not-a-date-time");
+    EXPECT_THROW(toIsoExtendedString(time, static_cast<FormatOption::type>(6)), std::runtime_error);
+}
+
+}  // namespace
+}  // namespace kvan::sys::posix
