@@ -1,0 +1,177 @@
+#include "cppsqlite/CppSQLite3.h"
+
+#include "cppsqlite/simple_checked_query.h"
+
+#include <boost/filesystem/fstream.hpp>
+#include <boost/filesystem/operations.hpp>
+#include <functional>
+#include <limits>
+#include <utility>
+
+#include <gtest/gtest.h>
+
+namespace kvan::cppsqlite {
+namespace {
+
+namespace fs = boost::filesystem;
+
+std::string failureOf(const std::function<void()>& action) {
+    try {
+        action();
+    } catch (const std::exception& fault) {
+        return fault.what();
+    }
+    return "no failure";
+}
+
+class CppSQLite3 : public ::testing::Test {
+protected:
+    CppSQLite3() { m_database.open(":memory:"); }
+
+    CppSQLite3DB m_database;
+};
+
+TEST_F(CppSQLite3, ValuesComeBackAsBoundWhateverTheirBytes) {
+    using namespace std::string_literals;
+    const std::string text = "a\0b\xff"s;
+    const unsigned char blob[] = {0, 1, 255};
+    m_database.execDML("CREATE TABLE t (v)");
+    CppSQLite3Statement insert = m_database.compileStatement("INSERT INTO t VALUES (?)");
+    const std::pair<int, std::function<void()>> cases[] = {
+        {SQLITE_FLOAT, [&] { insert.bind(1, 0.1); }},
+        {SQLITE_INTEGER, [&] { insert.bind(1, std::numeric_limits<std::int64_t>::min()); }},
+        {SQLITE_INTEGER, [&] { insert.bind(1, std::uint64_t{0x4300000000000001}); }},
+        {SQLITE_TEXT, [&] { insert.bind(1, text); }},
+        {SQLITE_TEXT, [&] { insert.bindBorrowed(1, text); }},
+        {SQLITE_TEXT, [&] { insert.bind(1, std::string_view()); }},
+        {SQLITE_BLOB, [&] { insert.bind(1, blob, sizeof blob); }},
+        {SQLITE_BLOB, [&] { insert.bindBorrowed(1, blob, sizeof blob); }},
+        {SQLITE_BLOB, [&] { insert.bind(1, blob, 0); }},
+        {SQLITE_NULL, [&] { insert.bindNull(1); }},
+    };
+    for (const auto& [type, bind] : cases) {
+        bind();
+        EXPECT_EQ(insert.execDML(), 1);
+    }
+    EXPECT_EQ(m_database.lastRowId(), 10);
+
+    CppSQLite3Query rows = m_database.execQuery("SELECT v, length(CAST(v AS BLOB)) FROM t ORDER BY rowid");
+    for (const auto& bound : cases) {
+        ASSERT_FALSE(rows.eof());
+        EXPECT_EQ(rows.fieldDataType(0), bound.first);
+        rows.nextRow();
+    }
+    rows.nextRow();
+    EXPECT_TRUE(rows.eof()) << "stays at the end";
+
+    rows = m_database.execQuery("SELECT v FROM t ORDER BY rowid");
+    EXPECT_EQ(rows.getFloatField(0), 0.1);
+    rows.nextRow();
+    EXPECT_EQ(rows.getInt64Field(0), std::numeric_limits<std::int64_t>::min());
+    rows.nextRow();
+    EXPECT_EQ(rows.getInt64Field(0), 0x4300000000000001);
+    for (const std::string& expected : {text, text, ""s}) {
+        rows.nextRow();
+        EXPECT_EQ(rows.fieldValue(0), expected);
+    }
+    for (const int expected : {3, 3, 0}) {
+        rows.nextRow();
+        int length = -1;
+        const unsigned char* const bytes = rows.getBlobField(0, length);
+        ASSERT_EQ(length, expected);
+        EXPECT_TRUE(std::equal(bytes, bytes + length, blob));
+    }
+}
+
+TEST_F(CppSQLite3, StatementsServeManyReadsAndEndThem) {
+    m_database.execDML("CREATE TABLE t (v INTEGER); INSERT INTO t VALUES (1), (2), (3)");
+    CppSQLite3Statement select = m_database.compileStatement("SELECT v FROM t WHERE v >= ? ORDER BY v");
+    for (int first = 1; first < 4; ++first) {
+        select.bind(1, first);
+        EXPECT_EQ(select.execQuery().getIntField(0), first);
+    }
+    CppSQLite3Query query = select.execQuery();
+    query = select.execQuery();
+    EXPECT_EQ(query.getIntField(0), 3);
+    query.finalize();
+    m_database.execDML("DROP TABLE t");  // refused while a read goes on
+}
+
+TEST_F(CppSQLite3, FaultsHaveTheirCodesAndWords) {
+    CppSQLite3DB closed;
+    CppSQLite3Statement noStatement;
+    CppSQLite3Table noTable;
+    m_database.execDML("CREATE TABLE t (v INTEGER PRIMARY KEY); INSERT INTO t VALUES (7)");
+    CppSQLite3Statement insert = m_database.compileStatement("INSERT INTO t VALUES (?)");
+    CppSQLite3Query row = m_database.execQuery("SELECT v FROM t");
+    const std::pair<std::function<void()>, const char*> cases[] = {
+        {[&] { closed.execDML("BEGIN"); }, "CPPSQLITE_ERROR[1000]: Database not open"},
+        {[&] { closed.open("/nonexistent/file"); }, "SQLITE_CANTOPEN[14]: unable to open database file"},
+        {[&] { noStatement.bind(1, 1); }, "CPPSQLITE_ERROR[1000]: Null Virtual Machine pointer"},
+        {[&] { CppSQLite3Query().eof(); }, "CPPSQLITE_ERROR[1000]: Null Virtual Machine pointer"},
+        {[&] { noTable.numRows(); }, "CPPSQLITE_ERROR[1000]: Null Results pointer"},
+        {[&] { row.getIntField(1); }, "CPPSQLITE_ERROR[1000]: Invalid field index requested"},
+        {[&] { row.getIntField(-1); }, "CPPSQLITE_ERROR[1000]: Invalid field index requested"},
+        {[&] { insert.bind(2, 0.5); }, "SQLITE_RANGE[25]: Error binding double param"},
+        {[&] { insert.bind(2, "text"); }, "SQLITE_RANGE[25]: Error binding string param"},
+        {[&] { insert.bind(2, &row, 1); }, "SQLITE_RANGE[25]: Error binding blob param"},
+        {[&] { insert.bind(2, 1); }, "SQLITE_RANGE[25]: Error binding int64 param"},
+        {[&] { insert.bindNull(2); }, "SQLITE_RANGE[25]: Error binding NULL param"},
+        {[&] { insert.bind(1, 7), insert.execDML(); }, "SQLITE_CONSTRAINT[19]: UNIQUE constraint failed: t.v"},
+        {[&] { m_database.execDML("nonsense"); }, "SQLITE_ERROR[1]: near \"nonsense\": syntax error"},
+        {[&] { m_database.execQuery("SELECT * FROM u"); }, "SQLITE_ERROR[1]: no such table: u"},
+        {[&] { m_database.execScalar("SELECT v FROM t WHERE v = 1"); }, "CPPSQLITE_ERROR[1000]: Invalid scalar query"},
+        {[&] { m_database.close(); }, "SQLITE_BUSY[5]: Unable to close database"},
+        {[] { throw CppSQLite3Exception(26, nullptr); }, "UNKNOWN_ERROR[26]: "},
+        {[] { throw CppSQLite3Exception(101, sqlite3_mprintf("x"), true); }, "SQLITE_DONE[101]: x"},
+    };
+    for (const auto& [action, words] : cases)
+        EXPECT_EQ(failureOf(action), words);
+    insert.bind(1, 8);
+    EXPECT_EQ(insert.execDML(), 1) << "a refused statement is ready again";
+}
+
+TEST_F(CppSQLite3, ResultsWithoutRowsHaveColumns) {
+    CppSQLite3Query none = m_database.execQuery("SELECT 1, 2 WHERE 0");
+    EXPECT_TRUE(none.eof());
+    EXPECT_EQ(none.numFields(), 2);
+    EXPECT_EQ(m_database.execScalar("SELECT NULL", -3), -3);
+
+    const CppSQLite3Table table = m_database.getTable("SELECT 'a' x, NULL y UNION ALL SELECT 'b', 1.5 ORDER BY x");
+    EXPECT_EQ(table.numRows(), 2);
+    EXPECT_STREQ(table.fieldName(1), "y");
+    EXPECT_EQ(table.fieldValue(0, 1), nullptr);
+    EXPECT_STREQ(table.fieldValue(1, 1), "1.5");
+}
+
+TEST_F(CppSQLite3, SimpleCheckedQueryTakesOneValueOfItsType) {
+    EXPECT_EQ(simpleCheckedQuery<std::int64_t>(m_database, "SELECT -9223372036854775808"),
+              std::numeric_limits<std::int64_t>::min());
+    EXPECT_EQ(simpleCheckedQuery<std::string>(m_database, "SELECT 'two words'"), "two words");
+    const std::pair<const char*, const char*> cases[] = {
+        {"SELECT 1 WHERE 0", "Query result unexpectedly empty: "},
+        {"SELECT NULL", "Query result unexpectedly NULL: "},
+        {"SELECT ''", "Query result has wrong type: "},
+        {"SELECT 1.0", "Query result has wrong type: "},
+        {"SELECT 2147483648", "Query result has wrong type: "},
+        {"SELECT 1 UNION ALL SELECT 2", "Query resulted in more than one result: "},
+    };
+    for (const auto& [query, words] : cases)
+        EXPECT_EQ(failureOf([&] { simpleCheckedQuery<int>(m_database, query); }), std::string(words) + query);
+}
+
+TEST_F(CppSQLite3, OpensLazilyAndOnlyWhatIsThere) {
+    const fs::path path = fs::temp_directory_path() / fs::unique_path();
+    CppSQLite3DB file;
+    EXPECT_EQ(failureOf([&] { file.open(path.string(), CppSQLite3DB::OpenMode::Existing); }),
+              "SQLITE_CANTOPEN[14]: unable to open database file");
+    EXPECT_FALSE(fs::exists(path));
+    fs::ofstream(path) << std::string(4096, 'x');
+    file.open(path.string(), CppSQLite3DB::OpenMode::Existing);
+    file.distrustContent();
+    EXPECT_EQ(failureOf([&] { file.execQuery("SELECT * FROM t"); }), "UNKNOWN_ERROR[26]: file is not a database");
+    fs::remove(path);
+}
+
+}  // namespace
+}  // namespace kvan::cppsqlite
