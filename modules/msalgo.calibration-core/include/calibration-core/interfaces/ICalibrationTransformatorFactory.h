@@ -1,0 +1,36 @@
+#pragma once
+
+#include "calibration-core/interfaces/ICalibrationTransformator.h"
+
+#include <memory>
+
+namespace kvan::calibration {
+
+/// Makes transformators from constants. Stateless: any thread at any time. Every function takes deep copies of the
+/// constants, chooses the class by comparing the highest coefficient with 0.0 exactly, and never gives null.
+class ICalibrationTransformatorFactory {
+public:
+    virtual ~ICalibrationTransformatorFactory() = default;
+
+    using FunctionalPtr = std::shared_ptr<ICalibrationConstantsFunctional>;
+    using PhysicalPtr = std::shared_ptr<ICalibrationConstantsPhysical>;
+    using TransformatorPtr = std::shared_ptr<ICalibrationTransformator>;
+
+    /// Finds the family by the interfaces of the constants. Throws `std::runtime_error` when the two are of different
+    /// families or the functional ones of none.
+    virtual TransformatorPtr createTransformator(const FunctionalPtr& functional,
+                                                 const PhysicalPtr& physical) const = 0;
+
+    /// Ion trap: c2 == 0.0 linear, else quadratic. This and the following throw `std::runtime_error` when the
+    /// functional constants are of another family, `std::invalid_argument` when the physical ones do not give a line.
+    virtual TransformatorPtr createTransformatorTrap(const FunctionalPtr& functional,
+                                                     const PhysicalPtr& physical) const = 0;
+    /// A straight line.
+    virtual TransformatorPtr createTransformatorLinear(const FunctionalPtr& functional,
+                                                       const PhysicalPtr& physical) const = 0;
+    /// TOF1: c2 == 0.0 linear, else quadratic.
+    virtual TransformatorPtr createTransformatorTof(const FunctionalPtr& functional,
+                                                    const PhysicalPtr& physical) const = 0;
+};
+
+}  // namespace kvan::calibration

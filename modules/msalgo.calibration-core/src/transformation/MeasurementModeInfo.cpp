@@ -1,0 +1,45 @@
+#include "calibration-core/interfaces/MeasurementModeInfo.h"
+
+#include <ostream>
+
+namespace kvan::calibration::Transformation {
+
+namespace {
+
+struct Word {
+    std::uint8_t value;
+    const char* text;
+};
+
+constexpr Word g_polarities[] = {{0, "+"}, {1, "-"}, {MeasurementModeInfo::Unknown, "?"}};
+constexpr Word g_acquisitionModes[] = {{1, "TOF linear"}, {2, "TOF reflector"}, {MeasurementModeInfo::Unknown, "?"}};
+constexpr Word g_scanModes[] = {
+    {0, "MS"}, {1, "MS-HiRes"}, {2, "MSMS"}, {3, "MSMS-HiRes"}, {MeasurementModeInfo::Unknown, "?"}};
+
+template <std::size_t Count>
+void write(std::ostream& sink, std::uint8_t value, const Word (&words)[Count]) {
+    for (const Word& word : words)
+        if (word.value == value) {
+            sink << word.text;
+            return;
+        }
+    sink << static_cast<int>(value);
+}
+
+}  // namespace
+
+bool MeasurementModeInfo::IsComplete() const {
+    return m_polarity != Unknown && m_acquisitionMode != Unknown && m_scanMode != Unknown && m_msmsLevel != Unknown;
+}
+
+void MeasurementModeInfo::Dump(std::ostream& sink) const {
+    sink << "\tMeasurementModeInfo[ Polarity = ";
+    write(sink, m_polarity, g_polarities);
+    sink << ", AcquisitionMode = ";
+    write(sink, m_acquisitionMode, g_acquisitionModes);
+    sink << ", ScanMode = ";
+    write(sink, m_scanMode, g_scanModes);
+    sink << ", MSMSLevel = " << static_cast<int>(m_msmsLevel) << " ]\n";
+}
+
+}  // namespace kvan::calibration::Transformation
