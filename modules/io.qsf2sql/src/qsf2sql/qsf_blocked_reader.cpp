@@ -1,0 +1,117 @@
+#include "qsf2sql/qsf_blocked_reader.h"
+
+#include "qsf2sql/errors.h"
+
+#include <algorithm>
+#include <boost/throw_exception.hpp>
+#include <ios>
+
+namespace kvan::io {
+
+using namespace KVAN::io::QSF;
+
+namespace {
+
+/// A scan starts with small windows, so that large blocks that are only stepped over cost little, and doubles them
+/// while it finds something to read at least every so many bytes, where one large read is cheaper than several small
+/// ones.
+constexpr std::uint64_t g_scanShortest = 4096;
+constexpr std::uint64_t g_scanLongest = 128 * 1024;
+constexpr std::uint64_t g_densestStride = 2048;
+
+/// Holds the heads of a spectrum block, so that they cost one system call together.
+constexpr std::uint64_t g_arraysLookAhead = 512;
+
+constexpr std::uint64_t g_containerOverhead = sizeof(ContainerHeader) + 12;
+
+std::unique_ptr<sys::PositionedFile> openFile(const boost::filesystem::path& path) {
+    auto file = sys::PositionedFile::open(path);
+    if (!file)
+        BOOST_THROW_EXCEPTION(Qsf2SqlCannotOpenFileError("Can't open file: " + sys::pathToUtf8(path)));
+    return file;
+}
+
+}  // namespace
+
+QSFBlockedReader::QSFBlockedReader(const boost::filesystem::path& file, Access access)
+    : QSFBlockedReader(openFile(file), access) {}
+
+QSFBlockedReader::QSFBlockedReader(std::unique_ptr<sys::PositionedFile> file, Access access)
+    : m_logger(logging::Logger::getLogger("kvan.io.qsf2sql.qsfblockedreader")),
+      m_file(std::move(file)),
+      m_lookAhead(access == Access::Scan ? g_scanShortest : g_arraysLookAhead),
+      m_shortestLookAhead(m_lookAhead),
+      m_longestLookAhead(access == Access::Scan ? g_scanLongest : g_arraysLookAhead) {}
+
+void QSFBlockedReader::readBeyondWindow(char* destination, std::int64_t count) {
+    if (m_failed || count < 0)
+        readError();
+    auto wanted = static_cast<std::uint64_t>(count);
+    if (wanted == 0)
+        return;
+    const std::uint64_t offset = m_position - m_windowStart;
+    if (offset < m_windowSize) {
+        const std::uint64_t held = m_windowSize - offset;
+        std::memcpy(destination, m_window.data() + offset, held);
+        destination += held;
+        m_position += held;
+        wanted -= held;
+    }
+    if (wanted >= m_lookAhead) {
+        if (m_file->readAt(destination, static_cast<std::int64_t>(wanted), m_position) !=
+            static_cast<std::int64_t>(wanted))
+            readError();
+    } else {
+        refill(wanted);
+        std::memcpy(destination, m_window.data(), wanted);
+    }
+    m_position += wanted;
+}
+
+void QSFBlockedReader::refill(std::uint64_t wanted) {
+    const bool dense = m_windowReads * g_densestStride >= m_windowSize;
+    m_lookAhead = dense ? std::min(2 * m_lookAhead, m_longestLookAhead) : m_shortestLookAhead;
+    const std::uint64_t size = std::max(m_lookAhead, wanted);
+    if (m_window.size() < size)
+        m_window.resize(size);
+    const std::int64_t got = m_file->readAt(m_window.data(), static_cast<std::int64_t>(size), m_position);
+    if (got < static_cast<std::int64_t>(wanted))
+        readError();
+    m_windowStart = m_position;
+    m_windowSize = static_cast<std::uint64_t>(got);
+    m_windowReads = 1;
+}
+
+void QSFBlockedReader::requireAvailable(std::uint64_t count, std::uint64_t size) {
+    if (m_failed)
+        readError();
+    if (count > bytesLeft() / size)
+        m_fileSize = m_file->size();  // another process may be writing to the file
+    if (count > bytesLeft() / size)
+        readError();
+}
+
+std::uint64_t QSFBlockedReader::nextBlock() {
+    seekTo(blockPosition);
+    KVAN_LOG(m_logger, TRACE) << "We're now at position 0x" << std::hex << blockPosition;
+    const auto header = readRecord<RESOURCE_HEADER>(*this);
+    KVAN_LOG(m_logger, TRACE) << "Resource type = 0x" << std::hex << header.type;
+    if (header.type == RESTYPE_END_OF_FILE)
+        return 0;
+    if (header.type != RESTYPE_CONTAINER) {
+        seekTo(blockPosition);
+        blockSize = header.size;
+        return blockSize;
+    }
+    blockSize = readRecord<std::uint32_t>(*this);
+    if (blockSize < g_containerOverhead)
+        readError();
+    return blockSize - g_containerOverhead;
+}
+
+void QSFBlockedReader::readError() {
+    m_failed = true;
+    BOOST_THROW_EXCEPTION(Qsf2SqlFileFormatError("Error reading QSF files."));
+}
+
+}  // namespace kvan::io

@@ -1,0 +1,39 @@
+#include "qsf2sql/qsflib/CompressionInfoBlock.h"
+
+#include "qsf2sql/qsflib/MainFileRecords.h"
+#include "qsf2sql/qsflib/QSFUtil.h"
+
+#include <algorithm>
+#include <boost/uuid/uuid.hpp>
+#include <boost/uuid/uuid_io.hpp>
+
+namespace KVAN::io::QSF {
+
+namespace {
+
+std::string guidText(const CompressionInfoEntry& entry) {
+    boost::uuids::uuid guid;
+    std::copy(std::begin(entry.guid), std::end(entry.guid), guid.begin());
+    std::reverse(guid.data, guid.data + 4);
+    std::reverse(guid.data + 4, guid.data + 6);
+    std::reverse(guid.data + 6, guid.data + 8);
+    return boost::uuids::to_string(guid);
+}
+
+}  // namespace
+
+void CompressionInfoBlock::Read(kvan::io::QSFBlockedReader& reader) {
+    const std::uint64_t start = reader.tell();
+    const auto header = CQSFUtil::ReadHeader<CompressionInfoHeader>(reader, COMPRESSION_INFO);
+    compressors.clear();
+    std::uint64_t position = start + header.entryOffset;
+    for (unsigned index = 0; index < header.entryCount; ++index) {
+        reader.seekTo(position);
+        const auto entry = kvan::io::readRecord<CompressionInfoEntry>(reader);
+        reader.requireAvailable(entry.textSize, 1);
+        compressors.push_back(guidText(entry));
+        position += entry.size;
+    }
+}
+
+}  // namespace KVAN::io::QSF

@@ -1,0 +1,32 @@
+#include "qsf2sql/qsflib/VarTabDescBlock.h"
+
+#include "qsf2sql/qsflib/QSFUtil.h"
+#include "qsf2sql/qsflib/VariableTableRecords.h"
+
+namespace KVAN::io::QSF {
+
+void VarTabDescEntryBlock::Read(kvan::io::QSFBlockedReader& reader) {
+    const std::uint64_t start = reader.tell();
+    const auto record = kvan::io::readRecord<VarTabDescEntryRecord>(reader);
+    if (record.size < sizeof record)
+        reader.readError();
+    size = record.size;
+    variable = record.variable;
+    elementType = record.elementType;
+    isVector = record.isVector;
+    texts = CQSFUtil::ReadTexts(reader, record, start, record.size);
+}
+
+void VarTabDescBlock::Read(kvan::io::QSFBlockedReader& reader) {
+    const std::uint64_t start = reader.tell();
+    const auto header = CQSFUtil::ReadHeader<VarTabDescHeader>(reader, RESTYPE_VAR_TAB_DESCRIPTION);
+    entries.clear();
+    std::uint64_t position = start + header.entryOffset;
+    for (unsigned index = 0; index < header.entryCount; ++index) {
+        reader.seekTo(position);
+        entries.emplace_back().Read(reader);
+        position += entries.back().size;
+    }
+}
+
+}  // namespace KVAN::io::QSF

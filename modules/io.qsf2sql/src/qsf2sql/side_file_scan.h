@@ -1,0 +1,45 @@
+#pragma once
+
+#include "logger/logger.h"
+#include "qsf2sql/qsf_blocked_reader.h"
+
+namespace kvan::io {
+
+/// How the head of a side file is told from its entries.
+struct SideFileHead {
+    std::uint16_t passedOver;      ///< block type that is expected and skipped
+    std::uint16_t entriesFollow;   ///< block type behind which the entries begin
+    const char* traceOfBlockType;  ///< text ahead of the type in a TRACE line for each head block; null: no line
+};
+
+inline constexpr SideFileHead g_indexFileHead{KVAN::io::QSF::RESTYPE_INDEX_HEAD,
+                                              KVAN::io::QSF::RESTYPE_INDEX_ENTRIES_FOLLOW, "IDX resource type = 0x"};
+inline constexpr SideFileHead g_extraFileHead{KVAN::io::QSF::RESTYPE_EXTRA_HEAD,
+                                              KVAN::io::QSF::RESTYPE_EXTRA_ENTRIES_FOLLOW, nullptr};
+
+/// Walks a side file from entry to entry, the road that the passes over both side files have in common:
+///
+///     SideFileScan scan(reader, g_indexFileHead, logger);
+///     while (const std::uint64_t containedSize = scan.nextEntry())
+///         handle(readRecord<FILE_CONTAINER_INDEX_ENTRY>(reader), containedSize);
+///
+/// Blocks of an unexpected type in the head are logged at WARN and passed over. A head without the block that announces
+/// the entries runs to the end of the file. Borrows reader and logger.
+class SideFileScan {
+public:
+    SideFileScan(QSFBlockedReader& reader, const SideFileHead& head, const logging::Logger& logger);
+
+    /// Moves the reader to the next entry's first byte and gives its size as `QSFBlockedReader::nextBlock` does; 0 at
+    /// the end. Throws like the reader.
+    std::uint64_t nextEntry();
+
+private:
+    void passHead();
+
+    QSFBlockedReader& m_reader;
+    const SideFileHead& m_head;
+    const logging::Logger& m_logger;
+    bool m_inEntries = false;
+};
+
+}  // namespace kvan::io
