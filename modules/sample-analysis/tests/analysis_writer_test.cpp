@@ -1,0 +1,134 @@
+#include "sample-analysis/analysis_writer.h"
+
+#include <boost/filesystem/fstream.hpp>
+#include <boost/filesystem/operations.hpp>
+#include <cctype>
+#include <iterator>
+
+#include <gtest/gtest.h>
+
+namespace kvan::sample {
+namespace {
+
+namespace fs = boost::filesystem;
+
+class AnalysisWriterTest : public ::testing::Test {
+protected:
+    ~AnalysisWriterTest() override { fs::remove_all(m_directory); }
+
+    std::string hexOf(const char* name) const {
+        fs::ifstream stream(m_directory / name, std::ios::binary);
+        std::string hex;
+        for (const char byte : std::string{std::istreambuf_iterator<char>(stream), {}}) {
+            hex += "0123456789ABCDEF"[static_cast<unsigned char>(byte) >> 4];
+            hex += "0123456789ABCDEF"[static_cast<unsigned char>(byte) & 15];
+        }
+        return hex;
+    }
+
+    const fs::path m_directory = fs::temp_directory_path() / fs::unique_path("qsf-writer-%%%%-%%%%-%%%%");
+};
+
+std::string zeros(int count) {
+    return std::string(2 * static_cast<std::size_t>(count), '0');
+}
+
+std::string withoutBlanks(std::string text) {
+    std::erase(text, ' ');
+    return text;
+}
+
+constexpr const char* g_end = "08000000 0350A0BF";
+
+TEST_F(AnalysisWriterTest, MainFileByHand) {
+    AnalysisHeaderData header{
+        .timebase = 500,
+        .time = {2015, 3, 4, 10, 20, 30, 125, -90},
+        .description =
+            AnalysisDescription{
+                .operatorName = "Jo", .sampleName = "Yeast", .instrumentFamily = 7, .serialFallback = 2.0F},
+        .variables = {{.variable = 3, .elementType = 10, .permanentName = "A"}},
+        .calibrations = {{1, 0, 0, 0, 9}},
+        .instrument = InstrumentInfo{"7", "12"},
+        .compressors = {"4F1EA0CB-5A6A-43ED-9562-D6D873034577"}};
+    AnalysisWriter writer(m_directory, header);
+    const SpectrumLocation location = writer.addSpectrum({.profile = std::vector<std::uint32_t>{1, 2},
+                                                          .lines = LineData{.index = {{1.5}}, .indexWidth = {{2.0}}},
+                                                          .pool = makeBlock(0x0006, {})});
+    writer.finish();
+
+    const std::string expected =
+        "24000000 0340A0BF 0C00 01 00 1800 0000 00000000 CBA01E4F 6A5A ED43 9562D6D873034577"  //
+        "2B000000 2400A0BF" +
+        zeros(8) + "28000000 00000000 29000000 00000000 0100 0000 0200 0000 37 3132" +  //
+        "B5000000 0130A0BF" + zeros(8) + "3C000000" + zeros(12) + "F4010000" + zeros(12) +
+        "04 03 DF07 A6FF 7D00 1E 14 0A 00" +  //
+        "47000000 0330A0BF" + zeros(8) + "40000000" + zeros(20) + "42000000 00000000 0000 00 00 0700 0000 00000040 00" +
+        zeros(3) + "4A6F 5965617374" +                                               //
+        "21000000 0230A0BF 0C00 0100 1500 0300 0A00 0000 1400" + zeros(10) + "41" +  //
+        "11000000 0600A0BF 00000000 01000000 09" +                                   //
+        "14000000 0120A0BF" + zeros(8) + "01000000" +                                //
+        "30000000 0220A0BF 28000000 01000000 01000000" + zeros(20) + "08000000 0600A0BF" + "34000000 0110A0BF" +
+        zeros(12) + "06 04 00 00 02000000" + zeros(16) + "01000000 02000000" + "68000000 0210A0BF" + zeros(12) +
+        "03000000 01000000" + zeros(24) +  //
+        "00000000 28000000 00000000 30000000" + zeros(20) + "000080BF 000000000000F83F 00000040" + "08000000 0800A0BF" +
+        g_end;
+    EXPECT_EQ(hexOf("analysis.qsf"), withoutBlanks(expected));
+    EXPECT_EQ(location.id, 1U);
+    EXPECT_EQ(location.condition, 0x24U + 0x2B + 0xB5 + 0x14);
+    EXPECT_EQ(location.scan, location.condition + 0x30);
+    EXPECT_EQ(location.lines, location.scan + 0x34);
+}
+
+TEST_F(AnalysisWriterTest, SideFilesByHand) {
+    AnalysisWriter writer(m_directory, {.description = {}});
+    writer.addSegment();
+    writer.addSegment();
+    writer.addSpectrum({});
+    writer.addSpectrum({.profile = std::vector<double>{},
+                        .info = {.retentionTime = 0x0102030405060708,
+                                 .acquiredUpper = 1.5F,
+                                 .sumIntensity = 4.0F,
+                                 .polarity = 1,
+                                 .acquisitionMode = 2,
+                                 .scanMode = 3,
+                                 .masses = {0.5F},
+                                 .calibration = {1, 0, 0, 0, 0xAB}}});
+    writer.finish();
+
+    const auto entry = [](const char* type, const char* number, const char* offset) {
+        return "00000000 0150A0BF 30000000" + std::string(type) + zeros(10) + number + offset + "00000000" + zeros(12);
+    };
+    // The main file: 12 and 60 bytes of heads, two segments of 20, conditions of 40 and a scan.
+    EXPECT_EQ(hexOf("analysis.qsf_idx"),
+              withoutBlanks("08000000 0140A0BF 08000000 0170A0BF 08000000 0270A0BF" +
+                            entry("0130", "00000000", "0C000000") + entry("0120", "00000000", "48000000") +
+                            entry("0120", "01000000", "5C000000") + entry("0220", "00000000", "70000000") +
+                            entry("0220", "01000000", "98000000") + entry("0110", "01000000", "C0000000") + g_end));
+    const std::string head = "00000000 0C00" + zeros(6);
+    EXPECT_EQ(hexOf("analysis.qsf_xtr"),
+              withoutBlanks("08000000 0140A0BF 08000000 0370A0BF 08000000 0470A0BF" +  //
+                            ("00000000 0150A0BF 54000000" + head) + "3C00 0000 0000 0000" + zeros(12) + "01000000" +
+                            zeros(32) + "FF000000" +  //
+                            ("00000000 0150A0BF 59000000" + head) +
+                            "4100 3C00 4000 0000 0807060504030201 00000000 02000000 00000000 00000000 0000C03F" +
+                            zeros(8) + "00008040 01020103" + zeros(4) + "01000000 0000003F AB" + g_end));
+}
+
+TEST_F(AnalysisWriterTest, RefusesWhatTheFormatCannotSay) {
+    AnalysisWriter writer(m_directory);
+    EXPECT_THROW(writer.addSpectrum({.lines = LineData{.index = {{1.0, 2.0}}, .snr = {{1.0}}}}), std::invalid_argument);
+    EXPECT_THROW(writer.addSpectrum({.info = {.calibration = Bytes(2)}}), std::invalid_argument);
+    EXPECT_ANY_THROW(writer.addSpectrum({.info = {.calibration = Bytes(70000)}}));
+    EXPECT_ANY_THROW(MainFileWriter(m_directory / "x.qsf").compressionInfo({"no guid"}));
+    EXPECT_THROW(AnalysisWriter(m_directory / "analysis.qsf"), fs::filesystem_error);
+    fs::create_directories(m_directory / "taken" / "analysis.qsf");
+    EXPECT_THROW(AnalysisWriter(m_directory / "taken"), std::runtime_error);
+    if (fs::exists("/dev/full")) {
+        MainFileWriter full("/dev/full");
+        EXPECT_THROW(full.finish(), std::runtime_error);
+    }
+}
+
+}  // namespace
+}  // namespace kvan::sample
