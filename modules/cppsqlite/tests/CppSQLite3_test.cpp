@@ -173,5 +173,29 @@ TEST_F(CppSQLite3, OpensLazilyAndOnlyWhatIsThere) {
     fs::remove(path);
 }
 
+TEST_F(CppSQLite3, NamesOfFilesAreNoMoreThanNames) {
+    const fs::path home = fs::current_path();
+    const fs::path directory = fs::temp_directory_path() / fs::unique_path();
+    fs::create_directory(directory);
+    fs::current_path(directory);
+    const std::pair<const char*, CppSQLite3DB::OpenMode> cases[] = {
+        {"file:plain?mode=memory", CppSQLite3DB::OpenMode::Create},
+        {"50%41?mode=memory#", CppSQLite3DB::OpenMode::Private},
+        {"file:private", CppSQLite3DB::OpenMode::Private},
+    };
+    for (const auto& [name, mode] : cases) {
+        for (const std::string& path : {std::string(name), (directory / (std::string("absolute ") + name)).string()}) {
+            CppSQLite3DB file;
+            file.open(path, mode);
+            file.execDML("BEGIN; CREATE TABLE t (v)");
+            EXPECT_TRUE(fs::is_regular_file(path)) << path;
+            EXPECT_FALSE(fs::exists(path + "-journal") && mode == CppSQLite3DB::OpenMode::Private) << path;
+            file.execDML("COMMIT");
+        }
+    }
+    fs::current_path(home);
+    fs::remove_all(directory);
+}
+
 }  // namespace
 }  // namespace kvan::cppsqlite

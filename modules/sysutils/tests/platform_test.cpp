@@ -43,22 +43,26 @@ TEST_F(Platform, PositionedFileReadsToTheEndAndRefusesWhatIsNoFile) {
 TEST_F(Platform, PrivateFileIsLockedWhileHeldAndMovesInOneStep) {
     const fs::path path = m_directory / "private";
     const fs::path target = fileWith("target", "old");
+    boost::system::error_code fault;
     {
-        const auto file = PrivateFile::create(path);
+        const auto file = PrivateFile::create(path, fault);
         ASSERT_TRUE(file);
-        EXPECT_FALSE(PrivateFile::create(path)) << "the name is taken";
+        EXPECT_FALSE(PrivateFile::create(path, fault)) << "the name is taken";
+        EXPECT_EQ(fault, boost::system::errc::file_exists);
         EXPECT_TRUE(file->append("probe"));
         EXPECT_EQ(fs::file_size(path), 5u);
         EXPECT_TRUE(file->clear());
         EXPECT_TRUE(file->append("new"));
         EXPECT_FALSE(removeAbandonedPrivateFile(path)) << "somebody holds it";
-        EXPECT_FALSE(file->moveTo(m_directory)) << "a directory is no target";
-        EXPECT_TRUE(file->moveTo(target));
+        EXPECT_TRUE(file->moveTo(m_directory)) << "a directory is no target";
+        EXPECT_FALSE(file->moveTo(target));
     }
     EXPECT_FALSE(fs::exists(path));
     EXPECT_EQ(fs::file_size(target), 3u);
 
-    PrivateFile::create(path).reset();
+    const auto other = PrivateFile::create(m_directory / "50%-%%%%", fault);
+    EXPECT_NE(other->path().filename(), "50%-%%%%");
+    PrivateFile::create(path, fault).reset();
     EXPECT_FALSE(fs::exists(path)) << "goes with its owner";
     fileWith("private", "left behind");
     EXPECT_TRUE(removeAbandonedPrivateFile(path));
@@ -68,7 +72,8 @@ TEST_F(Platform, PrivateFileIsLockedWhileHeldAndMovesInOneStep) {
 TEST_F(Platform, PrivateFileNeverWritesThroughALink) {
     const fs::path target = fileWith("target", "precious");
     fs::create_symlink(target, m_directory / "private");
-    EXPECT_FALSE(PrivateFile::create(m_directory / "private"));
+    boost::system::error_code fault;
+    EXPECT_FALSE(PrivateFile::create(m_directory / "private", fault));
     EXPECT_FALSE(removeAbandonedPrivateFile(m_directory / "private"));
     EXPECT_EQ(fs::file_size(target), 8u);
 }

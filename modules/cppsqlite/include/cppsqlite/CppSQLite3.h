@@ -157,6 +157,7 @@ public:
     enum class OpenMode {
         Create,    ///< makes the file if there is none
         Existing,  ///< refuses to
+        Private,   ///< a file that is made or filled and is nobody else's: takes no locks, keeps its journal in memory
     };
 
     CppSQLite3DB() = default;
@@ -169,6 +170,9 @@ public:
     void open(const std::string& fileName, OpenMode mode = OpenMode::Create);
     /// Refused while a statement or query of this connection is alive.
     void close();
+
+    /// How long a statement waits for the lock of another connection, in milliseconds.
+    void setBusyTimeout(int milliseconds);
 
     /// For a file that somebody else may have written: its schema may not call what has side effects, and the sizes in
     /// its pages are checked. Reads nothing.

@@ -79,6 +79,23 @@ void bindBlob(sqlite3_stmt* statement, int parameter, const void* bytes, std::si
           "Error binding blob param");
 }
 
+/// SQLite may be built to take any name that starts so for a URI.
+std::string plainName(const std::string& fileName) {
+    return fileName.compare(0, 5, "file:") == 0 ? "./" + fileName : fileName;
+}
+
+/// The URI of the file with the parameter that switches locking off, on any platform.
+std::string uriWithoutLocks(const std::string& fileName) {
+    std::string uri = fileName.compare(0, 1, "/") == 0 ? "file://" : "file:./";
+    for (const char byte : fileName) {
+        if (byte == '%' || byte == '?' || byte == '#')
+            uri += byte == '%' ? "%25" : byte == '?' ? "%3f" : "%23";
+        else
+            uri += byte;
+    }
+    return uri + "?nolock=1";
+}
+
 }  // namespace
 
 CppSQLite3Exception::CppSQLite3Exception(int code, const char* text, bool freeText)
@@ -313,19 +330,29 @@ const char* CppSQLite3Table::cell(int row, int column) const {
 // ------------------------------------------------------------------------------------------------------- Database
 
 CppSQLite3DB::~CppSQLite3DB() {
-    sqlite3_close(m_connection);
+    sqlite3_close_v2(m_connection);
 }
 
 void CppSQLite3DB::open(const std::string& fileName, OpenMode mode) {
     close();
-    const int flags = SQLITE_OPEN_READWRITE | (mode == OpenMode::Create ? SQLITE_OPEN_CREATE : 0);
-    const int code = sqlite3_open_v2(fileName.c_str(), &m_connection, flags, nullptr);
+    const bool isPrivate = mode == OpenMode::Private;
+    const std::string name = isPrivate ? uriWithoutLocks(fileName) : plainName(fileName);
+    const int flags = SQLITE_OPEN_READWRITE | (mode == OpenMode::Existing ? 0 : SQLITE_OPEN_CREATE) |
+                      (isPrivate ? SQLITE_OPEN_URI : 0);
+    const int code = sqlite3_open_v2(name.c_str(), &m_connection, flags, nullptr);
     if (code != SQLITE_OK) {
         const std::string text = sqlite3_errmsg(m_connection);
         sqlite3_close(std::exchange(m_connection, nullptr));
         fail(code, text.c_str());
     }
-    sqlite3_busy_timeout(m_connection, m_busyTimeout);
+    setBusyTimeout(m_busyTimeout);
+    if (isPrivate)
+        execDML("PRAGMA journal_mode=MEMORY");
+}
+
+void CppSQLite3DB::setBusyTimeout(int milliseconds) {
+    m_busyTimeout = milliseconds;
+    check(sqlite3_busy_timeout(handle(), milliseconds), m_connection);
 }
 
 void CppSQLite3DB::close() {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <boost/filesystem/path.hpp>
+#include <boost/system/error_code.hpp>
 #include <cstdint>
 #include <cstdio>
 #include <memory>
@@ -33,11 +34,12 @@ public:
 };
 
 /// A file that its creator owns alone: made under a name that did not exist, never through a link, and locked against
-/// every other holder until the object goes. Removed on destruction unless it was moved to its final name before.
+/// every other holder until the object goes. Removed on destruction unless it was kept or moved before.
 class PrivateFile {
 public:
-    /// Null if the file cannot be made, whatever the reason.
-    static std::unique_ptr<PrivateFile> create(const boost::filesystem::path& path);
+    /// Makes the file under the name `model`, in whose last part each '%' becomes a random hexadecimal digit. Null, and
+    /// the system's reason in `fault`, if the file cannot be made.
+    static std::unique_ptr<PrivateFile> create(const boost::filesystem::path& model, boost::system::error_code& fault);
 
     virtual ~PrivateFile() = default;
 
@@ -49,9 +51,12 @@ public:
     /// Cuts the file to nothing; false when the system refuses.
     virtual bool clear() = 0;
 
-    /// Renames the file over `target` in one step, whatever stands there but a directory; false when the system
-    /// refuses.
-    virtual bool moveTo(const boost::filesystem::path& target) = 0;
+    /// Renames the file over `target` in one step, whatever stands there but a directory. Gives the system's reason
+    /// when it refuses.
+    virtual boost::system::error_code moveTo(const boost::filesystem::path& target) = 0;
+
+    /// Leaves the file where it is.
+    virtual void keep() = 0;
 };
 
 /// Removes the file at `path` if it is a regular file that no `PrivateFile` of any process holds. False if it stays.

@@ -1,5 +1,6 @@
 #include "sysutils/platform.h"
 
+#include <boost/filesystem/operations.hpp>
 #include <cerrno>
 #include <cstdio>
 
@@ -34,6 +35,10 @@ public:
 private:
     int m_descriptor;
 };
+
+boost::system::error_code lastFault() {
+    return {errno, boost::system::system_category()};
+}
 
 bool isRegular(int descriptor) {
     struct stat status {};
@@ -84,7 +89,7 @@ public:
     LinuxPrivateFile(const LinuxPrivateFile&) = delete;
     LinuxPrivateFile& operator=(const LinuxPrivateFile&) = delete;
     ~LinuxPrivateFile() override {
-        if (!m_moved)
+        if (!m_kept)
             ::unlink(m_path.c_str());
     }
 
@@ -105,17 +110,19 @@ public:
 
     bool clear() override { return ::ftruncate(m_descriptor.get(), 0) == 0; }
 
-    bool moveTo(const boost::filesystem::path& target) override {
+    boost::system::error_code moveTo(const boost::filesystem::path& target) override {
         if (std::rename(m_path.c_str(), target.c_str()) != 0)
-            return false;
-        m_moved = true;
-        return true;
+            return lastFault();
+        m_kept = true;
+        return {};
     }
+
+    void keep() override { m_kept = true; }
 
 private:
     Descriptor m_descriptor;
     boost::filesystem::path m_path;
-    bool m_moved = false;
+    bool m_kept = false;
 };
 
 }  // namespace
@@ -135,15 +142,24 @@ std::unique_ptr<PositionedFile> PositionedFile::open(const boost::filesystem::pa
     return std::make_unique<LinuxPositionedFile>(std::move(descriptor));
 }
 
-std::unique_ptr<PrivateFile> PrivateFile::create(const boost::filesystem::path& path) {
-    Descriptor descriptor(::open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC | O_APPEND, 0666));
-    if (descriptor.get() < 0)
-        return nullptr;
-    // A cleaner may have taken the file for abandoned before the lock was held.
-    if (::flock(descriptor.get(), LOCK_EX | LOCK_NB) != 0 || !isStillNamed(descriptor.get(), path.c_str())) {
-        return nullptr;
+std::unique_ptr<PrivateFile> PrivateFile::create(const boost::filesystem::path& model,
+                                                 boost::system::error_code& fault) {
+    // A cleaner may take the file for abandoned before the lock is held; another name is tried then.
+    for (int attempt = 0; attempt < 16; ++attempt) {
+        const auto path = model.parent_path() / boost::filesystem::unique_path(model.filename());
+        Descriptor descriptor(
+            ::open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC | O_APPEND, 0666));
+        if (descriptor.get() < 0) {
+            fault = lastFault();
+            return nullptr;
+        }
+        const bool isLocked = ::flock(descriptor.get(), LOCK_EX | LOCK_NB) == 0;
+        fault = isLocked ? boost::system::error_code() : lastFault();
+        if (isLocked && isStillNamed(descriptor.get(), path.c_str()))
+            return std::make_unique<LinuxPrivateFile>(std::move(descriptor), path);
+        ::unlink(path.c_str());
     }
-    return std::make_unique<LinuxPrivateFile>(std::move(descriptor), path);
+    return nullptr;
 }
 
 bool removeAbandonedPrivateFile(const boost::filesystem::path& path) {
