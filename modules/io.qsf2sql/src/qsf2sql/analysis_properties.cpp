@@ -1,0 +1,58 @@
+#include "qsf2sql/analysis_properties.h"
+
+#include "qsf2sql/acquisition_time.h"
+
+namespace kvan::io::qsf2sql {
+
+using namespace KVAN::io::QSF;
+
+namespace {
+
+std::string acquisitionTime(const AnalysisHeaderRecord& utc) {
+    return utcToLocalTimeIso8601(utc.year, utc.month, utc.day, utc.hour, utc.minute, utc.second, utc.milliseconds,
+                                 utc.timeZoneMinutes);
+}
+
+}  // namespace
+
+AnalysisProperties::AnalysisProperties(cppsqlite::CppSQLite3DB& database)
+    : m_insert(database.compileStatement("INSERT INTO Properties (Key,Value) VALUES (?,?)")) {}
+
+void AnalysisProperties::insert(std::string_view key, std::string_view value) {
+    m_insert.bind(1, key);
+    m_insert.bind(2, value);
+    m_insert.execDML();
+}
+
+void AnalysisProperties::insert(std::string_view key, int value) {
+    m_insert.bind(1, key);
+    m_insert.bind(2, value);
+    m_insert.execDML();
+}
+
+void AnalysisProperties::insertAll(const AnalysisHeaderRecord& header, const AnalysisDescriptionBlock& description) {
+    const auto& texts = description.texts;
+    insert("AcquisitionSoftware", texts[AnalysisDescriptionBlock::AcquisitionSoftware]);
+    insert("AcquisitionSoftwareVendor", "Zentrik");
+    insert("AcquisitionSoftwareVersion", texts[AnalysisDescriptionBlock::AcquisitionSoftwareVersion]);
+    insert("InstrumentVendor", "Zentrik");
+    insert("InstrumentFamily", description.instrumentFamily);
+    insert("InstrumentName", texts[AnalysisDescriptionBlock::InstrumentName]);
+    insert("InstrumentRevision", description.instrumentRevision);
+    insert("InstrumentSourceType", description.instrumentSourceType);
+    insert("OperatorName", texts[AnalysisDescriptionBlock::OperatorName]);
+    insert("Description", texts[AnalysisDescriptionBlock::Description]);
+    insert("SampleName", texts[AnalysisDescriptionBlock::SampleName]);
+    insert("AcquisitionMethod", texts[AnalysisDescriptionBlock::AcquisitionMethod]);
+    insert("AcquisitionDateTime", acquisitionTime(header));
+}
+
+std::string instrumentSerialNumber(const SerialNumberParts& parts) {
+    if (parts.textB == "-1")
+        return "-1." + std::to_string(parts.fallback);
+    if (parts.textB.find('.') != std::string::npos)
+        return parts.textB;
+    return parts.textA + "." + parts.textB;
+}
+
+}  // namespace kvan::io::qsf2sql

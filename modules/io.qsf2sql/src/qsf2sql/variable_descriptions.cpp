@@ -1,0 +1,146 @@
+#include "qsf2sql/variable_descriptions.h"
+
+#include "qsf2sql/windows_1252.h"
+
+#include <algorithm>
+#include <boost/throw_exception.hpp>
+#include <optional>
+#include <stdexcept>
+
+namespace kvan::io::qsf2sql {
+
+namespace {
+
+using KVAN::io::QSF::VarTabDescBlock;
+using KVAN::io::QSF::VarTabDescEntryBlock;
+
+constexpr BuiltInVariable g_builtInTable[] = {
+    {2, "Digitizer_Summation"},
+    {5, "Collision_Energy_Act"},
+    {6, "MSMS_PreCursorChargeState"},
+    {7, "MSMS_IsolationMass_Act"},
+    {8, "Quadrupole_IsolationResolution_Act"},
+    {9, "TOF_DeviceTempCurrentValue1"},
+    {10, "TOF_DeviceTempCurrentValue2"},
+    {11, "TOF_SwitchTempCompensation"},
+    {12, "TOF_UseOnlyOneTemperature"},
+    {13, "TOF_DeviceTempGradient1"},
+    {14, "TOF_DeviceTempGradient2"},
+    {15, "TOF_DeviceReferenceTemp1"},
+    {16, "TOF_DeviceReferenceTemp2"},
+    {20, "Prototype_AutoMSMS_Exclusion_Mass_Count"},
+    {21, "Prototype_AutoMSMS_Exclusion_Mass_Bin_Width"},
+    {22, "Prototype_AutoMSMS_Exclusion_Mass_List_Blocks"},
+};
+
+std::optional<VariableType> typeOf(const VarTabDescEntryBlock& entry) {
+    const bool isVector = entry.isVector == 1;
+    switch (entry.elementType) {
+        case 5:
+            return isVector ? VariableType::IntegerVector : VariableType::Integer;
+        case 10:
+            return isVector ? VariableType::DoubleVector : VariableType::Double;
+        case 11:
+            return isVector ? VariableType::StringVector : VariableType::String;
+        default:
+            return std::nullopt;
+    }
+}
+
+const BuiltInVariable* findBuiltIn(std::span<const BuiltInVariable> builtIns, const std::string& name) {
+    const auto found = std::find_if(builtIns.begin(), builtIns.end(),
+                                    [&name](const BuiltInVariable& row) { return row.permanentName == name; });
+    return found == builtIns.end() ? nullptr : &*found;
+}
+
+bool isBuiltInId(std::span<const BuiltInVariable> builtIns, std::int64_t id) {
+    return std::any_of(builtIns.begin(), builtIns.end(),
+                       [id](const BuiltInVariable& row) { return row.schemaId == id; });
+}
+
+/// The largest number that is an index in the file or the Id of a built-in.
+std::int64_t topOf(const VarTabDescBlock& declarations, std::span<const BuiltInVariable> builtIns) {
+    std::int64_t top = 0;
+    for (const VarTabDescEntryBlock& entry : declarations.entries)
+        top = std::max<std::int64_t>(top, entry.variable);
+    for (const BuiltInVariable& row : builtIns)
+        top = std::max(top, row.schemaId);
+    return top;
+}
+
+}  // namespace
+
+const std::span<const BuiltInVariable> g_builtInVariables(g_builtInTable);
+
+VariableDescriptions::VariableDescriptions(const VarTabDescBlock& declarations,
+                                           std::span<const BuiltInVariable> builtIns, bool allVariables,
+                                           const std::unordered_set<std::string>& requested)
+    : m_logger(logging::Logger::getLogger("kvan.io.qsf2sql.VariableDescriptions")) {
+    KVAN_LOG(m_logger, TRACE) << "Variable description block has " << declarations.entries.size() << " entries.";
+    std::int64_t top = topOf(declarations, builtIns);
+    std::unordered_set<std::int64_t> declaredBuiltIns;
+
+    for (const VarTabDescEntryBlock& entry : declarations.entries) {
+        const std::string& name = entry.texts[VarTabDescEntryBlock::PermanentName];
+        KVAN_LOG(m_logger, TRACE) << name << " (" << entry.texts[VarTabDescEntryBlock::DisplayName] << ") idx "
+                                  << entry.variable << " type " << entry.elementType << " vec " << entry.isVector;
+        const std::optional<VariableType> type = typeOf(entry);
+        if (!type) {
+            KVAN_LOG(m_logger, WARN) << "Variable " << name << " has unsupported type " << entry.elementType
+                                     << "; skipping";
+            continue;
+        }
+        const BuiltInVariable* const builtIn = findBuiltIn(builtIns, name);
+        if (builtIn == nullptr && !allVariables && !requested.contains(name))
+            continue;
+        std::int64_t schemaId = entry.variable;
+        if (builtIn != nullptr)
+            declaredBuiltIns.insert(schemaId = builtIn->schemaId);
+        else if (isBuiltInId(builtIns, schemaId))
+            schemaId = ++top;
+        m_byFileIndex.try_emplace(entry.variable, m_records.size());
+        m_records.push_back({*type, schemaId, entry.texts});
+    }
+
+    // These have no index in the file, so that no setting can meet them.
+    for (const BuiltInVariable& row : builtIns)
+        if (!declaredBuiltIns.contains(row.schemaId))
+            m_records.push_back({VariableType::NotDeclared, row.schemaId, {row.permanentName}});
+}
+
+const VariableDescription* VariableDescriptions::find(std::uint16_t fileIndex) const {
+    const auto found = m_byFileIndex.find(fileIndex);
+    return found == m_byFileIndex.end() ? nullptr : &m_records[found->second];
+}
+
+const VariableDescription* VariableDescriptions::find(const std::string& permanentName) const {
+    const auto found = std::find_if(m_records.begin(), m_records.end(), [&](const VariableDescription& record) {
+        return record.permanentName() == permanentName;
+    });
+    return found == m_records.end() ? nullptr : &*found;
+}
+
+VariableType VariableDescriptions::getVariableType(const std::string& permanentName) const {
+    const VariableDescription* const record = find(permanentName);
+    if (record == nullptr)
+        BOOST_THROW_EXCEPTION(std::runtime_error("Variable not supported."));
+    return record->type;
+}
+
+void VariableDescriptions::writeTo(cppsqlite::CppSQLite3DB& database) const {
+    auto insert = database.compileStatement("INSERT INTO SupportedVariables VALUES (?,?,?,?,?,?,?,?)");
+    for (const VariableDescription& record : m_records) {
+        const std::string dimension = windows1252ToUtf8(record.texts[VarTabDescEntryBlock::DisplayDimension]);
+        KVAN_LOG(m_logger, TRACE) << "Supported variable ID = " << record.schemaId
+                                  << ", permname = " << record.permanentName() << ", dimension = " << dimension;
+        insert.bind(1, record.schemaId);
+        insert.bindBorrowed(2, record.permanentName());
+        insert.bind(3, static_cast<std::int32_t>(record.type));
+        for (int text = VarTabDescEntryBlock::DisplayGroupName; text < VarTabDescEntryBlock::DisplayDimension; ++text)
+            insert.bindBorrowed(3 + text, record.texts[static_cast<std::size_t>(text)]);
+        insert.bind(8, dimension);
+        insert.execDML();
+    }
+}
+
+}  // namespace kvan::io::qsf2sql

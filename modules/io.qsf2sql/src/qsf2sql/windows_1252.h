@@ -1,0 +1,12 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace kvan::io::qsf2sql {
+
+/// Text of the native files, Windows-1252, as UTF-8. Never fails: the five bytes that the code page leaves undefined
+/// give the control characters of the same number. Zero bytes inside the text stay.
+std::string windows1252ToUtf8(std::string_view text);
+
+}  // namespace kvan::io::qsf2sql
