@@ -41,8 +41,8 @@ public:
     /// Reads `count` bytes at the position and moves behind them.
     void read(char* destination, std::int64_t count) {
         const std::uint64_t offset = m_position - m_windowStart;  // huge ahead of the window
-        const auto wanted = static_cast<std::uint64_t>(count);    // huge if negative; 0 is left to the slow road
-        if (m_failed || offset >= m_windowSize || wanted - 1 >= m_windowSize - offset) [[unlikely]]
+        const auto wanted = static_cast<std::uint64_t>(count);
+        if (m_failed || count <= 0 || offset >= m_windowSize || wanted > m_windowSize - offset) [[unlikely]]
             return readBeyondWindow(destination, count);
         std::memcpy(destination, m_window.data() + offset, wanted);
         m_position += wanted;

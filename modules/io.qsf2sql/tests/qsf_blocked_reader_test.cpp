@@ -1,0 +1,156 @@
+#include "qsf2sql/qsf_blocked_reader.h"
+
+#include "native_bytes.h"
+
+#include <boost/filesystem/fstream.hpp>
+#include <boost/filesystem/operations.hpp>
+#include <functional>
+#include <random>
+
+#include <gtest/gtest.h>
+
+namespace kvan::io {
+namespace {
+
+using namespace native_bytes;
+namespace fs = boost::filesystem;
+
+TEST(QSFBlockedReader, FailsWhereTheFileEndsAndStaysFailed) {
+    using Step = std::function<void(QSFBlockedReader&)>;
+    char bytes[16];
+    const Step failures[] = {
+        [&](QSFBlockedReader& reader) { reader.read(bytes, 11); },
+        [&](QSFBlockedReader& reader) { reader.read(bytes, -1); },
+        [&](QSFBlockedReader& reader) { reader.seekTo(std::uint64_t{1} << 63); },
+        [&](QSFBlockedReader& reader) { reader.skip(-1); },
+        [&](QSFBlockedReader& reader) { reader.requireAvailable(11, 1); },
+        [&](QSFBlockedReader& reader) { reader.requireAvailable(4000000000u, 8); },
+        [&](QSFBlockedReader& reader) { reader.requireAvailable((std::uint64_t{1} << 61) + 1, 8); },
+        [&](QSFBlockedReader& reader) {
+            reader.seekTo(INT64_MAX);
+            reader.read(bytes, 1);
+        },
+    };
+    const Step laterSteps[] = {
+        [&](QSFBlockedReader& reader) { reader.read(bytes, 1); },
+        [&](QSFBlockedReader& reader) { reader.read(bytes, 0); },
+        [&](QSFBlockedReader& reader) { reader.seekTo(0); },
+        [&](QSFBlockedReader& reader) { reader.skip(0); },
+        [&](QSFBlockedReader& reader) { reader.requireAvailable(0, 1); },
+        [&](QSFBlockedReader& reader) { reader.nextBlock(); },
+    };
+    for (const Step& fail : failures) {
+        const auto reader = readerOf("0123456789");
+        EXPECT_EQ(failureOf([&] { fail(*reader); }), g_readError);
+        for (const Step& step : laterSteps)
+            EXPECT_EQ(failureOf([&] { step(*reader); }), g_readError);
+    }
+}
+
+TEST(QSFBlockedReader, PositionsBehindTheEndAreNoFailure) {
+    const auto reader = readerOf("0123456789");
+    char byte = 0;
+    for (const std::uint64_t position : {0, 10, 5000}) {
+        reader->seekTo(position);
+        reader->read(nullptr, 0);
+        reader->requireAvailable(0, 8);
+    }
+    reader->skip(-4991);
+    reader->requireAvailable(1, 1);
+    reader->read(&byte, 1);
+    EXPECT_EQ(byte, '9');
+    EXPECT_EQ(reader->tell(), 10u);
+}
+
+TEST(QSFBlockedReader, AnyPatternOfReadsGivesTheBytesOfTheFile) {
+    std::mt19937 random(7);
+    std::string bytes(1 << 20, '\0');
+    for (char& byte : bytes)
+        byte = static_cast<char>(random());
+    for (const Access access : {Access::Scan, Access::Arrays}) {
+        const auto reader = readerOf(bytes, access);
+        std::uint64_t position = 0;
+        for (int round = 0; round < 20000; ++round) {
+            const std::uint64_t reach = std::uint64_t{1} << (random() % 21);
+            if (random() % 3 == 0)
+                position = random() % bytes.size();
+            const std::uint64_t count = std::min<std::uint64_t>(random() % reach, bytes.size() - position);
+            std::string got(count, '\0');
+            reader->seekTo(position);
+            reader->read(got.data(), static_cast<std::int64_t>(count));
+            ASSERT_EQ(got.compare(0, count, bytes, position, count), 0) << position << " " << count;
+            position = reader->tell();
+        }
+    }
+}
+
+TEST(QSFBlockedReader, FollowsAFileThatGrows) {
+    const fs::path path = fs::temp_directory_path() / fs::unique_path();
+    fs::ofstream writer(path);
+    writer << "01234567" << std::flush;
+    QSFBlockedReader reader(path, Access::Scan);
+    std::string bytes(24, '\0');
+    reader.requireAvailable(8, 1);
+    reader.read(bytes.data(), 4);
+    writer << "89abcdefghijklmn" << std::flush;
+    reader.requireAvailable(20, 1);
+    reader.read(bytes.data() + 4, 20);
+    EXPECT_EQ(bytes, "0123456789abcdefghijklmn");
+    fs::remove(path);
+}
+
+TEST(QSFBlockedReader, NamesTheFileThatCannotBeOpened) {
+    for (const fs::path& path : {fs::temp_directory_path(), fs::path("/missing/analysis.qsf")}) {
+        try {
+            QSFBlockedReader(path, Access::Scan);
+            ADD_FAILURE() << path;
+        } catch (const Qsf2SqlCannotOpenFileError& failure) {
+            EXPECT_EQ(failure.what(), "Can't open file: " + path.string());
+        }
+    }
+}
+
+Bytes container(std::uint32_t size) {
+    return Bytes(48, '\0').set(0, 0xDDDDDDDDu).set(4, std::uint16_t{0x5001}).set(8, size);
+}
+
+TEST(NextBlock, FindsBlocksAndContainersAndTheEnd) {
+    const struct {
+        const char* name;
+        Bytes bytes;
+        std::uint64_t result, blockSize, position;
+    } cases[] = {
+        {"ordinary block", block(0x1001, 44), 44, 44, 0},
+        {"version is not looked at", block(0x1001, 44).set(6, std::uint16_t{1}), 44, 44, 0},
+        {"size is not held against the file", block(0x1001, 8).set(0, 4000000000u), 4000000000u, 4000000000u, 0},
+        {"size 0", block(0x1001, 44).set(0, 0u), 0, 0, 0},
+        {"end marker of any size", block(0x5003, 8).set(0, 999u), 0, 0, 8},
+        {"container", container(48), 24, 48, 12},
+        {"container that claims to be empty", container(24), 0, 24, 12},
+    };
+    for (const auto& item : cases) {
+        const auto reader = readerOf(item.bytes);
+        EXPECT_EQ(reader->nextBlock(), item.result) << item.name;
+        EXPECT_EQ(reader->blockSize, item.blockSize) << item.name;
+        EXPECT_EQ(reader->tell(), item.position) << item.name;
+    }
+    EXPECT_EQ(failureOf([] { readerOf(container(23))->nextBlock(); }), g_readError);
+    EXPECT_EQ(failureOf([] { readerOf(container(48).cutAt(11))->nextBlock(); }), g_readError);
+}
+
+TEST(NextBlock, AFileWithoutEndMarkerEndsInAReadError) {
+    const Bytes whole = Bytes().add(block(0x2001, 20)).add(container(48)).add(endOfFile());
+    for (std::size_t size = 0; size <= whole.size(); ++size) {
+        int blocks = 0;
+        const auto reader = readerOf(whole.cutAt(size));
+        const std::string failure = failureOf([&] {
+            for (; reader->nextBlock() != 0; ++blocks)
+                reader->blockPosition += reader->blockSize;
+        });
+        EXPECT_EQ(failure, size == whole.size() ? "" : g_readError) << size;
+        EXPECT_EQ(blocks, size < 8 ? 0 : size < 32 ? 1 : 2) << size;
+    }
+}
+
+}  // namespace
+}  // namespace kvan::io
