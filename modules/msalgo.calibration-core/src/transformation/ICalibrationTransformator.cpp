@@ -1,9 +1,32 @@
 #include "calibration-core/interfaces/ICalibrationTransformator.h"
 
 #include <boost/throw_exception.hpp>
+#include <cmath>
 #include <stdexcept>
 
 namespace kvan::calibration {
+
+double ICalibrationTransformator::IndexWidthToMassWidth(double mass, double width) const {
+    const double centre = MassToDIndex(mass);
+    double lower = centre - width * 0.5;
+    double upper = centre + width * 0.5;
+    if (0.0 > lower) {
+        upper = upper - lower;
+        lower = 0.0;
+    }
+    return std::abs(DIndexToMass(upper) - DIndexToMass(lower));
+}
+
+double ICalibrationTransformator::MassWidthToIndexWidth(double mass, double width) const {
+    double lower = mass - width * 0.5;
+    double upper = mass + width * 0.5;
+    const double start = IndexToMass(0);
+    if (!(lower > start)) {
+        lower = start;
+        upper = start + width;
+    }
+    return std::abs(MassToDIndex(upper) - MassToDIndex(lower));
+}
 
 ICalibrationTransformator::Range ICalibrationTransformator::monotonicMassRange(double) const {
     BOOST_THROW_EXCEPTION(

@@ -71,7 +71,7 @@ public:
     virtual void SetCalibMode(int mode) = 0;
 
     /// Whether `other` is of the same class and both pairs of constants are equal. Index offset and measurement mode
-    /// are not compared. Throws `std::runtime_error` if this transformator holds no constants.
+    /// are not compared. Throws `std::runtime_error` if either holds no constants.
     virtual bool IsEqual(const ICalibrationTransformator& other) const = 0;
 
     virtual void SetIndexOffset(double offset) = 0;
@@ -105,10 +105,10 @@ public:
     virtual double IndexToMass(std::int32_t index) const = 0;
 
     /// Width in mass of a window of `width` samples centred at `mass`. A window that begins below index 0 slides up.
-    virtual double IndexWidthToMassWidth(double mass, double width) const = 0;
+    virtual double IndexWidthToMassWidth(double mass, double width) const;
     /// Width in samples of a window of `width` mass units centred at `mass`. A window that does not begin above the
     /// mass of index 0 slides to begin there.
-    virtual double MassWidthToIndexWidth(double mass, double width) const = 0;
+    virtual double MassWidthToIndexWidth(double mass, double width) const;
 
     virtual void IndicesToRaws(const Indices& indices, Doubles& raws) const = 0;
     virtual double IndexToRaw(std::int32_t index) const = 0;

@@ -16,13 +16,13 @@ public:
     using PhysicalPtr = std::shared_ptr<ICalibrationConstantsPhysical>;
     using TransformatorPtr = std::shared_ptr<ICalibrationTransformator>;
 
-    /// Finds the family by the interfaces of the constants. Throws `std::runtime_error` when the two are of different
-    /// families or the functional ones of none.
+    /// Finds the family by the interfaces of the constants. Throws `std::invalid_argument` when the two are of
+    /// different families or the functional ones of none.
     virtual TransformatorPtr createTransformator(const FunctionalPtr& functional,
                                                  const PhysicalPtr& physical) const = 0;
 
     /// Ion trap: c2 == 0.0 linear, else quadratic. This and the following throw `std::runtime_error` when the
-    /// functional constants are of another family, `std::invalid_argument` when the physical ones do not give a line.
+    /// functional constants are of another family or the physical ones do not give a line.
     virtual TransformatorPtr createTransformatorTrap(const FunctionalPtr& functional,
                                                      const PhysicalPtr& physical) const = 0;
     /// A straight line.

@@ -1,0 +1,48 @@
+#include "transformation/BatchTransformation.h"
+
+#include <boost/throw_exception.hpp>
+#include <stdexcept>
+#include <string>
+
+#include <omp.h>
+
+namespace kvan::calibration::Transformation {
+
+namespace {
+
+constexpr std::size_t g_blockSize = 4096;
+
+/// Nanoseconds of work from which a fork pays: waking a team costs microseconds, beside a busy neighbour milliseconds.
+constexpr double g_workWorthForking = 500'000.0;
+
+}  // namespace
+
+bool insideParallelRegion() {
+    return omp_in_parallel() != 0;
+}
+
+bool convertBlocks(std::size_t count, double cost, const BlockConversion& convert) {
+    const bool fork = static_cast<double>(count) * cost >= g_workWorthForking && omp_get_max_threads() > 1;
+    const auto blocks = static_cast<std::int64_t>((count + g_blockSize - 1) / g_blockSize);
+    bool failed = false;  // each thread has its own in the loop; from its first failure on it skips its blocks
+#pragma omp parallel for schedule(dynamic, 1) reduction(|| : failed) if (fork)
+    for (std::int64_t block = 0; block < blocks; ++block) {
+        const std::size_t begin = static_cast<std::size_t>(block) * g_blockSize;
+        if (!failed)
+            failed = convert(begin, std::min(begin + g_blockSize, count));
+    }
+    return failed;
+}
+
+void throwTransformationFailed() {
+    BOOST_THROW_EXCEPTION(std::runtime_error("Transformation failed, most likely due to bad calibration constants."));
+}
+
+void throwInvalidRange(std::int32_t first, std::int32_t last) {
+    BOOST_THROW_EXCEPTION(std::invalid_argument(
+        "Kvan::CCO::Functors::RangeTransformation(TTransformationFunctor transFunctor, boost::int32_t first, "
+        "boost::int32_t last, TDest & dest): invalid transformation: range invalid: last < first with last = " +
+        std::to_string(last) + " and first = " + std::to_string(first)));
+}
+
+}  // namespace kvan::calibration::Transformation

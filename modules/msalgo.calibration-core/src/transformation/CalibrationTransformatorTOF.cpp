@@ -1,0 +1,41 @@
+#include "serialization/StoredBlocks.h"
+#include "transformation/NewTransformator.h"
+#include "transformation/Transformator.h"
+#include "transformation/policies/ConstantsSettingNoAction.h"
+#include "transformation/policies/RILinear.h"
+#include "transformation/policies/RMLinear.h"
+#include "transformation/policies/RMQuadratic.h"
+
+namespace kvan::calibration::Transformation {
+
+/// raw = SignedSqrt(mass * C1) + C0. A raw value before C0 gives a negative mass.
+class CalibrationTransformatorTOFLinear final
+    : public Transformator<CalibrationTransformatorTOFLinear, RMLinear<SquareRoot>, RILinear,
+                           ConstantsSettingNoAction> {
+public:
+    static constexpr const char* ClassName = "CalibrationTransformatorTOFLinear";
+    using StoredForm =
+        StoredBlocks<tqclegacy::CALIBRATION::TOFCalibrationBlock, tqclegacy::CALIBRATION::TOFCalibrationRefBlock>;
+};
+
+/// raw = mass * C2 + SignedSqrt(mass * C1) + C0. Fails where the curve has no real mass.
+class CalibrationTransformatorTOFQuadratic final
+    : public Transformator<CalibrationTransformatorTOFQuadratic, RMQuadratic<SquareRoot>, RILinear,
+                           ConstantsSettingNoAction> {
+public:
+    static constexpr const char* ClassName = "CalibrationTransformatorTOFQuadratic";
+    using StoredForm =
+        StoredBlocks<tqclegacy::CALIBRATION::TOFCalibrationBlock, tqclegacy::CALIBRATION::TOFCalibrationRefBlock>;
+};
+
+template <>
+std::shared_ptr<ICalibrationTransformator> newTransformator<CalibrationTransformatorTOFLinear>() {
+    return std::make_shared<CalibrationTransformatorTOFLinear>();
+}
+
+template <>
+std::shared_ptr<ICalibrationTransformator> newTransformator<CalibrationTransformatorTOFQuadratic>() {
+    return std::make_shared<CalibrationTransformatorTOFQuadratic>();
+}
+
+}  // namespace kvan::calibration::Transformation
