@@ -64,7 +64,10 @@ private:
 }  // namespace kvan::logging
 
 /// KVAN_LOG(logger, DEBUG) << "text " << value;  Nothing behind it is evaluated when the level is off.
-#define KVAN_LOG(logger, level)                               \
-    if (!(logger).isEnabled(::kvan::logging::Level::level)) { \
-    } else                                                    \
-        ::kvan::logging::LogLine((logger), ::kvan::logging::Level::level)
+#define KVAN_LOG(logger, level)                                              \
+    switch (0) /* keeps an `else` of the caller from being taken for ours */ \
+    case 0:                                                                  \
+    default:                                                                 \
+        if (!(logger).isEnabled(::kvan::logging::Level::level)) {            \
+        } else                                                               \
+            ::kvan::logging::LogLine((logger), ::kvan::logging::Level::level)
