@@ -1,0 +1,50 @@
+#pragma once
+
+#include <boost/filesystem/path.hpp>
+#include <cstdint>
+
+namespace kvan::sample {
+
+/// The law that ties the data points of the run to m/z.
+enum class CalibrationFamily { TofLinear, TofQuadratic, PaladinLinear, PaladinQuadratic, Linear };
+
+/// Which spectra have a profile.
+enum class Profiles { None, Surveys, All };
+
+/// `Both`: the cycles of survey and fragment spectra change from one to the other.
+enum class Polarities { Positive, Negative, Both };
+
+/// What a synthetic run looks like. The same parameters give the same bytes on every machine.
+struct SampleRunParameters {
+    std::uint32_t spectra = 400;  ///< survey (MS^1) and fragment (MS^2) spectra together
+    std::uint64_t seed = 1;
+    CalibrationFamily calibration = CalibrationFamily::TofQuadratic;
+    double mzLower = 100.0;
+    double mzUpper = 1700.0;
+    std::uint32_t points = 200'000;  ///< data points of the axis from `mzLower` to `mzUpper`, at least 2
+    Profiles profiles = Profiles::Surveys;
+    bool floatProfiles = false;  ///< counts stored as 32-bit floats instead of unsigned integers
+    bool lines = true;
+    std::uint32_t maxLines = 1000;  ///< the most intense lines of a spectrum that are kept
+    std::uint32_t fragmentsPerSurvey = 4;
+    Polarities polarities = Polarities::Positive;
+    std::uint32_t segments = 2;
+    std::uint16_t instrumentFamily = 1;  ///< 1, 2 and 6 to 9 are read as families with automatic MS/MS
+    bool referenceCalibrations = true;   ///< in the header, for the TOF families only
+    double coelutingPeptides = 12.0;     ///< mean number of peptides that elute at one moment
+};
+
+/// Writes an LC-MS/MS run of tryptic peptides into `directory`, which is made if missing, and gives the path of its
+/// main file. Files of the same names are replaced. Memory does not grow with the number of spectra.
+///
+/// Peptides of random sequence elute one after another. Each survey spectrum shows their isotope patterns in one to
+/// four charge states, constant contaminants and chemical noise; the most intense ions that were not chosen lately are
+/// fragmented into b and y ions. Peak heights carry counting noise, profiles the noise of the electronics as well. Each
+/// spectrum has its own calibration, which drifts by some parts per million over the run.
+///
+/// Throws `std::invalid_argument` for parameters that make no run and `std::runtime_error` for a file that cannot be
+/// written.
+boost::filesystem::path writeSampleRun(const boost::filesystem::path& directory,
+                                       const SampleRunParameters& parameters = {});
+
+}  // namespace kvan::sample

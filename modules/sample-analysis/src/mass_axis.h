@@ -1,0 +1,52 @@
+#pragma once
+
+#include "calibration-core/interfaces/ICalibrationTransformator.h"
+#include "sample-analysis/analysis_data.h"
+#include "sample-analysis/sample_run.h"
+
+namespace kvan::sample {
+
+/// The axis of data points of a run: index 0 stands at the lower m/z and the last index at the upper one, by the law of
+/// the family. Time-of-flight axes count nanoseconds.
+class MassAxis {
+public:
+    using Calibration = std::shared_ptr<kvan::calibration::ICalibrationTransformator>;
+
+    explicit MassAxis(const SampleRunParameters& parameters);
+
+    /// The law in force while the instrument gives masses that are `ppm` parts per million too high.
+    Calibration calibration(double ppm) const;
+
+    static Bytes blobOf(const Calibration& calibration);
+    /// The law without drift as the reference for one kind of spectrum.
+    Bytes referenceBlob(std::uint8_t polarity, std::uint8_t acquisitionMode, std::uint8_t scanMode,
+                        std::uint8_t msLevel) const;
+
+    /// Whether the family has blobs for reference calibrations.
+    bool hasReferences() const;
+
+    /// Full width at half maximum, in m/z: a time of flight is measured with constant resolution, an ion trap has peaks
+    /// of constant width.
+    double peakWidth(double mz) const { return isTof() ? mz / 18'000.0 : 0.25; }
+
+    double lower() const { return m_lower; }
+    double upper() const { return m_upper; }
+    std::uint32_t points() const { return m_points; }
+
+private:
+    using Functional = std::shared_ptr<kvan::calibration::ICalibrationConstantsFunctional>;
+    using Physical = std::shared_ptr<kvan::calibration::ICalibrationConstantsPhysical>;
+
+    bool isTof() const;
+    Functional functional(double ppm) const;
+    Physical defaultPhysical() const;
+    Physical physical() const;
+
+    CalibrationFamily m_family;
+    double m_lower;
+    double m_upper;
+    std::uint32_t m_points;
+    Physical m_physical;
+};
+
+}  // namespace kvan::sample

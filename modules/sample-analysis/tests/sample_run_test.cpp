@@ -1,0 +1,71 @@
+#include "sample-analysis/sample_run.h"
+
+#include <boost/filesystem/fstream.hpp>
+#include <boost/filesystem/operations.hpp>
+#include <iterator>
+#include <string>
+
+#include <gtest/gtest.h>
+
+namespace kvan::sample {
+namespace {
+
+namespace fs = boost::filesystem;
+
+/// The bytes of the three files of a run, one behind the other.
+std::string bytesOfRun(const SampleRunParameters& parameters) {
+    const fs::path directory = fs::temp_directory_path() / fs::unique_path("qsf-run-%%%%-%%%%-%%%%");
+    writeSampleRun(directory, parameters);
+    std::string bytes;
+    for (const char* name : {"analysis.qsf", "analysis.qsf_idx", "analysis.qsf_xtr"}) {
+        fs::ifstream stream(directory / name, std::ios::binary);
+        bytes.append(std::istreambuf_iterator<char>(stream), {});
+    }
+    fs::remove_all(directory);
+    return bytes;
+}
+
+/// FNV-1a, 64 bits.
+std::uint64_t hashOf(const std::string& bytes) {
+    std::uint64_t hash = 0xCBF29CE484222325;
+    for (const char byte : bytes)
+        hash = (hash ^ static_cast<unsigned char>(byte)) * 0x100000001B3;
+    return hash;
+}
+
+TEST(SampleRun, BytesDependOnTheParametersAlone) {
+    const SampleRunParameters parameters{
+        .spectra = 60, .points = 5000, .profiles = Profiles::All, .polarities = Polarities::Both, .segments = 3};
+    const std::string bytes = bytesOfRun(parameters);
+    EXPECT_EQ(bytes, bytesOfRun(parameters));
+    // The same on every machine and with every compiler; changes only with the run itself.
+    EXPECT_EQ(hashOf(bytes), 10086886731053441339U);
+
+    SampleRunParameters otherSeed = parameters;
+    otherSeed.seed = 2;
+    EXPECT_NE(bytes, bytesOfRun(otherSeed));
+}
+
+TEST(SampleRun, RunsOfAllShapesEnd) {
+    const auto calibrations = {CalibrationFamily::TofLinear, CalibrationFamily::TofQuadratic,
+                               CalibrationFamily::PaladinLinear, CalibrationFamily::PaladinQuadratic,
+                               CalibrationFamily::Linear};
+    for (const CalibrationFamily calibration : calibrations) {
+        for (const std::uint32_t spectra : {0U, 1U, 12U})
+            EXPECT_FALSE(bytesOfRun({.spectra = spectra,
+                                     .calibration = calibration,
+                                     .points = 2,
+                                     .profiles = Profiles::All,
+                                     .floatProfiles = true,
+                                     .maxLines = 0,
+                                     .fragmentsPerSurvey = 0,
+                                     .segments = 20})
+                             .empty());
+    }
+    EXPECT_THROW(bytesOfRun({.points = 1}), std::invalid_argument);
+    EXPECT_THROW(bytesOfRun({.mzLower = 500.0, .mzUpper = 500.0}), std::invalid_argument);
+    EXPECT_THROW(bytesOfRun({.segments = 0}), std::invalid_argument);
+}
+
+}  // namespace
+}  // namespace kvan::sample
