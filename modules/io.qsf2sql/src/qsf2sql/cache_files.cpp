@@ -1,0 +1,48 @@
+#include "qsf2sql/cache_files.h"
+
+#include "qsf2sql/errors.h"
+#include "sysutils/platform.h"
+
+#include <boost/filesystem/operations.hpp>
+#include <boost/throw_exception.hpp>
+
+namespace kvan::io {
+
+namespace fs = boost::filesystem;
+using cppsqlite::CppSQLite3DB;
+
+fs::path cachePathBeside(const fs::path& qsfFile) {
+    return fs::path(qsfFile).replace_extension(".sqlite");
+}
+
+void checkIfQsfExists(const fs::path& qsfFile) {
+    boost::system::error_code ignored;
+    const fs::file_status status = fs::status(qsfFile, ignored);
+    if (fs::is_regular_file(status))
+        return;
+    const std::string path = std::string("'").append(sys::pathToUtf8(qsfFile)).append("'");
+    if (status.type() == fs::status_error || status.type() == fs::file_not_found)
+        BOOST_THROW_EXCEPTION(Qsf2SqlFileNotFoundError("Specified QSF file " + path + " doesn't exist."));
+    BOOST_THROW_EXCEPTION(Qsf2SqlFileNotFoundError(path + " is not a regular file (expecting name of analysis.qsf)."));
+}
+
+fs::file_type typeAt(const fs::path& path) {
+    boost::system::error_code ignored;
+    const fs::file_type type = fs::symlink_status(path, ignored).type();
+    return type == fs::status_error ? fs::file_not_found : type;
+}
+
+std::unique_ptr<CppSQLite3DB> openCache(const fs::path& cacheFile) {
+    if (typeAt(cacheFile) != fs::regular_file)
+        throwCannotOpenCache();
+    auto database = std::make_unique<CppSQLite3DB>();
+    database->open(sys::pathToUtf8(cacheFile), CppSQLite3DB::OpenMode::Existing);
+    database->distrustContent();
+    return database;
+}
+
+void throwCannotOpenCache() {
+    BOOST_THROW_EXCEPTION(cppsqlite::CppSQLite3Exception(SQLITE_CANTOPEN, sqlite3_errstr(SQLITE_CANTOPEN)));
+}
+
+}  // namespace kvan::io

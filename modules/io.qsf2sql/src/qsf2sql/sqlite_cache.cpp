@@ -1,0 +1,73 @@
+#include "qsf2sql/sqlite_cache.h"
+
+#include "logger/logger.h"
+#include "qsf2sql/cache_files.h"
+#include "qsf2sql/cache_generator.h"
+#include "qsf2sql/cache_validity.h"
+#include "qsf2sql/errors.h"
+#include "sysutils/platform.h"
+
+#include <boost/throw_exception.hpp>
+
+namespace kvan::io {
+
+namespace {
+
+namespace fs = boost::filesystem;
+using cppsqlite::CppSQLite3DB;
+using cppsqlite::CppSQLite3Exception;
+
+[[noreturn]] void throwConvertedCppSQLite3Exception(const CppSQLite3Exception& exception) {
+    BOOST_THROW_EXCEPTION(Qsf2SqlCacheError(std::string("Caught unexpected CppSQLite3Exception: ") + exception.what()));
+}
+
+/// The cache that stands at `cacheFile`; null if it must be made anew.
+std::unique_ptr<CppSQLite3DB> reuseCache(const fs::path& qsfFile, const fs::path& cacheFile,
+                                         const VariablesPrefs& settings) {
+    const auto logger = logging::Logger::getLogger("kvan.io.qsf2sql");
+    auto database = openCache(cacheFile);
+    if (!isCompatible(*database, settings.mode == VariablesPrefs::All, settings.requested)) {
+        KVAN_LOG(logger, DEBUG) << "Existing SQLite cache '" << sys::pathToUtf8(cacheFile)
+                                << "' found to be incompatible.";
+        return nullptr;
+    }
+    if (!isConsistentSQLiteCache(*database, qsfFile)) {
+        KVAN_LOG(logger, INFO) << "Existing SQLite cache '" << sys::pathToUtf8(cacheFile)
+                               << "' was generated for differently-sized QSF/XTR/IDX => inconsistent.";
+        return nullptr;
+    }
+    KVAN_LOG(logger, DEBUG) << "Existing SQLite cache seems to be okay; re-using.";
+    return database;
+}
+
+}  // namespace
+
+std::unique_ptr<CppSQLite3DB> getValidSQLiteCache(const fs::path& qsfFile, fs::path& cacheFile, bool* isTemporary,
+                                                  const VariablesPrefs& settings) {
+    const CacheFill fill = [](const fs::path& mainFile, CppSQLite3DB& database, bool allVariables,
+                              const std::unordered_set<std::string>& requestedVariables) {
+        CacheGenerator(mainFile, database, allVariables, requestedVariables);
+    };
+    return getValidSQLiteCache(qsfFile, cacheFile, isTemporary, settings, fill);
+}
+
+std::unique_ptr<CppSQLite3DB> getValidSQLiteCache(const fs::path& qsfFile, fs::path& cacheFile, bool* isTemporary,
+                                                  const VariablesPrefs& settings, const CacheFill& fill) {
+    bool unasked = false;
+    bool& temporary = isTemporary == nullptr ? unasked : *isTemporary;
+    temporary = false;
+    cacheFile = cachePathBeside(qsfFile);
+    try {
+        // A link is no cache of this analysis, wherever it leads.
+        const fs::file_type standing = typeAt(cacheFile);
+        if (standing != fs::file_not_found && standing != fs::symlink_file) {
+            if (auto database = reuseCache(qsfFile, cacheFile, settings))
+                return database;
+        }
+        return CacheBuilder(qsfFile, settings, fill).generate(cacheFile, temporary);
+    } catch (const CppSQLite3Exception& exception) {
+        throwConvertedCppSQLite3Exception(exception);
+    }
+}
+
+}  // namespace kvan::io
