@@ -12,12 +12,12 @@ using namespace KVAN::io::QSF;
 
 namespace {
 
-/// A scan starts with small windows, so that large blocks that are only stepped over cost little, and doubles them
-/// while it finds something to read at least every so many bytes, where one large read is cheaper than several small
-/// ones.
-constexpr std::uint64_t g_scanShortest = 4096;
-constexpr std::uint64_t g_scanLongest = 128 * 1024;
-constexpr std::uint64_t g_densestStride = 2048;
+/// A scan starts with small windows, so that large blocks that are only stepped over cost little. It doubles them while
+/// it moves on by less than a window and finds something to read at least every so many bytes: there one large read is
+/// cheaper than several small ones. Beyond what the first two caches hold, larger windows gain nothing.
+constexpr std::uint64_t g_scanShortest = 1024;
+constexpr std::uint64_t g_scanLongest = 64 * 1024;
+constexpr std::uint64_t g_sparsestReads = 2048;
 
 /// Holds the heads of a spectrum block, so that they cost one system call together.
 constexpr std::uint64_t g_arraysLookAhead = 512;
@@ -69,8 +69,9 @@ void QSFBlockedReader::readBeyondWindow(char* destination, std::int64_t count) {
 }
 
 void QSFBlockedReader::refill(std::uint64_t wanted) {
-    const bool dense = m_windowReads * g_densestStride >= m_windowSize;
-    m_lookAhead = dense ? std::min(2 * m_lookAhead, m_longestLookAhead) : m_shortestLookAhead;
+    const std::uint64_t beyond = m_position - m_windowStart;  // huge ahead of the window
+    const bool isDense = beyond <= 2 * m_windowSize && m_windowReads * g_sparsestReads >= m_windowSize;
+    m_lookAhead = isDense ? std::min(2 * m_lookAhead, m_longestLookAhead) : m_shortestLookAhead;
     const std::uint64_t size = std::max(m_lookAhead, wanted);
     if (m_window.size() < size)
         m_window.resize(size);
