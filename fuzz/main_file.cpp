@@ -1,0 +1,59 @@
+// Any bytes as a main file end in blocks or in a format error, in memory that the file's size bounds.
+
+#include "native_bytes.h"
+#include "qsf2sql/qsflib/AnalysisHeaderBlock.h"
+#include "qsf2sql/qsflib/CompressionInfoBlock.h"
+#include "qsf2sql/qsflib/InstrumentInfoBlock.h"
+#include "qsf2sql/qsflib/SegmentConditionBlock.h"
+#include "qsf2sql/qsflib/SpectrumConditionBlock.h"
+
+#include <cstdint>
+
+namespace {
+
+using namespace KVAN::io::QSF;
+using kvan::io::QSFBlockedReader;
+
+template <class Block>
+Block read(QSFBlockedReader& reader) {
+    reader.seekTo(reader.blockPosition);
+    Block block;
+    block.Read(reader);
+    return block;
+}
+
+void readByType(QSFBlockedReader& reader, std::uint16_t type) {
+    switch (type) {
+        case COMPRESSION_INFO:
+            read<CompressionInfoBlock>(reader);
+            break;
+        case ANALYSIS_HEADER:
+            read<AnalysisHeaderBlock>(reader);
+            break;
+        case INSTRUMENT_INFO:
+            read<InstrumentInfoBlock>(reader);
+            break;
+        case RESTYPE_SEGMENT_CONDITION:
+            read<SegmentConditionBlock>(reader);
+            break;
+        case RESTYPE_SPECTRUM_CONDITION:
+            read<SpectrumConditionBlock>(reader).pool.Take<CalibrationBlock>(reader, RESTYPE_CALIBRATION);
+            break;
+        default:
+            break;
+    }
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    try {
+        const auto reader = native_bytes::readerOf({data, data + size});
+        while (reader->nextBlock() != 0) {
+            readByType(*reader, kvan::io::readRecord<RESOURCE_HEADER>(*reader).type);
+            reader->blockPosition += reader->blockSize;
+        }
+    } catch (const kvan::io::Qsf2SqlFileFormatError&) {
+    }
+    return 0;
+}
