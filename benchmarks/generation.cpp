@@ -1,0 +1,248 @@
+// Generation of a cache of 100,000 spectra against bare inserts and updates of the same rows through SQLite's C
+// interface, and the peak memory of a generation.
+
+#include "cppsqlite/CppSQLite3.h"
+#include "qsf2sql/cache_generator.h"
+#include "qsf2sql/cache_schema.h"
+#include "ratio.h"
+#include "sample-analysis/analysis_writer.h"
+
+#include <boost/filesystem/operations.hpp>
+#include <cstring>
+#include <fstream>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include <sqlite3.h>
+
+namespace {
+
+namespace fs = boost::filesystem;
+using namespace kvan;
+
+/// An analysis of one MS^1 spectrum and four MS^2 spectra in turn, each with profile and lines, and calibrated by
+/// itself. Gone with its directory when the object goes.
+class Analysis {
+public:
+    Analysis(std::uint32_t spectra, std::size_t pointsOfProfile)
+        : m_directory(fs::temp_directory_path() / fs::unique_path("qsf-generation-%%%%-%%%%")) {
+        sample::AnalysisWriter writer(m_directory, {.description = sample::AnalysisDescription{.instrumentFamily = 7}});
+        sample::SpectrumData spectrum{.profile = std::vector<float>(pointsOfProfile),
+                                      .lines = sample::LineData{.index = {std::vector<double>(20, 1.0)}}};
+        for (std::uint32_t number = 0; number < spectra; ++number) {
+            spectrum.info = {.retentionTime = number,
+                             .acquiredLower = 1000.0F,
+                             .acquiredUpper = 90000.0F + static_cast<float>(number % 100),
+                             .maxIntensity = 1e5F,
+                             .sumIntensity = 1e7F,
+                             .acquisitionMode = 2,
+                             .masses = std::vector<float>(number % 5 == 0 ? 0 : 1, 500.25F),
+                             .calibration = calibration(number)};
+            writer.addSpectrum(spectrum);
+        }
+        writer.finish();
+        m_mainFile = writer.mainFilePath();
+    }
+    ~Analysis() { fs::remove_all(m_directory); }
+
+    const fs::path& mainFile() const { return m_mainFile; }
+    fs::path cacheFile() const { return m_directory / "cache.sqlite"; }
+
+private:
+    /// A time-of-flight law that drifts from spectrum to spectrum.
+    static sample::Bytes calibration(std::uint32_t number) {
+        const double constants[] = {1000.0, 0.5, 100.0 + number * 1e-6, 2.5e5, 1e-3};
+        sample::Bytes blob{1, 0, 0, 0};
+        blob.resize(4 + sizeof constants);
+        std::memcpy(blob.data() + 4, constants, sizeof constants);
+        return blob;
+    }
+
+    fs::path m_directory;
+    fs::path m_mainFile;
+};
+
+void openNew(cppsqlite::CppSQLite3DB& database, const fs::path& file) {
+    fs::remove(file);
+    database.open(file.string());
+    database.execDML("PRAGMA journal_mode=MEMORY");
+    database.execDML("BEGIN TRANSACTION");
+}
+
+void generate(const Analysis& analysis) {
+    cppsqlite::CppSQLite3DB database;
+    openNew(database, analysis.cacheFile());
+    io::CacheGenerator(analysis.mainFile(), database, false, {});
+    database.execDML("COMMIT TRANSACTION");
+}
+
+void check(int code, sqlite3* connection) {
+    if (code != SQLITE_OK && code != SQLITE_DONE)
+        throw std::runtime_error(sqlite3_errmsg(connection));
+}
+
+/// One prepared statement of the yardstick.
+class BareStatement {
+public:
+    BareStatement(sqlite3* connection, const char* sql) : m_connection(connection) {
+        check(sqlite3_prepare_v2(connection, sql, -1, &m_statement, nullptr), connection);
+    }
+    BareStatement(const BareStatement&) = delete;
+    ~BareStatement() { sqlite3_finalize(m_statement); }
+
+    void bind(int parameter, sqlite3_value* value) {
+        check(sqlite3_bind_value(m_statement, parameter, value), m_connection);
+    }
+    void run() {
+        check(sqlite3_step(m_statement), m_connection);
+        check(sqlite3_reset(m_statement), m_connection);
+    }
+
+private:
+    sqlite3* m_connection;
+    sqlite3_stmt* m_statement = nullptr;
+};
+
+/// Rows of a finished cache in memory, ready to be bound.
+class Rows {
+public:
+    Rows(const fs::path& cache, const std::string& sql) {
+        sqlite3* connection = nullptr;
+        check(sqlite3_open(cache.c_str(), &connection), connection);
+        sqlite3_stmt* query = nullptr;
+        check(sqlite3_prepare_v2(connection, sql.c_str(), -1, &query, nullptr), connection);
+        m_columns = sqlite3_column_count(query);
+        while (sqlite3_step(query) == SQLITE_ROW)
+            for (int column = 0; column < m_columns; ++column)
+                m_values.push_back(sqlite3_value_dup(sqlite3_column_value(query, column)));
+        sqlite3_finalize(query);
+        sqlite3_close(connection);
+    }
+    Rows(const Rows&) = delete;
+    ~Rows() {
+        for (sqlite3_value* const value : m_values)
+            sqlite3_value_free(value);
+    }
+
+    /// Runs `statement` for each row, its columns bound in order.
+    void runAll(BareStatement& statement) const {
+        for (std::size_t value = 0; value < m_values.size();) {
+            for (int column = 1; column <= m_columns; ++column)
+                statement.bind(column, m_values[value++]);
+            statement.run();
+        }
+    }
+
+private:
+    int m_columns = 0;
+    std::vector<sqlite3_value*> m_values;
+};
+
+/// What the generator writes for each spectrum, written with nothing else around it.
+class Yardstick {
+public:
+    explicit Yardstick(const fs::path& cache)
+        : m_inserted(cache,
+                     "SELECT Id, Segment, LineIndexId, LineIntensityId, LineIndexWidthId, LinePeakAreaId, "
+                     "LineSnrId, LineMzId, ProfileIntensityId, ProfileMzId FROM Spectra"),
+          m_transformators(cache, "SELECT Blob FROM Transformators"),
+          m_updated(cache,
+                    "SELECT Rt, AcquisitionKey, Parent, MzAcqRangeLower, MzAcqRangeUpper, SumIntensity, "
+                    "MaxIntensity, TransformatorId, Id FROM Spectra"),
+          m_steps(cache, "SELECT * FROM Steps") {}
+
+    void write(const fs::path& file, bool withIndexes) const {
+        fs::remove(file);
+        sqlite3* connection = nullptr;
+        check(sqlite3_open(file.c_str(), &connection), connection);
+        const auto execute = [connection](const char* sql) {
+            check(sqlite3_exec(connection, sql, nullptr, nullptr, nullptr), connection);
+        };
+        execute("PRAGMA journal_mode=MEMORY");
+        execute("BEGIN TRANSACTION");
+        for (const char* const statement : io::qsf2sql::g_createTables)
+            execute(statement);
+        run(m_inserted, connection,
+            "INSERT INTO Spectra (Id, Segment, LineIndexId, LineIntensityId, LineIndexWidthId, "
+            "LinePeakAreaId, LineSnrId, LineMzId, ProfileIntensityId, ProfileMzId) VALUES "
+            "(?,?,?,?,?,?,?,?,?,?)");
+        run(m_transformators, connection, "INSERT INTO Transformators (Blob) VALUES (?)");
+        run(m_updated, connection,
+            "UPDATE Spectra SET Rt = ?, AcquisitionKey = ?, Parent = ?, MzAcqRangeLower = ?, "
+            "MzAcqRangeUpper = ?, SumIntensity = ?, MaxIntensity = ?, TransformatorId = ? "
+            "WHERE Id = ?");
+        run(m_steps, connection,
+            "INSERT INTO Steps (TargetSpectrum,Number,IsolationType,ReactionType,MsLevel,Mass) "
+            "VALUES (?,?,?,?,?,?)");
+        if (withIndexes)
+            for (const char* const statement : io::qsf2sql::g_createIndexes)
+                execute(statement);
+        execute("COMMIT TRANSACTION");
+        sqlite3_close(connection);
+    }
+
+private:
+    static void run(const Rows& rows, sqlite3* connection, const char* sql) {
+        BareStatement statement(connection, sql);
+        rows.runAll(statement);
+    }
+
+    Rows m_inserted;
+    Rows m_transformators;
+    Rows m_updated;
+    Rows m_steps;
+};
+
+constexpr std::uint32_t g_spectra = 100000;
+
+/// Range 0: points of each profile. Range 1: whether the yardstick makes the indexes too, which the goal does not
+/// grant.
+void generationOfACache(benchmark::State& state) {
+    const Analysis analysis(g_spectra, static_cast<std::size_t>(state.range(0)));
+    generate(analysis);
+    const Yardstick yardstick(analysis.cacheFile());
+    benchmarks::reportRatio<boost::chrono::steady_clock>(
+        state, 1.3, [&] { generate(analysis); }, [&] { yardstick.write(analysis.cacheFile(), state.range(1) != 0); });
+}
+BENCHMARK(generationOfACache)
+    ->ArgNames({"points", "indexes"})
+    ->Args({100, 0})
+    ->Args({100, 1})
+    ->Args({2000, 0})
+    ->Iterations(7)
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond);
+
+/// Of this process, in MB.
+double peakMemory() {
+    std::ifstream status("/proc/self/status");
+    for (std::string line; std::getline(status, line);)
+        if (line.rfind("VmHWM:", 0) == 0)
+            return std::stod(line.substr(6)) / 1024.0;
+    return 0.0;
+}
+
+void forgetPeakMemory() {
+    std::ofstream("/proc/self/clear_refs") << 5;
+}
+
+void peakMemoryOfAGeneration(benchmark::State& state) {
+    const Analysis analysis(static_cast<std::uint32_t>(state.range(0)), static_cast<std::size_t>(state.range(1)));
+    forgetPeakMemory();
+    for (auto _ : state)
+        generate(analysis);
+    state.counters["peak_MB"] = peakMemory();
+    state.counters["goal_MB"] = 200;
+}
+BENCHMARK(peakMemoryOfAGeneration)
+    ->ArgNames({"spectra", "points"})
+    ->Args({1000, 1000})
+    ->Args({100000, 10})
+    ->Args({100000, 1000})
+    ->Args({1000000, 10})
+    ->Iterations(1)
+    ->Unit(benchmark::kMillisecond);
+
+}  // namespace

@@ -1,0 +1,106 @@
+#pragma once
+
+#include "cppsqlite/CppSQLite3.h"
+#include "qsf2sql/cache_generator.h"
+#include "sample-analysis/analysis_writer.h"
+
+#include <algorithm>
+#include <boost/filesystem/operations.hpp>
+#include <cstring>
+#include <memory>
+#include <sstream>
+#include <string>
+#include <unordered_set>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+namespace kvan::io {
+
+/// An analysis directory of its own and the cache generated from it, in memory.
+class GeneratedCache : public ::testing::Test {
+public:
+    ~GeneratedCache() override { boost::filesystem::remove_all(directory); }
+
+    boost::filesystem::path file(const char* extension) const {
+        return (directory / "analysis").replace_extension(extension);
+    }
+
+    /// Makes a new database for each generation.
+    void generate(bool allVariables = false, const std::unordered_set<std::string>& requested = {}) {
+        m_database = std::make_unique<cppsqlite::CppSQLite3DB>();
+        m_database->open(":memory:");
+        m_database->execDML("BEGIN TRANSACTION");
+        CacheGenerator(file(".qsf"), *m_database, allVariables, requested);
+        m_database->execDML("COMMIT TRANSACTION");
+    }
+
+    /// What generation fails with, as its text; "" if it does not.
+    template <class Exception>
+    std::string failure() {
+        try {
+            generate();
+        } catch (const Exception& fault) {
+            return fault.what();
+        }
+        return "";
+    }
+
+    /// The texts of the lines at WARN that generation writes, each with a line end.
+    std::string warnings() {
+        ::testing::internal::CaptureStdout();
+        generate();
+        std::istringstream lines(::testing::internal::GetCapturedStdout());
+        std::string texts;
+        for (std::string line; std::getline(lines, line);) {
+            const std::size_t level = line.find("[WARN ] ");
+            if (level != std::string::npos)
+                texts += line.substr(line.find(": ", level) + 2) + "\n";
+        }
+        return texts;
+    }
+
+    /// Fields joined by "|", rows by blanks, NULL as "-", reals with all digits that count.
+    std::string rows(const std::string& sql) const {
+        std::string text;
+        for (auto query = m_database->execQuery(sql); !query.eof(); query.nextRow()) {
+            for (int field = 0; field < query.numFields(); ++field) {
+                if (!text.empty())
+                    text += field == 0 ? ' ' : '|';
+                text += query.fieldIsNull(field) ? "-" : query.fieldValue(field);
+            }
+        }
+        return text;
+    }
+
+    const boost::filesystem::path directory =
+        boost::filesystem::temp_directory_path() / boost::filesystem::unique_path("qsf-cache-%%%%-%%%%-%%%%");
+
+private:
+    std::unique_ptr<cppsqlite::CppSQLite3DB> m_database;
+};
+
+/// A calibration blob without extensions.
+inline sample::Bytes calibrationBlob(std::uint8_t typeLow, std::uint8_t typeHigh, const std::vector<double>& constants,
+                                     const sample::Bytes& key = {}) {
+    const std::size_t size = constants.size() * sizeof(double);
+    sample::Bytes blob(4 + size + key.size());
+    blob[0] = typeLow;
+    blob[1] = typeHigh;
+    std::memcpy(blob.data() + 4, constants.data(), size);
+    std::copy(key.begin(), key.end(), blob.end() - static_cast<std::ptrdiff_t>(key.size()));
+    return blob;
+}
+
+/// mass = index * slope + offset
+inline sample::Bytes linearBlob(double offset, double slope) {
+    return calibrationBlob(0x02, 0x10, {offset, slope});
+}
+
+/// mass = index * index * scale, for spectra of that key.
+inline sample::Bytes referenceBlob(double scale, std::uint8_t polarity, std::uint8_t scanMode,
+                                   std::uint8_t acquisitionMode, std::uint8_t msLevel) {
+    return calibrationBlob(4, 0, {0.0, 1.0, 0.0, 1e12 * scale, 0.0}, {acquisitionMode, polarity, msLevel, scanMode});
+}
+
+}  // namespace kvan::io
