@@ -50,6 +50,7 @@ void fillSmall(const fs::path& mainFile, CppSQLite3DB& database, bool allVariabl
 
 /// Starts a process of its own for `action`; it ends with 0 if that gives true.
 pid_t start(const std::function<bool()>& action) {
+    std::fflush(stdout);
     const pid_t child = ::fork();
     if (child == 0)
         ::_exit(action() ? 0 : 1);
@@ -69,17 +70,11 @@ bool holdsForAnybody(const std::function<bool()>& action) {
 class SqliteCache : public ::testing::Test {
 protected:
     SqliteCache() { reset(); }
-    ~SqliteCache() override { remove(); }
-
-    void remove() {
-        boost::system::error_code ignored;
-        fs::permissions(m_directory, g_writable, ignored);
-        fs::remove_all(m_directory);
-    }
+    ~SqliteCache() override { fs::remove_all(m_directory); }
 
     /// A new analysis without a cache.
     void reset() {
-        remove();
+        fs::remove_all(m_directory);
         fs::create_directory(m_directory);
         fs::permissions(m_directory, g_writable);
         for (const std::string& name : m_nativeFiles)
@@ -147,7 +142,6 @@ TEST_F(SqliteCache, IsReusedAsLongAsItFits) {
     const auto nothing = [](const fs::path&) {};
     const auto directory = [](const fs::path& path) { fs::create_directory(path); };
     const auto pipe = [](const fs::path& path) { ::mkfifo(path.c_str(), 0666); };
-    const auto link = [](const fs::path& path) { fs::create_symlink("/nonexistent", path); };
     struct Case {
         const char* situation;
         std::function<void()> prepare;
@@ -156,32 +150,27 @@ TEST_F(SqliteCache, IsReusedAsLongAsItFits) {
     };
     const Case cases[] = {
         {"as it is", [] {}, g_minimal, "reused"},
-        {"fewer wishes", [] {}, {}, "reused"},
         {"another variable", [] {}, {VariablesPrefs::Minimal, {"A", "B'"}}, "built"},
         {"all variables", [] {}, g_all, "built"},
         {"full", change("UPDATE Info SET AllVariables=7; DROP TABLE RequestedVariables"), g_minimal, "reused"},
         {"no mode", change("UPDATE Info SET AllVariables=NULL"), g_all, "built"},
         {"older", change("UPDATE Info SET SchemaVersion='1.6.2b'"), g_minimal, "built"},
         {"longer version", change("UPDATE Info SET SchemaVersion='1.6.2c'||char(0)"), g_minimal, "built"},
-        {"no version", change("UPDATE Info SET SchemaVersion=NULL"), g_minimal, "built"},
         {"unfinished", change("DELETE FROM Info"), g_minimal, "built"},
         {"no names", change("DROP TABLE RequestedVariables"), g_minimal, "built"},
         {"no names, none asked", change("DROP TABLE RequestedVariables"), {}, "reused"},
         {"main file grown", bytes("analysis.qsf", "native+"), g_minimal, "built"},
         {"index file grown", bytes("analysis.qsf_idx", "native+"), g_minimal, "built"},
         {"extra file grown", bytes("analysis.qsf_xtr", "native+"), g_minimal, "built"},
-        {"size below 0", change("UPDATE Info SET QSFSize=-1"), g_minimal, "built"},
         {"no size", change("UPDATE Info SET IDXSize=NULL"), g_minimal, noNumber},
         {"text for a size", change("UPDATE Info SET XTRSize='6 bytes'"), g_minimal, noNumber},
         {"index file gone", replace(m_directory / "analysis.qsf_idx", nothing), g_minimal, noIndexFile},
         {"main file gone", replace(m_main, nothing), g_minimal, noMainFile},
         {"directory for the main file", replace(m_main, directory), g_minimal, notRegular},
         {"garbage", bytes("analysis.sqlite", std::string(8192, 'x')), g_minimal, "built"},
-        {"short garbage", bytes("analysis.sqlite", "x"), g_minimal, "built"},
         {"empty", bytes("analysis.sqlite", ""), g_minimal, "built"},
         {"cut", [&] { fs::resize_file(m_cache, fs::file_size(m_cache) - 4096); }, g_minimal, "built"},
         {"gone", replace(m_cache, nothing), g_minimal, "built"},
-        {"link", replace(m_cache, link), g_minimal, "built"},
         {"directory", replace(m_cache, directory), g_minimal, g_cannotOpen},
         {"pipe", replace(m_cache, pipe), g_minimal, g_cannotOpen},
     };
@@ -256,10 +245,9 @@ TEST_F(SqliteCache, ProtectedDirectoryGivesATemporaryCache) {
         const CacheFill fill = [](auto&&...) { throw std::runtime_error("bad order"); };
         return open(g_minimal, fill) == "bad order" && fs::is_empty(scratch);
     }));
-    EXPECT_TRUE(holdsForAnybody([&] {
-        ::setenv("TMPDIR", m_directory.c_str(), 1);
-        return open() == g_cannotOpen;
-    }));
+    EXPECT_TRUE(
+        holdsForAnybody([&] { return ::setenv("TMPDIR", m_directory.c_str(), 1) == 0 && open() == g_cannotOpen; }));
+    fs::permissions(m_directory, g_writable);
 }
 
 TEST_F(SqliteCache, OldCacheThatNobodyMayReplaceStays) {
