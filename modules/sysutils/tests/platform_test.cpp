@@ -78,5 +78,24 @@ TEST_F(Platform, PrivateFileNeverWritesThroughALink) {
     EXPECT_EQ(fs::file_size(target), 8u);
 }
 
+TEST_F(Platform, AppendedFileGrowsAtItsEndAndRefusesPipes) {
+    const fs::path path = fileWith("log", "one\n");
+    boost::system::error_code fault;
+    const auto first = AppendedFile::open(path, fault);
+    const auto second = AppendedFile::open(path, fault);
+    ASSERT_TRUE(first && second);
+    EXPECT_EQ(first->append("two\n"), 4u);
+    EXPECT_EQ(second->append("three\n"), 6u);
+    EXPECT_EQ(fs::file_size(path), 14u);
+
+    const std::string pipe = (m_directory / "pipe").string();
+    ASSERT_EQ(std::system(("mkfifo '" + pipe + "'").c_str()), 0);
+    for (const fs::path& other : {fs::path(pipe), m_directory, m_directory / "missing" / "log"}) {
+        EXPECT_FALSE(AppendedFile::open(other, fault)) << other;
+        EXPECT_TRUE(fault);
+    }
+    EXPECT_EQ(AppendedFile::open("/dev/full", fault)->append("lost"), 0u);
+}
+
 }  // namespace
 }  // namespace kvan::sys

@@ -1,5 +1,7 @@
 #include "sysutils/posix_time.h"
 
+#include "lib/iso_date_time.h"
+
 #include <boost/date_time/gregorian/gregorian_types.hpp>
 
 #include <gtest/gtest.h>
@@ -19,6 +21,15 @@ TEST(ToIsoExtendedString, EveryOptionAndItsLimits) {
         EXPECT_EQ(toIsoExtendedString(time, static_cast<FormatOption::type>(option)), expected[option]);
     EXPECT_EQ(toIsoExtendedString(ptime(boost::date_time::not_a_date_time), FormatOption::T), "not-a-date-time");
     EXPECT_THROW(toIsoExtendedString(time, static_cast<FormatOption::type>(6)), std::runtime_error);
+}
+
+TEST(AppendIsoTime, FieldThatItsWidthCannotHold) {
+    using boost::posix_time::time_duration;
+    std::string text;
+    EXPECT_THROW(sys::date_time::internal::append_iso_time(text, time_duration(100, 0, 0), FormatOption::T),
+                 std::runtime_error);
+    EXPECT_THROW(sys::date_time::internal::append_iso_time(text, time_duration(0, -1, 0), FormatOption::T),
+                 std::runtime_error);
 }
 
 }  // namespace

@@ -6,9 +6,11 @@
 #include <cstdio>
 #include <memory>
 #include <string>
+#include <string_view>
 
-/// The platform seam: what this system asks of an operating system beyond what C++ and Boost give. One source file a
-/// platform implements all of it; nothing else in the project tests for a platform.
+/// The platform seam: what this system asks of an operating system beyond what C++ and Boost give. Here what concerns
+/// files; `process.h`, `environment.h` and `loaded_module.h` hold the rest. The sources that are named after a platform
+/// implement all of it; nothing else in the project tests for a platform.
 namespace kvan::sys {
 
 /// A path from UTF-8 text, and back. The text must be valid UTF-8.
@@ -61,6 +63,19 @@ public:
 
 /// Removes the file at `path` if it is a regular file that no `PrivateFile` of any process holds. False if it stays.
 bool removeAbandonedPrivateFile(const boost::filesystem::path& path);
+
+/// A file that grows at its end, whoever else writes to it. One thread at a time.
+class AppendedFile {
+public:
+    /// Opens `path`, made if it is missing. Null, and the system's reason in `fault`, if it cannot be written or is
+    /// neither a regular file nor a device: a pipe could stop the writer for ever.
+    static std::unique_ptr<AppendedFile> open(const boost::filesystem::path& path, boost::system::error_code& fault);
+
+    virtual ~AppendedFile() = default;
+
+    /// Hands `bytes` to the system at once, in one piece if it takes them so; gives how many it took.
+    virtual std::size_t append(std::string_view bytes) = 0;
+};
 
 /// Sends everything that this process writes to its standard output to its standard error instead, and gives a stream
 /// on the former standard output, which the caller closes with `std::fclose`. Null when the system refuses.

@@ -45,6 +45,20 @@ bool isRegular(int descriptor) {
     return ::fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode);
 }
 
+/// Gives how many bytes the system took.
+std::size_t writeAll(int descriptor, std::string_view bytes) {
+    std::size_t done = 0;
+    while (done < bytes.size()) {
+        const ssize_t put = ::write(descriptor, bytes.data() + done, bytes.size() - done);
+        if (put < 0 && errno == EINTR)
+            continue;
+        if (put <= 0)
+            break;
+        done += static_cast<std::size_t>(put);
+    }
+    return done;
+}
+
 /// A name may have been given to another file between the opening and the locking.
 bool isStillNamed(int descriptor, const char* name) {
     struct stat held {};
@@ -95,18 +109,7 @@ public:
 
     const boost::filesystem::path& path() const override { return m_path; }
 
-    bool append(const std::string& bytes) override {
-        std::size_t done = 0;
-        while (done < bytes.size()) {
-            const ssize_t put = ::write(m_descriptor.get(), bytes.data() + done, bytes.size() - done);
-            if (put < 0 && errno == EINTR)
-                continue;
-            if (put <= 0)
-                return false;
-            done += static_cast<std::size_t>(put);
-        }
-        return true;
-    }
+    bool append(const std::string& bytes) override { return writeAll(m_descriptor.get(), bytes) == bytes.size(); }
 
     bool clear() override { return ::ftruncate(m_descriptor.get(), 0) == 0; }
 
@@ -123,6 +126,16 @@ private:
     Descriptor m_descriptor;
     boost::filesystem::path m_path;
     bool m_kept = false;
+};
+
+class LinuxAppendedFile final : public AppendedFile {
+public:
+    explicit LinuxAppendedFile(Descriptor descriptor) : m_descriptor(std::move(descriptor)) {}
+
+    std::size_t append(std::string_view bytes) override { return writeAll(m_descriptor.get(), bytes); }
+
+private:
+    Descriptor m_descriptor;
 };
 
 }  // namespace
@@ -167,6 +180,24 @@ bool removeAbandonedPrivateFile(const boost::filesystem::path& path) {
     if (descriptor.get() < 0 || !isRegular(descriptor.get()) || ::flock(descriptor.get(), LOCK_EX | LOCK_NB) != 0)
         return false;
     return isStillNamed(descriptor.get(), path.c_str()) && ::unlink(path.c_str()) == 0;
+}
+
+std::unique_ptr<AppendedFile> AppendedFile::open(const boost::filesystem::path& path,
+                                                 boost::system::error_code& fault) {
+    Descriptor descriptor(
+        ::open(path.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC | O_NONBLOCK | O_NOCTTY, 0666));
+    if (descriptor.get() < 0) {
+        fault = lastFault();
+        return nullptr;
+    }
+    struct stat status {};
+    if (::fstat(descriptor.get(), &status) != 0 || !(S_ISREG(status.st_mode) || S_ISCHR(status.st_mode))) {
+        fault = boost::system::errc::make_error_code(boost::system::errc::not_supported);
+        return nullptr;
+    }
+    ::fcntl(descriptor.get(), F_SETFL, O_APPEND);
+    fault.clear();
+    return std::make_unique<LinuxAppendedFile>(std::move(descriptor));
 }
 
 std::FILE* divertStandardOutput() {

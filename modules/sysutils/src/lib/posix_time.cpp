@@ -1,22 +1,12 @@
 #include "sysutils/posix_time.h"
 
+#include "iso_date_time.h"
+
 #include <boost/date_time/gregorian/gregorian_types.hpp>
 #include <boost/throw_exception.hpp>
-#include <cstdint>
 #include <stdexcept>
 
 namespace kvan::sys::posix {
-
-namespace {
-
-void appendPadded(std::string& text, std::int64_t value, std::size_t width) {
-    const std::string digits = std::to_string(value);
-    if (digits.size() < width)
-        text.append(width - digits.size(), '0');
-    text += digits;
-}
-
-}  // namespace
 
 std::string toIsoExtendedString(const boost::posix_time::ptime& time, FormatOption::type option) {
     if (option < 0 || option > 5)
@@ -25,29 +15,11 @@ std::string toIsoExtendedString(const boost::posix_time::ptime& time, FormatOpti
     if (time.is_special())
         return "not-a-date-time";
 
-    const auto date = time.date().year_month_day();
-    const auto clock = time.time_of_day();
-    const std::int64_t microseconds = clock.total_microseconds() % 1000000;
-
     std::string text;
-    appendPadded(text, date.year, 4);
-    text += '-';
-    appendPadded(text, date.month.as_number(), 2);
-    text += '-';
-    appendPadded(text, date.day.as_number(), 2);
+    text.reserve(26);
+    date_time::internal::append_iso_date(text, time.date().year_month_day());
     text += (option & 1) != 0 ? 'T' : ' ';
-    appendPadded(text, clock.hours(), 2);
-    text += ':';
-    appendPadded(text, clock.minutes(), 2);
-    text += ':';
-    appendPadded(text, clock.seconds(), 2);
-    if ((option & 4) != 0) {
-        text += '.';
-        appendPadded(text, microseconds / 1000, 3);
-    } else if ((option & 2) != 0) {
-        text += '.';
-        appendPadded(text, microseconds, 6);
-    }
+    date_time::internal::append_iso_time(text, time.time_of_day(), option);
     return text;
 }
 

@@ -1,0 +1,20 @@
+#include "sysutils/text_conversion.h"
+
+#include <stdexcept>
+
+#include <gtest/gtest.h>
+
+namespace kvan::sys::internal {
+namespace {
+
+TEST(TextConversion, RoundTripAndRefusal) {
+    const std::string narrow = "a\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80";
+    EXPECT_EQ(do_widen(narrow), L"a\u00e9\u20ac\U0001f600");
+    EXPECT_EQ(do_narrow(do_widen(narrow)), narrow);
+    for (const char* bad : {"\xC3", "\xFF", "\xED\xA0\x80"})
+        EXPECT_THROW(do_widen(bad), std::range_error) << bad;
+    EXPECT_THROW(do_narrow(std::wstring(1, static_cast<wchar_t>(0xD800))), std::range_error);
+}
+
+}  // namespace
+}  // namespace kvan::sys::internal
