@@ -1,11 +1,11 @@
 #pragma once
 
-#include <benchmark/benchmark.h>
+#include <algorithm>
 #include <boost/chrono/system_clocks.hpp>
 #include <boost/chrono/thread_clock.hpp>
-
-#include <algorithm>
 #include <vector>
+
+#include <benchmark/benchmark.h>
 
 namespace benchmarks {
 

@@ -10,7 +10,7 @@ namespace kvan::calibration::Transformation {
 class RILinear {
 public:
     /// Nanoseconds an element, about, in a block on AVX2.
-    static constexpr double Cost = 0.4;
+    static constexpr double Cost = 0.2;
 
     void UpdatePhysicalConstants(const ICalibrationConstantsPhysical& constants) {
         const auto& line = viewOf<ICalibrationConstantsPhysicalLinear>(

@@ -10,7 +10,7 @@ namespace kvan::calibration::Transformation {
 template <class RootPolicy>
 class RMLinear {
 public:
-    static constexpr double Cost = 0.6;
+    static constexpr double Cost = 0.3;
 
     void UpdateFunctionalConstants(const ICalibrationConstantsFunctional& constants) {
         const auto& view = viewOf<ICalibrationConstantsFunctionalComputationLinear>(

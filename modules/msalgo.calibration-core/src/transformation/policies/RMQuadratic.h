@@ -16,7 +16,7 @@ namespace kvan::calibration::Transformation {
 template <class RootPolicy>
 class RMQuadratic {
 public:
-    static constexpr double Cost = 1.2;
+    static constexpr double Cost = 1.0;
 
     void UpdateFunctionalConstants(const ICalibrationConstantsFunctional& constants) {
         const auto& view = viewOf<ICalibrationConstantsFunctionalComputationQuadratic>(

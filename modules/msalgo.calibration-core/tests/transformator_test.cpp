@@ -1,0 +1,136 @@
+#include "calibration-core/interfaces/MeasurementModeInfo.h"
+#include "transformators.h"
+
+#include <cmath>
+#include <sstream>
+
+#include <gtest/gtest.h>
+
+namespace kvan::calibration {
+
+namespace {
+
+using Constants::CalibrationConstantsFunctionalLinear;
+using Constants::CalibrationConstantsFunctionalPaladin;
+using Constants::CalibrationConstantsFunctionalTOF1;
+using Constants::CalibrationConstantsPhysicalLinear;
+using Constants::CalibrationConstantsPhysicalPaladin;
+using Constants::CalibrationConstantsPhysicalTOF;
+using Transformation::MeasurementModeInfo;
+
+template <class Dumped>
+std::string dumpOf(const Dumped& object) {
+    std::ostringstream sink;
+    object.Dump(sink);
+    return sink.str();
+}
+
+TEST(Transformator, ConstantsGoInAndComeOutAsCopies) {
+    const auto transformator = tof(8, 2.5e11, 0, 10, 0.5);
+    const auto functional =
+        std::dynamic_pointer_cast<CalibrationConstantsFunctionalTOF1>(transformator->GetFunctionalConstants());
+    functional->SetC1(16);
+    EXPECT_EQ(functional->GetStoredC1(), 6.25e10);
+    EXPECT_EQ(transformator->RawToMass(20), 36);
+    transformator->SetFunctionalConstants(functional);
+    functional->SetC1(1);
+    EXPECT_EQ(transformator->RawToMass(20), 9);
+    transformator->SetFunctionalConstants(nullptr);
+    transformator->SetPhysicalConstants(nullptr);
+    EXPECT_EQ(transformator->IndexToMass(20), 9);
+
+    const auto clone = std::dynamic_pointer_cast<ICalibrationTransformator>(transformator->Clone());
+    clone->SetIndexOffset(1);
+    clone->SetCalibMode(3);
+    clone->AdaptRawStart(8);
+    EXPECT_EQ(transformator->GetIndexOffset(), 0.0);
+    EXPECT_EQ(transformator->GetCalibMode(), 0);
+    EXPECT_EQ(transformator->IndexToRaw(0), 10);
+}
+
+TEST(Transformator, ConstantsThatDoNotFitAreHeldButNotUsed) {
+    const auto transformator = tof(8, 2.5e11, 0.5, 10, 0.5);
+    EXPECT_EQ(failureOf([&] {
+                  transformator->SetFunctionalConstants(std::make_shared<CalibrationConstantsFunctionalLinear>());
+              }).substr(0, 65),
+              "invalid_argument: kvan::calibration::Transformation::RMQuadratic:");
+    EXPECT_EQ(transformator->RawToMass(24), 16);
+    EXPECT_EQ(transformator->GetFunctionalTypeCode(), 4);
+}
+
+TEST(Transformator, AModeIsRemovedByNull) {
+    const auto transformator = tof(8, 2.5e11, 0, 10, 0.5);
+    EXPECT_EQ(transformator->GetMeasurementModeInfo(), nullptr);
+    transformator->SetMeasurementModeInfo(std::make_shared<MeasurementModeInfo>(1, 2, 3, 0));
+    EXPECT_TRUE(transformator->GetMeasurementModeInfo()->IsComplete());
+    transformator->SetMeasurementModeInfo(nullptr);
+    EXPECT_EQ(transformator->GetMeasurementModeInfo(), nullptr);
+    EXPECT_FALSE(MeasurementModeInfo(1, 2, 3, 255).IsComplete());
+}
+
+TEST(Transformator, EqualityLooksAtClassAndConstants) {
+    const auto law = tof(8, 2.5e11, 0.5, 10, 0.5);
+    const double next = std::nextafter(2.5e11, 3e11);
+    EXPECT_TRUE(law->IsEqual(*tof(8, next, 0.5, 10, 0.5)));
+    EXPECT_FALSE(law->IsEqual(*tof(8, 2.5e11 * (1 + 1e-15), 0.5, 10, 0.5)));
+    EXPECT_FALSE(law->IsEqual(*tof(8, 2.5e11, 0.25, 10, 0.5)));
+    EXPECT_FALSE(law->IsEqual(*tof(8, 2.5e11, 0, 10, 0.5)));
+    EXPECT_FALSE(law->IsEqual(*tof(8, 2.5e11, 0.5, 10, 0.25)));
+    EXPECT_FALSE(linear(1, 2)->IsEqual(*paladin(1, 2, 0, 0, 1)));  // the same masses
+    const auto otherMode = tof(8, 2.5e11, 0.5, 10, 0.5);
+    otherMode->SetCalibMode(1);
+    EXPECT_FALSE(law->IsEqual(*otherMode));
+}
+
+TEST(Transformator, TellsWhatItHoldsAndWhatItCannot) {
+    const auto law = tof(8, 2.5e11, 0.5, 10, 0.5);
+    law->SetMeasurementModeInfo(std::make_shared<MeasurementModeInfo>(1, 2, 7, 255));
+    law->SetIndexOffset(1.5);
+    EXPECT_EQ(
+        dumpOf(*law),
+        "CalibrationTransformatorTOFQuadratic[ "
+        "\tCalibrationConstantsFunctionalTOF1[ c0 = 8, c1 = 2.5e+11, c2 = 0.5, calibMode = 0 (corresponding to a1 "
+        "= 1.6e-11) ]\n"
+        "\tCalibrationConstantsPhysicalTOF[ time delay = 10, time base = 0.5 ]\n"
+        "\tMeasurementModeInfo[ Polarity = -, AcquisitionMode = TOF reflector, ScanMode = 7, MSMSLevel = 255 ]\n"
+        "\tIndex offset[1.5]\n]\n");
+    EXPECT_EQ(dumpOf(*linear(1, 2)).substr(0, 31), "CalibrationTransformatorLinear[");
+    EXPECT_EQ(failureOf([&] { law->monotonicMassRange(500); }),
+              "runtime_error: monotonicMassRange() not yet implemented for this particular transformator.");
+    EXPECT_EQ(failureOf([&] { law->usableMassRange(500, 0.1); }),
+              "runtime_error: usableMassRange() not yet implemented for this particular transformator.");
+}
+
+TEST(Factory, ChoosesTheClassByTheHighestCoefficient) {
+    const struct {
+        TransformatorPtr transformator;
+        const char* name;
+    } cases[] = {
+        {tof(0, 1, 0.0, 0, 1), "CalibrationTransformatorTOFLinear[ "},
+        {tof(0, 1, -0.0, 0, 1), "CalibrationTransformatorTOFLinear[ "},
+        {tof(0, 1, 5e-324, 0, 1), "CalibrationTransformatorTOFQuadratic[ "},
+        {tof(0, 1, std::nan(""), 0, 1), "CalibrationTransformatorTOFQuadratic[ "},
+        {paladin(0, 1, 0, 0, 1), "CalibrationTransformatorPaladinLinear[ "},
+        {paladin(0, 1, 1e-9, 0, 1), "CalibrationTransformatorPaladinQuadratic[ "},
+    };
+    for (const auto& sample : cases)
+        EXPECT_EQ(dumpOf(*sample.transformator).substr(0, std::strlen(sample.name)), sample.name);
+}
+
+TEST(Factory, RefusesConstantsThatDoNotMatch) {
+    const auto tofLaw = std::make_shared<CalibrationConstantsFunctionalTOF1>();
+    const auto scale = std::make_shared<CalibrationConstantsPhysicalPaladin>();
+    EXPECT_EQ(failureOf([&] { factory().createTransformator(tofLaw, scale); }),
+              "invalid_argument: CalibrationTransformatorFactory::createTransformator: invalid calibration constants: "
+              "types differ");
+    EXPECT_EQ(failureOf([&] { factory().createTransformator(nullptr, scale); }),
+              "invalid_argument: CalibrationTransformatorFactory::createTransformator: invalid transformator: type "
+              "unknown");
+    EXPECT_EQ(failureOf([&] { factory().createTransformatorTrap(tofLaw, scale); }),
+              "invalid_argument: kvan::calibration::Transformation::CalibrationTransformatorFactory::"
+              "createTransformatorTrap: funcConsts is not of type ICalibrationConstantsFunctionalPaladin");
+}
+
+}  // namespace
+
+}  // namespace kvan::calibration

@@ -1,0 +1,61 @@
+#pragma once
+
+#include "calibration-core/constants/CalibrationConstantsLinear.h"
+#include "calibration-core/constants/CalibrationConstantsPaladin.h"
+#include "calibration-core/constants/CalibrationConstantsTOF.h"
+#include "calibration-core/interfaces/CalibrationTransformatorFactory.h"
+
+#include <cstring>
+#include <exception>
+#include <string>
+#include <vector>
+
+namespace kvan::calibration {
+
+using TransformatorPtr = std::shared_ptr<ICalibrationTransformator>;
+using Doubles = std::vector<double>;
+using Indices = std::vector<std::int32_t>;
+
+inline const ICalibrationTransformatorFactory& factory() {
+    return *Transformation::CalibrationTransformatorFactory::instance();
+}
+
+/// C1 is 1e12 / c1.
+inline TransformatorPtr tof(double c0, double c1, double c2, double timeDelay, double timeBase) {
+    return factory().createTransformator(
+        std::make_shared<Constants::CalibrationConstantsFunctionalTOF1>(c0, c1, c2),
+        std::make_shared<Constants::CalibrationConstantsPhysicalTOF>(timeDelay, timeBase));
+}
+
+inline TransformatorPtr paladin(double c0, double c1, double c2, double begin, double perMass) {
+    return factory().createTransformator(
+        std::make_shared<Constants::CalibrationConstantsFunctionalPaladin>(c0, c1, c2),
+        std::make_shared<Constants::CalibrationConstantsPhysicalPaladin>(begin, perMass));
+}
+
+inline TransformatorPtr linear(double c0, double c1) {
+    return factory().createTransformator(std::make_shared<Constants::CalibrationConstantsFunctionalLinear>(c0, c1),
+                                         std::make_shared<Constants::CalibrationConstantsPhysicalLinear>());
+}
+
+/// Type of the exception as far as callers tell them apart, and its text; "" without one.
+template <class Work>
+std::string failureOf(Work work) {
+    try {
+        work();
+    } catch (const std::invalid_argument& fault) {
+        return std::string("invalid_argument: ") + fault.what();
+    } catch (const std::logic_error& fault) {
+        return std::string("logic_error: ") + fault.what();
+    } catch (const std::runtime_error& fault) {
+        return std::string("runtime_error: ") + fault.what();
+    }
+    return {};
+}
+
+template <class Value>
+bool sameBits(const std::vector<Value>& a, const std::vector<Value>& b) {
+    return a.size() == b.size() && (a.empty() || std::memcmp(a.data(), b.data(), a.size() * sizeof(Value)) == 0);
+}
+
+}  // namespace kvan::calibration
