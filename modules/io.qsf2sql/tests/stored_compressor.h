@@ -12,20 +12,20 @@ namespace native_bytes {
 class StoredCompressor final : public kvan::compression::ICompressor {
 public:
     using Source = std::vector<unsigned char>;
+    using Out = unsigned char**;
 
     std::string GetId() const override { return {}; }
     std::string GetDescription() const override { return {}; }
     bool SupportsType(std::uint32_t code) const override { return code == 5 || code == 6 || code == 9 || code == 77; }
 
-    void Compress(const double*, unsigned, unsigned char**, unsigned*) override { refuse(); }
-    void Compress(const float*, unsigned, unsigned char**, unsigned*) override { refuse(); }
-    void Compress(const std::int64_t*, unsigned, unsigned char**, unsigned*) override { refuse(); }
-    void Compress(const std::uint32_t*, unsigned, unsigned char**, unsigned*) override { refuse(); }
-    void Compress(const std::int32_t*, unsigned, unsigned char**, unsigned*) override { refuse(); }
-
+    void Compress(const double*, unsigned, Out, unsigned*) override { refuse(); }
+    void Compress(const float*, unsigned, Out, unsigned*) override { refuse(); }
+    void Compress(const std::int64_t*, unsigned, Out, unsigned*) override { refuse(); }
+    void Compress(const std::uint32_t*, unsigned, Out, unsigned*) override { refuse(); }
+    void Compress(const std::int32_t*, unsigned, Out, unsigned*) override { refuse(); }
     void Decompress(const Source&, std::vector<double>&) override { refuse(); }
-    void Decompress(const Source& source, std::vector<float>& destination) override { unpack(source, destination); }
     void Decompress(const Source&, std::vector<std::int64_t>&) override { refuse(); }
+    void Decompress(const Source& source, std::vector<float>& elements) override { unpack(source, elements); }
     void Decompress(const Source& source, std::vector<std::uint32_t>& elements) override { unpack(source, elements); }
     void Decompress(const Source& source, std::vector<std::int32_t>& elements) override { unpack(source, elements); }
 
