@@ -17,7 +17,7 @@ constexpr double g_typicalCounts = 4000.0;
 
 /// Peaks three seconds wide at half height, narrower in runs that are too short for that.
 double peakDeviation(double duration) {
-    return std::clamp(duration / 40.0, 0.05, 1.3);
+    return std::clamp(duration / 60.0, 0.05, 1.3);
 }
 
 /// How much of the sample leaves the column: little at both ends of the run, most in the middle.
