@@ -64,10 +64,8 @@ private:
 }  // namespace kvan::logging
 
 /// KVAN_LOG(logger, DEBUG) << "text " << value;  Nothing behind it is evaluated when the level is off.
-#define KVAN_LOG(logger, level)                                              \
-    switch (0) /* keeps an `else` of the caller from being taken for ours */ \
-    case 0:                                                                  \
-    default:                                                                 \
-        if (!(logger).isEnabled(::kvan::logging::Level::level)) {            \
-        } else                                                               \
-            ::kvan::logging::LogLine((logger), ::kvan::logging::Level::level)
+/// A loop of at most one turn instead of an `if`, so that no `else` of the caller can be taken for ours.
+#define KVAN_LOG(logger, level)                                                                   \
+    for (bool kvanLogEnabled = (logger).isEnabled(::kvan::logging::Level::level); kvanLogEnabled; \
+         kvanLogEnabled = false)                                                                  \
+    ::kvan::logging::LogLine((logger), ::kvan::logging::Level::level)
