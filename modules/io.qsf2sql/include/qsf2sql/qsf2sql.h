@@ -1,0 +1,60 @@
+#pragma once
+
+#include "logger/logger.h"
+#include "qsf2sql/array_id.h"
+#include "qsf2sql/calibration_prefs.h"
+#include "qsf2sql/variables_prefs.h"
+
+#include <boost/filesystem/path.hpp>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <span>
+#include <vector>
+
+namespace kvan::cppsqlite {
+class CppSQLite3DB;
+}
+
+namespace kvan::io {
+
+class Qsf2SqlImpl;
+
+/// One open analysis. Owns its native file, its connection to the cache and its decoded blocks; nothing but the cache
+/// on disk is shared with other objects. To be used by one thread at a time.
+class Qsf2Sql {
+public:
+    using CalibrationPrefs = io::CalibrationPrefs;
+    using VariablesPrefs = io::VariablesPrefs;
+
+    /// Opens the analysis of the main file `qsfFile`, making its cache if there is none that fits. Leaves nothing
+    /// behind when it throws: `Qsf2SqlCannotOpenFileError`, `Qsf2SqlFileFormatError`, `Qsf2SqlCacheError`, or what the
+    /// compressor and the calibration sources throw.
+    Qsf2Sql(const boost::filesystem::path& qsfFile, const std::optional<CalibrationPrefs>& calibrationPrefs,
+            const VariablesPrefs& variablesPrefs);
+    ~Qsf2Sql();
+
+    /// An open cache that fits the main file and the settings. `cacheFile` receives its path; `*isTemporary`, if asked
+    /// for, whether it lies in the temporary directory and is the caller's to remove.
+    static std::unique_ptr<cppsqlite::CppSQLite3DB> getValidSQLiteCache(const boost::filesystem::path& qsfFile,
+                                                                        boost::filesystem::path& cacheFile,
+                                                                        bool* isTemporary,
+                                                                        const VariablesPrefs& settings);
+
+    /// Number of elements of the array, 0 if its block does not have this component.
+    std::uint64_t getArrayLength(std::uint64_t id);
+
+    qsf2sql_detail::NativeType getNativeStorageFormat(std::uint64_t id);
+
+    /// The elements of the array as `T` (`double`, `float` or `unsigned int`), converted where they are stored
+    /// otherwise: in the decoded block where it holds them as `T`, else in `scratch`. Valid until the next call.
+    /// Nothing, and `scratch` as it was, if the block does not have this component.
+    template <class T>
+    std::optional<std::span<const T>> readArrayData(std::uint64_t id, std::vector<T>& scratch);
+
+private:
+    logging::Logger m_logger;
+    std::unique_ptr<Qsf2SqlImpl> m_impl;
+};
+
+}  // namespace kvan::io

@@ -1,0 +1,78 @@
+#include "qsf2sql/qsf2sql_impl.h"
+
+#include "compression/compressor_registry.h"
+#include "cppsqlite/simple_checked_query.h"
+#include "qsf2sql/cache_owner.h"
+#include "qsf2sql/errors.h"
+#include "qsf2sql/sqlite_cache.h"
+#include "sysutils/platform.h"
+
+#include <boost/throw_exception.hpp>
+#include <boost/uuid/string_generator.hpp>
+
+namespace kvan::io {
+
+Qsf2SqlImpl::Qsf2SqlImpl(const logging::Logger& logger, const boost::filesystem::path& qsfFile,
+                         const CalibrationPrefs& calibrationPrefs, const VariablesPrefs& variablesPrefs)
+    : m_logger(logger),
+      m_idLogger(logging::Logger::getLogger("kvan.io.qsf2sql.id")),
+      m_qsfFile(qsfFile),
+      m_reader(qsfFile, QSFBlockedReader::Access::Arrays),
+      m_calibrationPrefs(calibrationPrefs) {
+    try {
+        openCache(variablesPrefs);
+        initCompressor();
+        m_calibrations.emplace(*m_database);
+        initCalibrationReader();
+    } catch (const cppsqlite::CppSQLite3Exception& fault) {
+        BOOST_THROW_EXCEPTION(Qsf2SqlCacheError(std::string("CppSQLite3Exception: ") + fault.what()));
+    }
+}
+
+void Qsf2SqlImpl::openCache(const VariablesPrefs& variablesPrefs) {
+    bool isTemporary = false;
+    auto database = getValidSQLiteCache(m_qsfFile, m_cacheFile, &isTemporary, variablesPrefs);
+    if (isTemporary)
+        m_database = std::shared_ptr<cppsqlite::CppSQLite3DB>(database.release(), CacheDeleter(m_cacheFile));
+    else
+        m_database = std::shared_ptr<cppsqlite::CppSQLite3DB>(database.release(), CacheCloser());
+    KVAN_LOG(m_logger, TRACE) << "Using SQLite cache: " << sys::pathToUtf8(m_cacheFile);
+}
+
+void Qsf2SqlImpl::initCompressor() {
+    auto query = m_database->execQuery("SELECT Compressor FROM Info");
+    if (query.eof() || query.fieldIsNull(0))
+        BOOST_THROW_EXCEPTION(Qsf2SqlCacheError("Compressor ID not in SQLite cache."));
+    m_compressorId = query.fieldValue(0);
+    if (!m_compressorId.empty())
+        m_compressor = compression::getCompressor(boost::uuids::string_generator()(m_compressorId));
+}
+
+void Qsf2SqlImpl::initCalibrationReader() {
+    if (!m_calibrationPrefs.stateSelector && !m_calibrationPrefs.useCalibratorAmi)
+        return;
+    if (m_calibrationPrefs.stateSelector) {
+        completeStateSelector();
+        KVAN_LOG(m_logger, INFO) << "no state found in CalibrationReaderSqlite";
+    }
+    if (m_calibrationPrefs.useCalibratorAmi)
+        KVAN_LOG(m_logger, INFO) << "no state found in Calibrator.ami";
+    KVAN_LOG(m_logger, INFO) << "no re-calibration found; using calibration state from QSF";
+}
+
+void Qsf2SqlImpl::completeStateSelector() {
+    if (!m_calibrationPrefs.stateSelector->needsAnalysisInfo())
+        return;
+    bool positive = false;
+    bool negative = false;
+    auto polarities = m_database->execQuery("SELECT Polarity FROM AcquisitionKeys");
+    if (polarities.eof())
+        BOOST_THROW_EXCEPTION(std::runtime_error("Missing polarity information!"));
+    for (; !polarities.eof(); polarities.nextRow())
+        (polarities.getIntField(0) == 1 ? negative : positive) = true;
+    polarities.finalize();
+    const auto spectra = cppsqlite::simpleCheckedQuery<std::int64_t>(*m_database, "SELECT MAX(Id) FROM Spectra");
+    m_calibrationPrefs.stateSelector->setAnalysisInfo(spectra, positive, negative);
+}
+
+}  // namespace kvan::io
