@@ -1,0 +1,141 @@
+#include "cppsqlite/CppSQLite3.h"
+#include "io/qsf2sql/qsf2sql.h"
+#include "last_error.h"
+#include "logger/logger.h"
+#include "storage_handle.h"
+#include "sysutils/platform.h"
+
+#include <algorithm>
+#include <boost/format.hpp>
+#include <boost/throw_exception.hpp>
+#include <cstring>
+#include <memory>
+#include <stdexcept>
+#include <string>
+
+#include <omp.h>
+#include <utf8.h>
+
+namespace {
+
+using kvan::io::c::StorageHandle;
+using kvan::logging::Logger;
+
+Logger boundaryLogger() {
+    return Logger::getLogger("kvan.io.qsf2sql.c_dll");
+}
+
+/// Runs `work` and gives its result, or 0 when it throws, with the reason kept for this thread.
+template <class Result, class Work>
+Result guarded(Work work) {
+    try {
+        return work();
+    } catch (const std::exception& fault) {
+        kvan::io::c::rememberFailure(fault);
+        return 0;
+    }
+}
+
+StorageHandle& storage(std::uint64_t handle) {
+    return *reinterpret_cast<StorageHandle*>(handle);
+}
+
+void checkUtf8(const std::string& text) {
+    const auto fault = utf8::find_invalid(text.begin(), text.end());
+    if (fault != text.end())
+        BOOST_THROW_EXCEPTION(std::runtime_error(
+            str(boost::format("Invalid UTF-8 code unit at index %1%: %2$#x") % (fault - text.begin()) %
+                static_cast<unsigned>(static_cast<unsigned char>(*fault)))));
+}
+
+std::string sqliteCacheFilename(const std::string& path, bool allVariables) {
+    checkUtf8(path);
+    kvan::io::VariablesPrefs variables;
+    variables.mode = allVariables ? kvan::io::VariablesPrefs::All : kvan::io::VariablesPrefs::Minimal;
+    boost::filesystem::path cacheFile;
+    const auto database =
+        kvan::io::Qsf2Sql::getValidSQLiteCache(kvan::sys::pathFromUtf8(path), cacheFile, nullptr, variables);
+    if (!database)
+        BOOST_THROW_EXCEPTION(std::runtime_error("kvan::io::Qsf2Sql::getValidSQLiteCache() returned nullptr."));
+    return kvan::sys::pathToUtf8(cacheFile);
+}
+
+template <class T>
+int readArray(std::uint64_t handle, std::uint64_t id, T* out) {
+    return guarded<int>([&] {
+        storage(handle).readArray(id, out);
+        return 1;
+    });
+}
+
+}  // namespace
+
+extern "C" {
+
+std::uint64_t qsf2sql_array_open_storage(int raw_calibration, const char* path) {
+    return guarded<std::uint64_t>([&] {
+        KVAN_LOG(boundaryLogger(), TRACE) << "Opening " << path << ", raw_calibration = " << raw_calibration;
+        checkUtf8(path);
+        auto handle = std::make_unique<StorageHandle>(path, raw_calibration != 0);
+        return static_cast<std::uint64_t>(reinterpret_cast<std::uintptr_t>(handle.release()));
+    });
+}
+
+void qsf2sql_array_close_storage(std::uint64_t handle) {
+    KVAN_LOG(boundaryLogger(), TRACE) << "Closing handle " << handle;
+    if (handle != 0)
+        std::unique_ptr<StorageHandle>(&storage(handle)).reset();
+}
+
+int qsf2sql_array_get_num_elements(std::uint64_t handle, std::uint64_t id, std::uint64_t* out_count) {
+    return guarded<int>([&] {
+        *out_count = storage(handle).getArrayLength(id);
+        return 1;
+    });
+}
+
+int qsf2sql_array_read_double(std::uint64_t handle, std::uint64_t id, double* out) {
+    return readArray(handle, id, out);
+}
+
+int qsf2sql_array_read_float(std::uint64_t handle, std::uint64_t id, float* out) {
+    return readArray(handle, id, out);
+}
+
+int qsf2sql_array_read_uint32(std::uint64_t handle, std::uint64_t id, std::uint32_t* out) {
+    return readArray(handle, id, out);
+}
+
+std::uint32_t qsf2sql_get_last_error_string(char* buffer, std::uint32_t size) {
+    const char* const text = kvan::io::c::lastErrorText();
+    const std::size_t length = std::strlen(text);
+    if (size != 0) {
+        const std::size_t copied = std::min<std::size_t>(length, size - 1);
+        std::memcpy(buffer, text, copied);
+        buffer[copied] = '\0';
+    }
+    return static_cast<std::uint32_t>(length + 1);
+}
+
+std::uint32_t qsf2sql_get_sqlite_cache_filename(char* buffer, std::uint32_t size, const char* path) {
+    return qsf2sql_get_sqlite_cache_filename_v2(buffer, size, path, 0);
+}
+
+std::uint32_t qsf2sql_get_sqlite_cache_filename_v2(char* buffer, std::uint32_t size, const char* path,
+                                                   int all_variables) {
+    return guarded<std::uint32_t>([&]() -> std::uint32_t {
+        KVAN_LOG(boundaryLogger(), TRACE) << "Get SQLite cache for " << path;
+        const std::string cacheFile = sqliteCacheFilename(path, all_variables != 0);
+        const std::size_t needed = cacheFile.size() + 1;
+        if (size < needed)
+            return static_cast<std::uint32_t>(needed);
+        std::memcpy(buffer, cacheFile.c_str(), needed);
+        return size;
+    });
+}
+
+void qsf2sql_set_num_threads(int count) {
+    omp_set_num_threads(count);
+}
+
+}  // extern "C"

@@ -1,0 +1,44 @@
+#include "last_error.h"
+
+#include "logger/logger.h"
+
+#include <boost/exception/diagnostic_information.hpp>
+#include <boost/thread/tss.hpp>
+
+namespace kvan::io::c {
+
+namespace {
+
+/// Never destroyed: a thread may fail while the process is already ending.
+boost::thread_specific_ptr<std::string>& slot() {
+    static auto* const instance = new boost::thread_specific_ptr<std::string>;
+    return *instance;
+}
+
+}  // namespace
+
+void setLastError(const std::string& text) {
+    if (slot().get() == nullptr)
+        slot().reset(new std::string);
+    *slot() = text;
+}
+
+void rememberFailure(const std::exception& fault) noexcept {
+    try {
+        setLastError(fault.what());
+        const auto logger = logging::Logger::getLogger("kvan.io.qsf2sql.c_dll");
+        if (!logger.isEnabled(logging::Level::DEBUG))
+            return;
+        const std::string diagnostics = boost::diagnostic_information(fault, true);
+        if (!diagnostics.empty())
+            KVAN_LOG(logger, DEBUG) << "Caught std::exception with boost::diagnostic_information = \n" << diagnostics;
+    } catch (...) {
+        // No memory for the text: the caller still sees the failure in the return value.
+    }
+}
+
+const char* lastErrorText() {
+    return slot().get() == nullptr ? "<no error>" : slot()->c_str();
+}
+
+}  // namespace kvan::io::c

@@ -1,0 +1,122 @@
+#include "road.h"
+
+#include <cmath>
+
+namespace road {
+namespace {
+
+class Mz : public Road {
+protected:
+    /// One spectrum with four profile points and two lines.
+    void writeWith(const Bytes& calibration) const {
+        write({{.profile = std::vector<std::uint32_t>{1, 2, 3, 4},
+                .lines = LineData{.index = {{0.5, 2.0}}, .intensity = {{10, 20}}},
+                .info = {.acquiredUpper = 3, .calibration = calibration}}});
+    }
+
+    void expectMasses(const Bytes& calibration, double (*massOfIndex)(double)) const {
+        writeWith(calibration);
+        const Storage storage(mainFile());
+        ASSERT_TRUE(storage) << lastError();
+        const std::vector<double> profile = storage.read<double>(id("ProfileMzId"));
+        const std::vector<double> lines = storage.read<double>(id("LineMzId"));
+        ASSERT_EQ(profile.size(), 4u);
+        ASSERT_EQ(lines.size(), 2u);
+        for (int index = 0; index < 4; ++index)
+            EXPECT_NEAR(profile[static_cast<std::size_t>(index)], massOfIndex(index), 1e-12 * massOfIndex(index));
+        EXPECT_NEAR(lines[0], massOfIndex(0.5), 1e-12 * massOfIndex(0.5));
+        EXPECT_NEAR(lines[1], massOfIndex(2.0), 1e-12 * massOfIndex(2.0));
+        EXPECT_EQ(storage.read<float>(id("LineMzId"))[0], static_cast<float>(lines[0]));
+        EXPECT_EQ(storage.read<std::uint32_t>(id("LineMzId"))[1], static_cast<std::uint32_t>(lines[1]));
+    }
+};
+
+TEST_F(Mz, EveryFamilyByItsLaw) {
+    // Time of flight: delay, base, c0, c1, c2. c1 = 4e12 makes the factor under the root 0.25.
+    expectMasses(blob(1, {20, 0.5, 1, 4e12, 0}), [](double i) { return std::pow(i * 0.5 + 20 - 1, 2) / 0.25; });
+    // With c2 = 1: m + sqrt(m / 4) = t, so sqrt(m) = (-0.5 + sqrt(0.25 + 4 t)) / 2.
+    expectMasses(blob(1, {20, 0.5, 0, 4e12, 1}),
+                 [](double i) { return std::pow((-0.5 + std::sqrt(0.25 + 4 * (i * 0.5 + 20))) / 2, 2); });
+    // Ion trap: c0, c1, c2, measurements per raw mass, begin raw mass; raw = (i + begin) / measurements.
+    expectMasses(blob(4097, {3, 2, 0, 10, 500}), [](double i) { return 3 + 2 * (i + 500) / 10; });
+    expectMasses(blob(4097, {3, 2, 0.5, 10, 500}),
+                 [](double i) { return 3 + 2 * (i + 500) / 10 + 0.5 * std::pow((i + 500) / 10, 2); });
+    expectMasses(blob(4098, {100, 0.25}), [](double i) { return 100 + 0.25 * i; });
+}
+
+TEST_F(Mz, ReadsDoNotDependOnTheNumberOfThreads) {
+    write({{.profile = std::vector<std::uint32_t>(300000, 1),
+            .info = {.calibration = blob(1, {25000.0, 0.2, 12.5, 500.0, 1e-3})}}});
+    std::vector<double> reference;
+    for (const int threads : {1, 2, 5}) {
+        qsf2sql_set_num_threads(threads);
+        const Storage storage(mainFile());
+        const auto masses = storage.read<double>(id("ProfileMzId"));
+        if (reference.empty())
+            reference = masses;
+        EXPECT_TRUE(masses == reference) << threads;
+    }
+}
+
+TEST_F(Mz, ABlockWithoutIndicesHasNoMzAndAsksForNoCalibration) {
+    const auto locations = write({{.lines = LineData{.intensity = {{10, 20}}}}});
+    const Storage storage(mainFile());
+    const std::uint64_t mz = std::uint64_t{22} << 56 | locations[0].lines;
+    double untouched = 42.0;
+    EXPECT_EQ(storage.length(mz), 0);
+    EXPECT_EQ(storage.readInto(mz, &untouched), 1);
+    EXPECT_EQ(untouched, 42.0);
+}
+
+TEST_F(Mz, AProfileWithoutEntriesIsARangeThatEndsAheadOfItsStart) {
+    write({{.profile = std::vector<std::uint32_t>{}, .info = {.calibration = blob(4098, {0, 1})}}});
+    const Storage storage(mainFile());
+    EXPECT_EQ(storage.length(id("ProfileMzId")), 0);
+    EXPECT_EQ(storage.failureOf(id("ProfileMzId")),
+              "Kvan::CCO::Functors::RangeTransformation(TTransformationFunctor transFunctor, boost::int32_t first, "
+              "boost::int32_t last, TDest & dest): invalid transformation: range invalid: last < first with last = -1 "
+              "and first = 0");
+}
+
+TEST_F(Mz, WhatIsMissingInTheCacheIsTold) {
+    writeWith(blob(4098, {0, 1}));
+    ASSERT_TRUE(Storage(mainFile()));
+    const std::uint64_t mz = id("LineMzId");
+    const std::string lookup = "getTransformatorForSpectrum( LineMzId = " + std::to_string(mz) + " ) failed";
+    const std::pair<const char*, std::string> cases[] = {
+        {"UPDATE Spectra SET TransformatorId = 99", "Couldn't get transformator blob."},
+        {"UPDATE Spectra SET TransformatorId = NULL",
+         "bad lexical cast: source type value could not be interpreted as target"},
+        {"UPDATE Spectra SET TransformatorId = 'one'",
+         "bad lexical cast: source type value could not be interpreted as target"},
+        {"UPDATE Spectra SET TransformatorId = 1; UPDATE Transformators SET Blob = NULL",
+         "Spectrum has no transformator."},
+        {"UPDATE Transformators SET Blob = x'FF000000'", "Spectrum has no transformator."},
+        {"UPDATE Transformators SET Blob = x'0100'",
+         "ReadAndThrow: fileAccess.Read(pBuffer, Bytes) is false: CTQCBaseException::READ_NUMBER_OF_BYTES"},
+        {"UPDATE Spectra SET AcquisitionKey = NULL", lookup},
+        {"DELETE FROM Spectra", lookup},
+    };
+    const Storage storage(mainFile());
+    for (const auto& [change, text] : cases) {
+        sql(change);
+        EXPECT_EQ(storage.failureOf(mz), text) << change;
+    }
+    EXPECT_EQ(storage.length(mz), 2) << "the handle stays usable";
+}
+
+TEST_F(Mz, ALawThatFailsGivesItsWords) {
+    // Holds at index 0, where the acquired range ends, and has no real solution beyond.
+    write({{.profile = std::vector<std::uint32_t>(10, 1),
+            .lines = LineData{.index = {{1.0, 2.0}}},
+            .info = {.calibration = blob(1, {0, 0.5, 0, 4e12, -1})}}});
+    const Storage storage(mainFile());
+    ASSERT_TRUE(storage) << lastError();
+    EXPECT_EQ(storage.failureOf(id("LineMzId")),
+              "complex valued solution in computation due to invalid calibration constants/value range");
+    EXPECT_EQ(storage.failureOf(id("ProfileMzId")),
+              "Transformation failed, most likely due to bad calibration constants.");
+}
+
+}  // namespace
+}  // namespace road
