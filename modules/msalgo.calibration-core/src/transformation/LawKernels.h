@@ -1,20 +1,10 @@
 #pragma once
 
+#include "sysutils/vector_clones.h"
 #include "transformation/ConversionFunctors.h"
 #include "transformation/policies/LawFailure.h"
 
 #include <cstddef>
-
-/// Compiles a block loop once for each level of the processor; the loader picks the widest that runs. Every clone gives
-/// the same bits, since contraction is off and no step depends on the order of the elements. Clang 14 has no such
-/// clones, and sanitizers do not get along with the resolvers that pick them.
-#if defined(__x86_64__) && defined(__GNUC__) && !defined(__clang__) && !defined(QSF2SQL_SANITIZED)
-#define QSF_VECTOR_CLONES __attribute__((target_clones("default", "arch=x86-64-v3", "arch=x86-64-v4")))
-#define QSF_INDEPENDENT_ELEMENTS _Pragma("GCC ivdep")
-#else
-#define QSF_VECTOR_CLONES
-#define QSF_INDEPENDENT_ELEMENTS
-#endif
 
 namespace kvan::calibration::Transformation {
 

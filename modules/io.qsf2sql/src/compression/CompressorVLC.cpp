@@ -1,0 +1,187 @@
+#include "compression/CompressorVLC.h"
+
+#include "compression/bit_writer.h"
+#include "compression/difference_decoder.h"
+#include "compression/integer_block.h"
+#include "compression/unsupported_slot.h"
+#include "qsf2sql/qsflib/SpectrumRecords.h"
+
+#include <boost/numeric/conversion/cast.hpp>
+
+namespace kvan::compression {
+
+namespace {
+
+constexpr std::uint32_t g_magicUnsigned = 0xBCA2;
+constexpr std::uint32_t g_magicSigned = 0xBCA3;
+
+constexpr unsigned g_firstClass = 4;
+constexpr std::uint32_t g_magnitudeLimit = 2032;  // behind the last class
+constexpr unsigned g_shortestCode = 6;            // bits
+
+constexpr std::uint32_t baseOf(unsigned classNumber) {
+    return (1u << classNumber) - 16;
+}
+
+/// The code of a class is 1 << n over magnitude - base, that is magnitude + 16 without the base, over the sign.
+struct VlcCode {
+    static constexpr std::uint64_t g_rareBelow[] = {1ull << 57, 1ull << 57, 1ull << 57};
+
+    static unsigned width(unsigned zeros) { return 2 * zeros + g_shortestCode; }
+    static std::uint32_t offset(unsigned) { return -16u; }
+
+    explicit VlcCode(std::size_t streamBytes) : m_bitLimit((streamBytes * 8 + 32) / 32 * 32) {}
+
+    /// Each round of tokens costs this many bits at least, and none begins behind the limit.
+    std::uint64_t mostElements() const { return m_bitLimit / g_shortestCode + 1; }
+
+    [[gnu::always_inline]] Rest takeToken(DecoderCursor& at) const {
+        // The stream was read in words of 32 bits, which end up to one word behind its last byte; a missing end marker
+        // thus gives a few more elements out of zero bits.
+        if (at.window.consumed() > m_bitLimit)
+            return Rest::End;
+        if (at.next == at.end)
+            return at.window.look() >> 48 == 1 ? Rest::End : Rest::Full;
+        if (at.window.take(8) == 1)
+            at.value = static_cast<std::uint32_t>(at.window.take(32));
+        else if (const auto tail = static_cast<std::uint32_t>(at.window.take(8)); tail == 1)
+            return Rest::End;
+        else
+            at.value += differenceBehindZeros(tail, at);
+        *at.next++ = at.value;
+        return Rest::None;
+    }
+
+private:
+    /// Eight zero bits that no end marker follows: tolerated. Zero bits again repeat the element, other bits are a code
+    /// of the class before, whatever their leading zeros.
+    static std::uint32_t differenceBehindZeros(std::uint32_t bits, DecoderCursor& at) {
+        const unsigned classNumber = g_firstClass + at.lastClass;
+        if (bits == 0)
+            return 0;
+        if (classNumber > 5) {
+            const unsigned more = 2 * classNumber - 10;
+            bits = bits << more | static_cast<std::uint32_t>(at.window.take(more));
+        }
+        const std::uint32_t magnitude = ((bits >> 1) & ((1u << classNumber) - 1)) + baseOf(classNumber);
+        return bits & 1 ? 0 - magnitude : magnitude;
+    }
+
+    std::uint64_t m_bitLimit;  // a token begins at this bit or ahead of it
+};
+
+/// Gives the text of the failure, or null.
+template <class T>
+const char* decodeBlock(const std::vector<unsigned char>& source, std::vector<T>& destination) {
+    if (source.size() < g_compressionOffset)
+        return g_tooShort;
+    const std::uint32_t count = elementCountOf(source);
+    const std::size_t streamBytes = source.size() - g_compressionOffset;
+    if (streamBytes == 0) {
+        destination.clear();
+        return count == 0 ? nullptr : g_wrongCount;
+    }
+    const VlcCode code(streamBytes);
+    if (count > std::min<std::uint64_t>(code.mostElements(), g_maximumElements))
+        return g_wrongCount;
+    destination.resize(count);
+
+    DifferenceDecoder<VlcCode> decoder(code, source.data() + g_compressionOffset, streamBytes);
+    DecoderCursor& cursor = decoder.cursor();
+    cursor.next = reinterpret_cast<std::uint32_t*>(destination.data());  // signed elements have the same bits
+    cursor.end = cursor.next + count;
+    return decoder.run() == Rest::End && cursor.next == cursor.end ? nullptr : g_wrongCount;
+}
+
+}  // namespace
+
+bool CompressVLCImpl::SupportsType(std::uint32_t code) const {
+    return code == KVAN::io::QSF::ELEMENT_INT32 || code == KVAN::io::QSF::ELEMENT_UINT32;
+}
+
+void CompressVLCImpl::compressBlock(std::uint32_t magic, const std::uint32_t* source, unsigned count,
+                                    unsigned char** destination, unsigned* destinationBytes) {
+    beginBlock(m_output, magic, count);
+    BitWriter stream(m_output, g_compressionOffset);
+    for (unsigned index = 0; index < count; ++index) {
+        const std::uint32_t difference = source[index] - (index > 0 ? source[index - 1] : 0);
+        const std::uint32_t sign = difference >> 31;
+        const std::uint32_t magnitude = (difference ^ -sign) + sign;
+        if (index == 0 || magnitude >= g_magnitudeLimit) {
+            stream.put(1, 8);
+            stream.put(source[index], 32);
+        } else {
+            const std::uint32_t code = (magnitude + 16) << 1 | sign;
+            stream.put(code, 2 * (static_cast<unsigned>(std::bit_width(magnitude + 16)) - 1) - 2);
+        }
+    }
+    if (count > 0)
+        stream.put(1, 16);
+    stream.finish();
+    *destinationBytes = boost::numeric_cast<unsigned>(g_compressionOffset + (stream.written() + 7) / 8);
+    *destination = m_output.data();
+}
+
+void CompressVLCImpl::Compress(const std::uint32_t* source, unsigned count, unsigned char** destination,
+                               unsigned* destinationBytes) {
+    if (!source || !destination || !destinationBytes)
+        BOOST_THROW_EXCEPTION(std::invalid_argument("vlc compressor - invalid uint32 compression input"));
+    compressBlock(g_magicUnsigned, source, count, destination, destinationBytes);
+}
+
+void CompressVLCImpl::Compress(const std::int32_t* source, unsigned count, unsigned char** destination,
+                               unsigned* destinationBytes) {
+    if (!source || !destination || !destinationBytes)
+        BOOST_THROW_EXCEPTION(std::invalid_argument("vlc compressor - invalid int32 compression input"));
+    compressBlock(g_magicSigned, reinterpret_cast<const std::uint32_t*>(source), count, destination, destinationBytes);
+}
+
+void CompressVLCImpl::Decompress(const std::vector<unsigned char>& source, std::vector<std::uint32_t>& destination) {
+    if (source.empty())
+        BOOST_THROW_EXCEPTION(std::invalid_argument("vlc compressor: uint32_t decompression invalid source data"));
+    DecompressUInt32(source, destination);
+}
+
+void CompressVLCImpl::Decompress(const std::vector<unsigned char>& source, std::vector<std::int32_t>& destination) {
+    if (source.empty())
+        BOOST_THROW_EXCEPTION(std::invalid_argument("vlc compressor: int32_t decompression invalid source data"));
+    DecompressInt32(source, destination);
+}
+
+void CompressVLCImpl::DecompressUInt32(const std::vector<unsigned char>& source,
+                                       std::vector<std::uint32_t>& destination) {
+    if (const char* failure = decodeBlock(source, destination))
+        BOOST_THROW_EXCEPTION(std::runtime_error(failure));
+}
+
+void CompressVLCImpl::DecompressInt32(const std::vector<unsigned char>& source,
+                                      std::vector<std::int32_t>& destination) {
+    if (const char* failure = decodeBlock(source, destination))
+        BOOST_THROW_EXCEPTION(std::runtime_error(failure));
+}
+
+void CompressVLCImpl::Compress(const double*, unsigned, unsigned char**, unsigned*) {
+    throwUnsupported("vlc", "double compression");
+}
+
+void CompressVLCImpl::Compress(const float*, unsigned, unsigned char**, unsigned*) {
+    throwUnsupported("vlc", "float compression");
+}
+
+void CompressVLCImpl::Compress(const std::int64_t*, unsigned, unsigned char**, unsigned*) {
+    throwUnsupported("vlc", "int64_t compression");
+}
+
+void CompressVLCImpl::Decompress(const std::vector<unsigned char>&, std::vector<double>&) {
+    throwUnsupported("vlc", "double decompression");
+}
+
+void CompressVLCImpl::Decompress(const std::vector<unsigned char>&, std::vector<float>&) {
+    throwUnsupported("vlc", "float decompression");
+}
+
+void CompressVLCImpl::Decompress(const std::vector<unsigned char>&, std::vector<std::int64_t>&) {
+    throwUnsupported("vlc", "int64_t decompression");
+}
+
+}  // namespace kvan::compression

@@ -1,0 +1,226 @@
+#include "compression/CompressorVariableVLI2.h"
+
+#include "compression/bit_writer.h"
+#include "compression/difference_decoder.h"
+#include "compression/integer_block.h"
+#include "compression/special_zero_table.h"
+#include "compression/unsupported_slot.h"
+#include "qsf2sql/qsflib/SpectrumRecords.h"
+
+#include <boost/numeric/conversion/cast.hpp>
+#include <utility>
+
+namespace kvan::compression {
+
+namespace {
+
+using Table = SpecialZeroTable;
+
+constexpr std::uint32_t g_magicNumber = 0xEE77;
+constexpr std::size_t g_surplusBytes = 3;  // behind the last word of each block that is written
+
+/// For each class of short codes: the bits of the whole code, one byte a class.
+constexpr std::uint64_t packedWidths() {
+    std::uint64_t widths = 1;
+    for (unsigned index = 1; index < Table::g_rawClass; ++index)
+        widths |= (std::uint64_t{Table::g_codeLengths[index]} + Table::g_bitLengths[index] + 1) << (8 * index);
+    return widths;
+}
+
+/// For each class of short codes: what turns the one bit of the prefix and the bits behind it into the magnitude.
+constexpr std::array<std::uint32_t, Table::g_rawClass> magnitudeOffsets() {
+    std::array<std::uint32_t, Table::g_rawClass> offsets{};
+    for (unsigned index = 1; index < Table::g_rawClass; ++index)
+        offsets[index] = g_specialZeroTable.base[index] - (1u << Table::g_bitLengths[index]);
+    return offsets;
+}
+
+/// Class 0 reads as a code of one bit, the sign of a magnitude of zero.
+struct Vli2Code {
+    static constexpr std::uint64_t g_widths = packedWidths();
+    static constexpr std::array<std::uint32_t, Table::g_rawClass> g_offsets = magnitudeOffsets();
+
+    /// Three codes of 20 bits would not fit into a refill, so the last class is short for the first of three only.
+    static constexpr std::uint64_t g_rareBelow[] = {1ull << 56, 1ull << 57, 1ull << 57};
+
+    static unsigned width(unsigned zeros) { return g_widths >> (8 * zeros) & 0xFF; }
+    static std::uint32_t offset(unsigned zeros) { return g_offsets[zeros]; }
+
+    [[gnu::always_inline]] Rest takeToken(DecoderCursor& at) const {
+        const auto codeLength = static_cast<unsigned>(std::countl_zero(at.window.look())) + 1;
+        if (codeLength == Table::g_codeLengths[Table::g_rawClass]) {
+            if (at.next == at.end)
+                return Rest::Full;
+            at.window.skip(Table::g_codeLengths[Table::g_rawClass]);
+            at.value += static_cast<std::uint32_t>(at.window.take(32));
+            *at.next++ = at.value;
+            return Rest::None;
+        }
+        if (codeLength == Table::g_zeroRunCodeLength) {
+            at.window.skip(Table::g_zeroRunCodeLength);
+            at.zeroRun = static_cast<std::uint32_t>(at.window.take(32));
+            if (at.zeroRun > static_cast<std::size_t>(at.end - at.next))
+                return Rest::Full;
+            at.next = std::fill_n(at.next, at.zeroRun, at.value);
+            at.zeroRun = 0;
+            return Rest::None;
+        }
+        return codeLength == Table::g_endCodeLength ? Rest::End : Rest::Damaged;
+    }
+};
+
+void writeTable(BitWriter& stream) {
+    stream.put(Table::g_headerLength, 32);
+    for (const unsigned length : Table::g_bitLengths)
+        stream.put(length, 8);
+    for (const unsigned length : Table::g_codeLengths)
+        stream.put(length, 8);
+    stream.put(Table::g_specialZeroFlag, 32);
+    stream.put(Table::g_zeroRunCodeLength, 32);
+}
+
+void writeZeros(BitWriter& stream, std::uint32_t count) {
+    if (count >= Table::g_zeroRunCodeLength + 32) {
+        stream.put(1, Table::g_zeroRunCodeLength);
+        stream.put(count, 32);
+        return;
+    }
+    for (; count > 0; --count)
+        stream.put(1, 1);
+}
+
+void writeDifference(BitWriter& stream, std::uint32_t difference) {
+    const std::uint32_t sign = difference >> 31;
+    const std::uint32_t magnitude = (difference ^ -sign) + sign;
+    unsigned index = 1;
+    while (index < Table::g_rawClass && magnitude >= g_specialZeroTable.upperBound[index])
+        ++index;
+    stream.put(1, Table::g_codeLengths[index]);
+    if (index == Table::g_rawClass)
+        stream.put(difference, 32);
+    else
+        stream.put((magnitude - g_specialZeroTable.base[index]) << 1 | sign, Table::g_bitLengths[index] + 1u);
+}
+
+/// Decodes `stream` into `destination`; false if it does not hold `count` elements. A run can be much longer than its
+/// code, so the array grows beyond one element a bit only by runs that were read.
+template <class T>
+bool decodeStream(const unsigned char* stream, std::size_t streamBytes, std::uint32_t count,
+                  std::vector<T>& destination) {
+    const std::size_t mostSingles = streamBytes * 8;
+    destination.resize(std::min<std::size_t>(count, std::max(destination.capacity(), mostSingles)));
+    DifferenceDecoder<Vli2Code> decoder(Vli2Code{}, stream, streamBytes);
+    DecoderCursor& cursor = decoder.cursor();
+    std::size_t produced = 0;
+    for (;;) {
+        auto* const elements = reinterpret_cast<std::uint32_t*>(destination.data());  // signed ones have the same bits
+        cursor.next = elements + produced;
+        cursor.end = elements + destination.size();
+        const Rest rest = decoder.run();
+        produced = static_cast<std::size_t>(cursor.next - elements);
+        if (rest == Rest::End)
+            return produced == count;
+        if (rest != Rest::Full || produced == count || cursor.zeroRun > count - produced)
+            return false;
+        destination.resize(std::min<std::size_t>(count, produced + cursor.zeroRun + mostSingles));
+        std::fill_n(destination.data() + produced, cursor.zeroRun, static_cast<T>(cursor.value));
+        produced += std::exchange(cursor.zeroRun, 0u);
+    }
+}
+
+template <class T>
+void DecompressHelper(const std::vector<unsigned char>& source, std::vector<T>& destination) {
+    if (source.size() < g_compressionOffset)
+        BOOST_THROW_EXCEPTION(std::runtime_error(g_tooShort));
+    if (loadLittleEndian32(source.data()) != g_magicNumber)
+        BOOST_THROW_EXCEPTION(std::runtime_error("!(magic == g_magicNumber)"));
+    const std::uint32_t count = elementCountOf(source);
+    const std::size_t tableBegin = g_compressionOffset + 4;
+    const std::size_t left = source.size() < tableBegin ? 0 : source.size() - tableBegin;
+    const std::uint32_t tableBytes = left > 0 ? loadBigEndian32(source.data() + g_compressionOffset) : 0;
+    if (count > g_maximumElements || tableBytes >= left ||
+        !decodeStream(source.data() + tableBegin + tableBytes, left - tableBytes, count, destination))
+        BOOST_THROW_EXCEPTION(std::runtime_error(g_wrongCount));
+}
+
+}  // namespace
+
+bool CompressVariableVLI2Impl::SupportsType(std::uint32_t code) const {
+    return code == KVAN::io::QSF::ELEMENT_INT32 || code == KVAN::io::QSF::ELEMENT_UINT32;
+}
+
+void CompressVariableVLI2Impl::compressBlock(const std::uint32_t* source, unsigned count, unsigned char** destination,
+                                             unsigned* destinationBytes) {
+    if (!source || !destination || !destinationBytes)
+        BOOST_THROW_EXCEPTION(std::invalid_argument("vli2 compressor - invalid compression input"));
+    beginBlock(m_output, g_magicNumber, count);
+    BitWriter stream(m_output, g_compressionOffset);
+    writeTable(stream);
+    std::uint32_t zeros = 0;
+    for (unsigned index = 0; index < count; ++index) {
+        const std::uint32_t difference = source[index] - (index > 0 ? source[index - 1] : 0);
+        if (difference == 0) {
+            ++zeros;
+            continue;
+        }
+        writeZeros(stream, std::exchange(zeros, 0u));
+        writeDifference(stream, difference);
+    }
+    writeZeros(stream, zeros);
+    stream.put(1, Table::g_endCodeLength);
+    stream.finish();
+    const std::uint64_t end = g_compressionOffset + (stream.written() + 31) / 32 * 4;
+    std::memset(m_output.data() + end, 0, g_surplusBytes);
+    *destinationBytes = boost::numeric_cast<unsigned>(end + g_surplusBytes);
+    *destination = m_output.data();
+}
+
+void CompressVariableVLI2Impl::Compress(const std::uint32_t* source, unsigned count, unsigned char** destination,
+                                        unsigned* destinationBytes) {
+    compressBlock(source, count, destination, destinationBytes);
+}
+
+void CompressVariableVLI2Impl::Compress(const std::int32_t* source, unsigned count, unsigned char** destination,
+                                        unsigned* destinationBytes) {
+    compressBlock(reinterpret_cast<const std::uint32_t*>(source), count, destination, destinationBytes);
+}
+
+void CompressVariableVLI2Impl::Decompress(const std::vector<unsigned char>& source,
+                                          std::vector<std::uint32_t>& destination) {
+    if (source.empty())
+        BOOST_THROW_EXCEPTION(std::invalid_argument("vli2 compressor: uint32_t decompression invalid source data"));
+    DecompressHelper(source, destination);
+}
+
+void CompressVariableVLI2Impl::Decompress(const std::vector<unsigned char>& source,
+                                          std::vector<std::int32_t>& destination) {
+    if (source.empty())
+        BOOST_THROW_EXCEPTION(std::invalid_argument("vli2 compressor: int32_t decompression invalid source data"));
+    DecompressHelper(source, destination);
+}
+
+void CompressVariableVLI2Impl::Compress(const double*, unsigned, unsigned char**, unsigned*) {
+    throwUnsupported("vli2", "double compression");
+}
+
+void CompressVariableVLI2Impl::Compress(const float*, unsigned, unsigned char**, unsigned*) {
+    throwUnsupported("vli2", "float compression");
+}
+
+void CompressVariableVLI2Impl::Compress(const std::int64_t*, unsigned, unsigned char**, unsigned*) {
+    throwUnsupported("vli2", "int64_t compression");
+}
+
+void CompressVariableVLI2Impl::Decompress(const std::vector<unsigned char>&, std::vector<double>&) {
+    throwUnsupported("vli2", "double decompression");
+}
+
+void CompressVariableVLI2Impl::Decompress(const std::vector<unsigned char>&, std::vector<float>&) {
+    throwUnsupported("vli2", "float decompression");
+}
+
+void CompressVariableVLI2Impl::Decompress(const std::vector<unsigned char>&, std::vector<std::int64_t>&) {
+    throwUnsupported("vli2", "int64_t decompression");
+}
+
+}  // namespace kvan::compression
