@@ -1,0 +1,93 @@
+#include "analysis.h"
+
+#include "io/qsf2sql/qsf2sql.h"
+#include "sysutils/platform.h"
+
+#include <boost/filesystem/operations.hpp>
+#include <stdexcept>
+
+namespace qsf2sql_tool {
+
+namespace fs = boost::filesystem;
+
+namespace {
+
+constexpr std::uint64_t g_firstProfileKind = 64;
+
+[[noreturn]] void throwLastError() {
+    std::string text(qsf2sql_get_last_error_string(nullptr, 0), '\0');
+    qsf2sql_get_last_error_string(text.data(), static_cast<std::uint32_t>(text.size()));
+    text.pop_back();
+    throw std::runtime_error(text);
+}
+
+std::string mainFileOf(const std::string& path) {
+    const fs::path given = kvan::sys::pathFromUtf8(path);
+    boost::system::error_code none;
+    return fs::is_directory(given, none) ? kvan::sys::pathToUtf8(given / "analysis.qsf") : path;
+}
+
+/// With room for any path at once: where the directory is write-protected, asking twice would make two caches.
+std::string cacheOf(const std::string& mainFile) {
+    std::string path(64 * 1024, '\0');
+    const auto size = static_cast<std::uint32_t>(path.size());
+    const std::uint32_t written = qsf2sql_get_sqlite_cache_filename(path.data(), size, mainFile.c_str());
+    if (written == 0)
+        throwLastError();
+    if (written > size)
+        throw std::runtime_error("the path of the cache is too long");
+    path.resize(path.find('\0'));
+    return path;
+}
+
+fs::path directoryOf(const std::string& file) {
+    const fs::path directory = kvan::sys::pathFromUtf8(file).parent_path();
+    return directory.empty() ? "." : directory;
+}
+
+bool isInDirectoryOf(const std::string& file, const std::string& other) {
+    boost::system::error_code none;
+    return fs::equivalent(directoryOf(file), directoryOf(other), none);
+}
+
+}  // namespace
+
+Analysis::Analysis(const std::string& path)
+    : m_mainFile(mainFileOf(path)),
+      m_cacheFile(cacheOf(m_mainFile)),
+      m_isCacheTemporary(!isInDirectoryOf(m_cacheFile, m_mainFile)),
+      m_database(std::make_unique<Database>(m_cacheFile)) {}
+
+Analysis::~Analysis() {
+    m_database.reset();
+    boost::system::error_code none;
+    if (m_isCacheTemporary)
+        fs::remove(kvan::sys::pathFromUtf8(m_cacheFile), none);
+}
+
+ArrayStorage::ArrayStorage(const Analysis& analysis, bool rawCalibration)
+    : m_handle(qsf2sql_array_open_storage(rawCalibration ? 1 : 0, analysis.mainFile().c_str())) {
+    if (m_handle == 0)
+        throwLastError();
+    boost::system::error_code none;
+    m_mainFileSize = fs::file_size(kvan::sys::pathFromUtf8(analysis.mainFile()), none);
+}
+
+ArrayStorage::~ArrayStorage() {
+    qsf2sql_array_close_storage(m_handle);
+}
+
+std::vector<double> ArrayStorage::read(std::uint64_t id) {
+    std::uint64_t count = 0;
+    if (qsf2sql_array_get_num_elements(m_handle, id, &count) == 0)
+        throwLastError();
+    // The length of a peak list is a claim of the file; a line takes four bytes at least.
+    if (id >> 56 < g_firstProfileKind && count > m_mainFileSize / 4)
+        throw std::runtime_error("the peak list claims more lines than the file can hold");
+    std::vector<double> values(count);
+    if (qsf2sql_array_read_double(m_handle, id, values.data()) == 0)
+        throwLastError();
+    return values;
+}
+
+}  // namespace qsf2sql_tool

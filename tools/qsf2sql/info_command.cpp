@@ -1,0 +1,87 @@
+#include "analysis.h"
+#include "commands.h"
+#include "sketch.h"
+#include "text.h"
+
+#include <CLI/CLI.hpp>
+
+namespace qsf2sql_tool {
+
+namespace {
+
+void writeEntry(Output& output, const std::string& name, const std::string& value) {
+    output.write(padRight(name, 28) + printable(value) + "\n");
+}
+
+void writeProperties(Database& database, Output& output) {
+    Query query(database, "SELECT Key, Value FROM Properties WHERE Key <> 'SchemaType' AND Value <> '' ORDER BY rowid");
+    while (query.next())
+        writeEntry(output, query.text(0), query.text(1));
+}
+
+void writeSpectraSummary(Database& database, Output& output) {
+    Query query(database,
+                "SELECT count(*), count(ProfileIntensityId), count(LineIndexId), count(DISTINCT Segment), min(Rt), "
+                "max(Rt), min(MzAcqRangeLower), max(MzAcqRangeUpper) FROM Spectra");
+    query.next();
+    const auto count = [&query](int column) { return std::to_string(query.integer(column).value_or(0)); };
+    writeEntry(output, "Spectra", count(0) + " (" + count(1) + " with profile, " + count(2) + " with peak list)");
+    writeEntry(output, "Segments", count(3));
+    if (query.real(4))
+        writeEntry(output, "Retention time",
+                   fixed(*query.real(4), 2) + " to " + fixed(query.real(5).value_or(0.0), 2) + " s");
+    if (query.integer(6))
+        writeEntry(output, "Acquired m/z", count(6) + " to " + count(7));
+}
+
+void writeKinds(Database& database, Output& output) {
+    Query query(database,
+                "SELECT ak.MsLevel + 1, ak.Polarity, count(*) FROM Spectra s JOIN AcquisitionKeys ak ON "
+                "ak.Id = s.AcquisitionKey GROUP BY 1, 2 ORDER BY 1, 2");
+    while (query.next())
+        writeEntry(output, "  MS" + query.text(0) + (query.integer(1) == 1 ? " negative" : " positive"), query.text(2));
+}
+
+void writeChromatogram(Database& database, Output& output) {
+    Query query(database,
+                "SELECT s.Rt, s.SumIntensity FROM Spectra s JOIN AcquisitionKeys ak ON ak.Id = s.AcquisitionKey "
+                "WHERE ak.MsLevel = 0 AND s.SumIntensity IS NOT NULL ORDER BY s.Rt");
+    std::vector<double> times;
+    std::vector<double> sums;
+    while (query.next()) {
+        times.push_back(query.real(0).value_or(0.0));
+        sums.push_back(query.real(1).value_or(0.0));
+    }
+    const std::string curve = sketch(times, sums, "retention time / s");
+    if (!curve.empty())
+        output.write("\nSummed intensity of the MS1 spectra\n\n" + curve);
+}
+
+void writeInfo(const std::string& path, bool withSketch, Output& output) {
+    Analysis analysis(path);
+    writeEntry(output, "Analysis", analysis.mainFile());
+    writeEntry(output, "Cache",
+               analysis.isCacheTemporary() ? "none kept, since the directory cannot be written" : analysis.cacheFile());
+    writeProperties(analysis.database(), output);
+    writeSpectraSummary(analysis.database(), output);
+    writeKinds(analysis.database(), output);
+    if (withSketch)
+        writeChromatogram(analysis.database(), output);
+}
+
+}  // namespace
+
+void addInfoCommand(CLI::App& app, Output& output) {
+    struct Options {
+        std::string path;
+        bool noSketch = false;
+    };
+    CLI::App& command = *app.add_subcommand("info", "Tell what was measured, and where the cache lies");
+    const auto options = std::make_shared<Options>();
+    command.add_option("DIR", options->path, "Directory of the analysis or its main file")->required();
+    command.add_flag("--no-sketch", options->noSketch, "Leave out the chromatogram");
+    command.footer("Example:\n  qsf2sql info demo-run");
+    command.callback([options, &output] { writeInfo(options->path, !options->noSketch, output); });
+}
+
+}  // namespace qsf2sql_tool

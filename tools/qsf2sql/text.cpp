@@ -1,0 +1,50 @@
+#include "text.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+
+namespace qsf2sql_tool {
+
+namespace {
+
+/// Room for the longest double without an exponent.
+using Digits = std::array<char, 512>;
+
+}  // namespace
+
+std::string fixed(double value, int decimals) {
+    Digits digits;
+    return {digits.data(),
+            std::to_chars(digits.data(), digits.data() + digits.size(), value, std::chars_format::fixed, decimals).ptr};
+}
+
+std::string shortest(double value) {
+    Digits digits;
+    return {digits.data(), std::to_chars(digits.data(), digits.data() + digits.size(), value).ptr};
+}
+
+std::string byteSize(std::uint64_t bytes) {
+    constexpr const char* units[] = {" B", " kB", " MB", " GB", " TB"};
+    auto value = static_cast<double>(bytes);
+    std::size_t unit = 0;
+    for (; value >= 999.95 && unit + 1 < std::size(units); ++unit)
+        value /= 1000.0;
+    return fixed(value, unit == 0 ? 0 : 1) + units[unit];
+}
+
+std::string padLeft(const std::string& text, std::size_t width) {
+    return std::string(width > text.size() ? width - text.size() : 0, ' ') + text;
+}
+
+std::string padRight(const std::string& text, std::size_t width) {
+    return text + std::string(width > text.size() ? width - text.size() : 0, ' ');
+}
+
+std::string printable(std::string text) {
+    std::replace_if(
+        text.begin(), text.end(), [](unsigned char byte) { return byte < 0x20 || byte == 0x7F; }, ' ');
+    return text;
+}
+
+}  // namespace qsf2sql_tool
