@@ -115,6 +115,63 @@ TEST_F(AnalysisWriterTest, SideFilesByHand) {
                             zeros(8) + "00008040 01020103" + zeros(4) + "01000000 0000003F AB" + g_end));
 }
 
+TEST_F(AnalysisWriterTest, EveryElementTypeOfAScan) {
+    const struct {
+        ScanData data;
+        const char* hex;  // size of the block, codes and count, elements
+    } cases[] = {
+        {std::vector<std::int32_t>{-2}, "30000000 05040000 01000000 FEFFFFFF"},
+        {std::vector<std::uint32_t>{}, "2C000000 06040000 00000000"},
+        {std::vector<std::int64_t>{-2}, "34000000 07080000 01000000 FEFFFFFFFFFFFFFF"},
+        {std::vector<float>{1.0F, 1.5F}, "34000000 09040000 02000000 0000803F 0000C03F"},
+        {std::vector<double>{1.5}, "34000000 0A080000 01000000 000000000000F83F"},
+        {PackedVector{KVAN::io::QSF::ELEMENT_INT32, {7, 8, 9}}, "2F000000 00000500 03000000 070809"},
+    };
+    std::string expected;
+    fs::create_directories(m_directory);
+    MainFileWriter writer(m_directory / "scans");
+    for (const auto& [data, hex] : cases) {
+        EXPECT_EQ(writer.scan(data), expected.size() / 2);
+        const std::string text = withoutBlanks(hex);
+        expected += text.substr(0, 8) + "0110A0BF" + zeros(12) + text.substr(8, 16) + zeros(16) + text.substr(24);
+    }
+    writer.finish();
+    EXPECT_EQ(hexOf("scans"), expected + withoutBlanks(g_end));
+}
+
+TEST_F(AnalysisWriterTest, EveryLayoutOfLines) {
+    using KVAN::io::QSF::LineLayout;
+    const LineData::Field one = {{1.5}};
+    const struct {
+        LineData data;
+        const char* size;
+        const char* layoutAndCount;
+        std::string rest;
+    } cases[] = {
+        {{.layout = LineLayout::LINES_FLOAT_FLOAT, .index = one, .field21 = one},
+         "64000000",
+         "01000000 01000000",
+         "28000000" + zeros(16) + "2C000000" + zeros(8) + "000080BF 0000C03F 0000C03F"},
+        {{.layout = LineLayout::LINES_DOUBLE_DOUBLE, .intensity = one},
+         "68000000",
+         "02000000 01000000",
+         "00000000 2C000000" + zeros(24) + "000000000000F0BF 000000000000F83F"},
+        {{.layout = LineLayout::LINES_DOUBLE_FLOAT, .peakArea = std::vector<double>{}, .snr = std::vector<double>{}},
+         "5C000000",
+         "03000000 00000000",
+         zeros(12) + "28000000 28000000" + zeros(12) + "000080BF"},
+    };
+    std::string expected;
+    fs::create_directories(m_directory);
+    MainFileWriter writer(m_directory / "lines");
+    for (const auto& [data, size, layoutAndCount, rest] : cases) {
+        EXPECT_EQ(writer.lines(data), expected.size() / 2);
+        expected += withoutBlanks(size + ("0210A0BF" + zeros(12)) + layoutAndCount + zeros(24) + zeros(4) + rest);
+    }
+    writer.finish();
+    EXPECT_EQ(hexOf("lines"), expected + withoutBlanks(g_end));
+}
+
 TEST_F(AnalysisWriterTest, RefusesWhatTheFormatCannotSay) {
     AnalysisWriter writer(m_directory);
     EXPECT_THROW(writer.addSpectrum({.lines = LineData{.index = {{1.0, 2.0}}, .snr = {{1.0}}}}), std::invalid_argument);
