@@ -13,7 +13,10 @@ MsMsSteps::MsMsSteps(cppsqlite::CppSQLite3DB& database, std::uint16_t instrument
       m_insert(database.compileStatement("INSERT INTO Steps (TargetSpectrum,Number,IsolationType,ReactionType,MsLevel,"
                                          "Mass) VALUES (?,?,?,?,?,?)")),
       m_family(instrumentFamily),
-      m_autoMsMs(measuresAutoMsMs(instrumentFamily)) {}
+      m_autoMsMs(measuresAutoMsMs(instrumentFamily)) {
+    m_insert.bind(3, m_autoMsMs ? 1 : -1);
+    m_insert.bind(4, m_autoMsMs ? 1 : -1);
+}
 
 std::optional<std::int64_t> MsMsSteps::parentOf(std::uint32_t number, std::uint8_t msLevel) {
     if (msLevel == 0) {
@@ -46,8 +49,6 @@ void MsMsSteps::write(std::uint32_t target, const std::vector<float>& masses) {
     for (std::int32_t step = 0; step < static_cast<std::int32_t>(masses.size()); ++step) {
         m_insert.bind(1, std::int64_t{target});
         m_insert.bind(2, step);
-        m_insert.bind(3, m_autoMsMs ? 1 : -1);
-        m_insert.bind(4, m_autoMsMs ? 1 : -1);
         m_insert.bind(5, m_autoMsMs ? step + 1 : -1);
         m_insert.bind(6, static_cast<double>(masses[static_cast<std::size_t>(step)]));
         m_insert.execDML();
