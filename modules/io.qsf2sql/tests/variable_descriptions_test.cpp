@@ -70,12 +70,14 @@ TEST(VariableDescriptions, LookupsGiveTheFirst) {
         auto& entry = block.entries.emplace_back();
         entry.variable = block.entries.size() < 3 ? 40 : 41;
         entry.elementType = 10;
+        entry.isVector = 2;  // only 1 is one
         entry.texts[KVAN::io::QSF::VarTabDescEntryBlock::PermanentName] = name;
     }
     const qsf2sql::VariableDescriptions descriptions(block, qsf2sql::g_builtInVariables, true, {});
     EXPECT_EQ(descriptions.find(40)->permanentName(), "A");
     EXPECT_EQ(descriptions.find("A"), descriptions.find(40));
     EXPECT_EQ(descriptions.find(42), nullptr);
+    EXPECT_EQ(descriptions.getVariableType("A"), qsf2sql::VariableType::Double);
     EXPECT_EQ(descriptions.getVariableType("Digitizer_Summation"), qsf2sql::VariableType::NotDeclared);
     try {
         descriptions.getVariableType("a");
