@@ -35,9 +35,9 @@ ScanSpectrumBlock readScan(const Bytes& bytes, bool withCompressor = false) {
 
 template <class To>
 std::vector<To> elementsAs(const ScanSpectrumBlock& scan) {
-    std::vector<To> elements{To(99)};
-    scan.GetScanDataSave(elements);
-    return elements;
+    std::vector<To> scratch{To(99)};
+    const std::span<const To> elements = scan.GetScanDataSave(scratch);
+    return {elements.begin(), elements.end()};
 }
 
 template <class Stored>

@@ -2,7 +2,6 @@
 #include "qsf2sql/errors.h"
 #include "qsf2sql/qsf2sql_impl.h"
 
-#include <algorithm>
 #include <boost/throw_exception.hpp>
 #include <sstream>
 #include <type_traits>
@@ -65,17 +64,6 @@ NativeType nativeTypeOf(KVAN::io::QSF::ElementType type) {
             BOOST_THROW_EXCEPTION(
                 Qsf2SqlFileFormatError("ScanSpectrumBlock unsupported format " + std::to_string(type)));
     }
-}
-
-/// The vector in memory, whose elements are known to be of type `T`.
-template <class T>
-std::span<const T> scanElements(const KVAN::io::QSF::ScanSpectrumBlock& scan) {
-    std::span<const T> elements;
-    scan.VisitElements([&]<class Stored>(const std::vector<Stored>& stored) {
-        if constexpr (std::is_same_v<T, Stored>)
-            elements = stored;
-    });
-    return elements;
 }
 
 }  // namespace
@@ -186,10 +174,7 @@ std::span<const T> Qsf2SqlImpl::readAs(std::uint64_t id, std::vector<T>& scratch
     } else {
         KVAN_LOG(m_logger, TRACE) << "Read array converting to " << NativeTraits<T>::name;
         std::vector<Native> nativeScratch;
-        const std::span<const Native> elements = readNativeArrayData<Native>(id, nativeScratch);
-        scratch.resize(elements.size());
-        std::transform(elements.begin(), elements.end(), scratch.begin(), convertElement<T, Native>);
-        return scratch;
+        return convertElements(readNativeArrayData<Native>(id, nativeScratch), scratch);
     }
 }
 
@@ -213,7 +198,7 @@ std::span<const T> Qsf2SqlImpl::lowLevelReadNativeArrayData(ArrayId id, std::vec
     if (isComputed(id.kind()))
         BOOST_THROW_EXCEPTION(std::runtime_error("ProfileMZ and LineMZ have no on-disk representation."));
     if (id.kind() == ArrayKind::ProfileIntensity)
-        return scanElements<T>(m_scan);
+        return m_scan.GetScanDataSave(scratch);
     const std::uint32_t count = m_lines.GetNumberOfEntries();
     m_reader.requireAvailable(count, sizeof(T));
     scratch.resize(count);

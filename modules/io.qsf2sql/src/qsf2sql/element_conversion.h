@@ -1,7 +1,10 @@
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
+#include <span>
 #include <type_traits>
+#include <vector>
 
 namespace kvan::io {
 
@@ -15,6 +18,18 @@ To convertElement(From value) {
         return value >= -limit && value < limit ? static_cast<std::uint32_t>(static_cast<std::int64_t>(value)) : 0;
     } else {
         return static_cast<To>(value);
+    }
+}
+
+/// A native array as `To`: itself if it is of that type, else converted into `scratch`.
+template <class To, class From>
+std::span<const To> convertElements(std::span<const From> elements, std::vector<To>& scratch) {
+    if constexpr (std::is_same_v<To, From>) {
+        return elements;
+    } else {
+        scratch.resize(elements.size());
+        std::transform(elements.begin(), elements.end(), scratch.begin(), convertElement<To, From>);
+        return scratch;
     }
 }
 

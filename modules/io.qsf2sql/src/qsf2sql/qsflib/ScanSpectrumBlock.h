@@ -4,7 +4,7 @@
 #include "qsf2sql/qsflib/DataVectorBlock.h"
 #include "qsf2sql/qsflib/SpectrumRecords.h"
 
-#include <algorithm>
+#include <span>
 #include <tuple>
 
 namespace KVAN::io::QSF {
@@ -22,20 +22,16 @@ public:
 
     std::uint64_t GetNumberOfEntries() const;
 
-    /// Calls `visitor` with the elements in memory, a vector of their own type.
-    template <class Visitor>
-    void VisitElements(Visitor&& visitor) const {
-        visit(*this, m_elementType, "FAULT_BASE_UNKNOWN_DATA_TYPE, __FILE__,__LINE__, unknown scan data type",
-              [&](const auto& block) { visitor(block.GetElements()); });
-    }
-
-    /// Copies the elements to `destination` as `T`: `unsigned int`, `float` or `double`.
+    /// The elements as `T` (`unsigned int`, `float` or `double`): where they stand if they are stored so, else
+    /// converted into `scratch`. Valid until the next read.
     template <class T>
-    void GetScanDataSave(std::vector<T>& destination) const {
-        VisitElements([&]<class Stored>(const std::vector<Stored>& elements) {
-            destination.resize(elements.size());
-            std::transform(elements.begin(), elements.end(), destination.begin(), kvan::io::convertElement<T, Stored>);
-        });
+    std::span<const T> GetScanDataSave(std::vector<T>& scratch) const {
+        std::span<const T> elements;
+        visit(*this, m_elementType, "FAULT_BASE_UNKNOWN_DATA_TYPE, __FILE__,__LINE__, unknown scan data type",
+              [&]<class Stored>(const DataVectorBlock<Stored>& block) {
+                  elements = kvan::io::convertElements(std::span(block.GetElements()), scratch);
+              });
+        return elements;
     }
 
 private:
