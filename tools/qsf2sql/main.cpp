@@ -1,4 +1,3 @@
-#include "broken_pipe.h"
 #include "commands.h"
 #include "sysutils/platform.h"
 
@@ -54,7 +53,7 @@ int run(int argumentCount, char** arguments, Output& output) {
 
 int guardedRun(int argumentCount, char** arguments) {
     try {
-        reportBrokenPipesAsErrors();
+        kvan::sys::reportBrokenPipesAsErrors();
         // Log lines of the library go to the standard output, which is for the data asked for.
         std::FILE* const data = kvan::sys::divertStandardOutput();
         if (data == nullptr)

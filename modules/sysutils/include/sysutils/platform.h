@@ -81,4 +81,7 @@ public:
 /// on the former standard output, which the caller closes with `std::fclose`. Null when the system refuses.
 std::FILE* divertStandardOutput();
 
+/// From now on a reader that goes away makes writes fail with an error instead of ending the process.
+void reportBrokenPipesAsErrors();
+
 }  // namespace kvan::sys

@@ -2,6 +2,7 @@
 
 #include <boost/filesystem/operations.hpp>
 #include <cerrno>
+#include <csignal>
 #include <cstdio>
 
 #include <fcntl.h>
@@ -209,6 +210,10 @@ std::FILE* divertStandardOutput() {
     if (stream != nullptr)
         former.release();
     return stream;
+}
+
+void reportBrokenPipesAsErrors() {
+    std::signal(SIGPIPE, SIG_IGN);
 }
 
 }  // namespace kvan::sys
