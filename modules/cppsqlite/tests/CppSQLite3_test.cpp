@@ -139,8 +139,9 @@ TEST_F(CppSQLite3, SimpleCheckedQueryTakesOneValueOfItsType) {
         {"SELECT 2147483648", "Query result has wrong type: "},
         {"SELECT 1 UNION ALL SELECT 2", "Query resulted in more than one result: "},
     };
-    for (const auto& [query, words] : cases)
-        EXPECT_EQ(failureOf([&] { simpleCheckedQuery<int>(m_database, query); }), std::string(words) + query);
+    for (const auto& row : cases)
+        EXPECT_EQ(failureOf([&] { simpleCheckedQuery<int>(m_database, row.first); }),
+                  std::string(row.second) + row.first);
 }
 
 TEST_F(CppSQLite3, OpensLazilyAndOnlyWhatIsThere) {

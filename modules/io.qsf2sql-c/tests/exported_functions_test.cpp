@@ -80,7 +80,7 @@ TEST_F(ExportedFunctions, BadIdsFailAndLeaveTheHandleUsable) {
     EXPECT_EQ(storage.length(0x1234), -1);
     EXPECT_EQ(lastError(), text);
     EXPECT_EQ(storage.failureOf(0x1234), text);
-    for (const std::uint64_t kind : {1, 15, 23, 65, 68, 255}) {
+    for (const std::uint64_t kind : {1U, 15U, 23U, 65U, 68U, 255U}) {
         EXPECT_EQ(storage.length(kind << 56 | 100), -1);
         EXPECT_EQ(lastError(), "Shouldn't happen.") << kind;
         EXPECT_EQ(storage.failureOf(kind << 56 | 100), "Shouldn't happen.") << kind;

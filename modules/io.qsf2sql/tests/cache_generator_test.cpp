@@ -213,7 +213,7 @@ TEST_F(CacheGeneratorTest, CalibrationsThatStopTheGeneration) {
 TEST_F(CacheGeneratorTest, IndexEntriesInAnyOrder) {
     AnalysisWriter(directory).finish();
     ExtraFileWriter extra(file(".qsf_xtr"));
-    for (const std::uint32_t spectrum : {0, 1, 5, 8})
+    for (const std::uint32_t spectrum : {0U, 1U, 5U, 8U})
         extra.entry(spectrum, {.sumIntensity = 1.0F});
     extra.finish();
     IndexFileWriter index(file(".qsf_idx"));

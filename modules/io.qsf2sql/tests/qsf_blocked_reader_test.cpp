@@ -50,7 +50,7 @@ TEST(QSFBlockedReader, FailsWhereTheFileEndsAndStaysFailed) {
 TEST(QSFBlockedReader, PositionsBehindTheEndAreNoFailure) {
     const auto reader = readerOf("0123456789");
     char byte = 0;
-    for (const std::uint64_t position : {0, 10, 5000}) {
+    for (const std::uint64_t position : {0U, 10U, 5000U}) {
         reader->seekTo(position);
         reader->read(nullptr, 0);
         reader->requireAvailable(0, 8);

@@ -337,8 +337,9 @@ void CppSQLite3DB::open(const std::string& fileName, OpenMode mode) {
     close();
     const bool isPrivate = mode == OpenMode::Private;
     const std::string name = isPrivate ? uriWithoutLocks(fileName) : plainName(fileName);
-    const int flags = SQLITE_OPEN_READWRITE | (mode == OpenMode::Existing ? 0 : SQLITE_OPEN_CREATE) |
-                      (isPrivate ? SQLITE_OPEN_URI : 0);
+    // A connection belongs to one thread at a time and needs no lock of its own.
+    const int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX |
+                      (mode == OpenMode::Existing ? 0 : SQLITE_OPEN_CREATE) | (isPrivate ? SQLITE_OPEN_URI : 0);
     const int code = sqlite3_open_v2(name.c_str(), &m_connection, flags, nullptr);
     if (code != SQLITE_OK) {
         const std::string text = sqlite3_errmsg(m_connection);

@@ -16,19 +16,16 @@ template <class T>
 struct NativeTraits;
 template <>
 struct NativeTraits<float> {
-    static constexpr NativeType type = NativeType::Float;
     static constexpr const char* name = "float";
     static constexpr const char* readCheck = "readNativeArrayData<float>";
 };
 template <>
 struct NativeTraits<double> {
-    static constexpr NativeType type = NativeType::Double;
     static constexpr const char* name = "double";
     static constexpr const char* readCheck = "readNativeArrayData<double>";
 };
 template <>
 struct NativeTraits<unsigned int> {
-    static constexpr NativeType type = NativeType::UInt32;
     static constexpr const char* name = "unsigned int";
     static constexpr const char* readCheck = "readNativeArrayData<uint32_t>";
 };
