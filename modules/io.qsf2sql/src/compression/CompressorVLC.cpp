@@ -17,23 +17,33 @@ constexpr std::uint32_t g_magicSigned = 0xBCA3;
 
 constexpr unsigned g_firstClass = 4;
 constexpr std::uint32_t g_magnitudeLimit = 2032;  // behind the last class
-constexpr unsigned g_shortestCode = 6;            // bits
 
 constexpr std::uint32_t baseOf(unsigned classNumber) {
     return (1u << classNumber) - 16;
 }
 
-/// The code of a class is 1 << n over magnitude - base, that is magnitude + 16 without the base, over the sign.
+/// The difference of each short code. A code is 1 << n over magnitude - base, that is magnitude + 16, over the sign.
+constexpr auto differencesOfCodes() {
+    std::array<std::int16_t, 2 * (g_magnitudeLimit + 16)> differences{};
+    for (std::int16_t magnitude = 0; magnitude < static_cast<int>(g_magnitudeLimit); ++magnitude) {
+        const auto code = static_cast<std::size_t>(magnitude + 16) * 2;
+        differences[code] = magnitude;
+        differences[code + 1] = static_cast<std::int16_t>(-magnitude);
+    }
+    return differences;
+}
+
 struct VlcCode {
+    static constexpr auto g_differences = differencesOfCodes();
     static constexpr std::uint64_t g_rareBelow[] = {1ull << 57, 1ull << 57, 1ull << 57};
 
-    static unsigned width(unsigned zeros) { return 2 * zeros + g_shortestCode; }
-    static std::uint32_t offset(unsigned) { return -16u; }
+    static constexpr unsigned g_leastWidth = 6;
+    static std::uint64_t widthBehind(unsigned zeros) { return 2 * zeros; }
 
     explicit VlcCode(std::size_t streamBytes) : m_bitLimit((streamBytes * 8 + 32) / 32 * 32) {}
 
     /// Each round of tokens costs this many bits at least, and none begins behind the limit.
-    std::uint64_t mostElements() const { return m_bitLimit / g_shortestCode + 1; }
+    std::uint64_t mostElements() const { return m_bitLimit / g_leastWidth + 1; }
 
     [[gnu::always_inline]] Rest takeToken(DecoderCursor& at) const {
         // The stream was read in words of 32 bits, which end up to one word behind its last byte; a missing end marker

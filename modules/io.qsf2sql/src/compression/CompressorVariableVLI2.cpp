@@ -27,24 +27,30 @@ constexpr std::uint64_t packedWidths() {
     return widths;
 }
 
-/// For each class of short codes: what turns the one bit of the prefix and the bits behind it into the magnitude.
-constexpr std::array<std::uint32_t, Table::g_rawClass> magnitudeOffsets() {
-    std::array<std::uint32_t, Table::g_rawClass> offsets{};
-    for (unsigned index = 1; index < Table::g_rawClass; ++index)
-        offsets[index] = g_specialZeroTable.base[index] - (1u << Table::g_bitLengths[index]);
-    return offsets;
+/// The difference of each short code: the one bit of the prefix over magnitude - base over the sign. Class 0 reads as a
+/// code of one bit.
+constexpr auto differencesOfCodes() {
+    std::array<std::int16_t, 4u << Table::g_bitLengths[Table::g_rawClass - 1]> differences{};
+    for (unsigned index = 1; index < Table::g_rawClass; ++index) {
+        for (unsigned value = 0; value < 1u << Table::g_bitLengths[index]; ++value) {
+            const auto magnitude = static_cast<std::int16_t>(g_specialZeroTable.base[index] + value);
+            const std::size_t code = ((1u << Table::g_bitLengths[index]) + value) * 2;
+            differences[code] = magnitude;
+            differences[code + 1] = static_cast<std::int16_t>(-magnitude);
+        }
+    }
+    return differences;
 }
 
-/// Class 0 reads as a code of one bit, the sign of a magnitude of zero.
 struct Vli2Code {
     static constexpr std::uint64_t g_widths = packedWidths();
-    static constexpr std::array<std::uint32_t, Table::g_rawClass> g_offsets = magnitudeOffsets();
+    static constexpr auto g_differences = differencesOfCodes();
 
     /// Three codes of 20 bits would not fit into a refill, so the last class is short for the first of three only.
     static constexpr std::uint64_t g_rareBelow[] = {1ull << 56, 1ull << 57, 1ull << 57};
 
-    static unsigned width(unsigned zeros) { return g_widths >> (8 * zeros) & 0xFF; }
-    static std::uint32_t offset(unsigned zeros) { return g_offsets[zeros]; }
+    static constexpr unsigned g_leastWidth = 0;
+    static std::uint64_t widthBehind(unsigned zeros) { return g_widths >> (8 * zeros); }
 
     [[gnu::always_inline]] Rest takeToken(DecoderCursor& at) const {
         const auto codeLength = static_cast<unsigned>(std::countl_zero(at.window.look())) + 1;

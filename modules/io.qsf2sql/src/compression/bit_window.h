@@ -38,7 +38,7 @@ public:
 
     void refill() {
         m_bits |= loadBigEndian64(m_bytes + m_position) >> m_count;
-        m_position += (63 - m_count) >> 3;
+        m_position += (m_count ^ 63) >> 3;
         m_count |= g_refilled;
     }
 
@@ -49,6 +49,12 @@ public:
     void skip(unsigned width) {
         m_bits <<= width;
         m_count -= width;
+    }
+
+    /// The same by the low byte of `packed`. What stands above it costs nothing, since a shift looks at six bits.
+    void skipLowByte(std::uint64_t packed) {
+        m_bits <<= packed & 63;
+        m_count -= static_cast<unsigned>(packed & 0xFF);
     }
 
     /// The next `width` bits, 1 to 63, as a number.

@@ -27,10 +27,16 @@ struct DecoderCursor {
 
 /// Decodes differences until the stream or the room for elements ends.
 ///
-/// A `Code` knows its short codes by their leading zeros: a prefix, a magnitude, and a sign bit at the end. Three of
-/// them fit into a refill, so that one round of comparisons serves three elements, and nothing but the rare test
-/// branches on the data: noise costs the same as silence. What is not short (raw elements, runs, the end, damage) goes
-/// one by one through `Code::takeToken`.
+/// A `Code` knows its short codes by their leading zeros; from the leading one bit on, each of them is a number of its
+/// own, which is looked up in a table of differences. Three of them fit into a refill, so that one round of comparisons
+/// serves three elements, and nothing but the rare test branches on the data: noise costs the same as silence. What is
+/// not short (raw elements, runs, the end, damage) goes one by one through `Code::takeToken`.
+///
+///     g_rareBelow        where the register holds less than this, its next token is not short; for each of the three
+///     g_leastWidth       bits of the shortest code
+///     widthBehind(n)     bits beyond them of a code with n leading zeros, in the low byte
+///     g_differences      by the code
+///     takeToken(cursor)  takes a token of at most 56 bits that is not short
 template <class Code>
 class DifferenceDecoder {
 public:
@@ -74,16 +80,14 @@ private:
     /// False if the next code is below `rareBelow`.
     [[gnu::always_inline]] static bool takeShort(DecoderCursor& at, std::uint64_t rareBelow) {
         const std::uint64_t bits = at.window.look();
-        if (bits < rareBelow)
+        if (bits < rareBelow) [[unlikely]]
             return false;
         const auto zeros = static_cast<unsigned>(std::countl_zero(bits));
-        const unsigned width = Code::width(zeros);
-        const auto code = static_cast<std::uint32_t>(bits >> (64 - width));
-        const std::uint32_t magnitude = (code >> 1) + Code::offset(zeros);
-        const std::uint32_t sign = code & 1;
-        at.value += (magnitude ^ -sign) + sign;
+        const std::uint64_t width = Code::widthBehind(zeros);
+        at.value += static_cast<std::uint32_t>(Code::g_differences[bits >> ((64 - Code::g_leastWidth - width) & 63)]);
         at.lastClass = zeros;
-        at.window.skip(width);
+        at.window.skip(Code::g_leastWidth);
+        at.window.skipLowByte(width);
         *at.next++ = at.value;
         return true;
     }
