@@ -37,7 +37,7 @@ void readByType(QSFBlockedReader& reader, std::uint16_t type) {
             read<SegmentConditionBlock>(reader);
             break;
         case RESTYPE_SPECTRUM_CONDITION:
-            read<SpectrumConditionBlock>(reader).pool.Take<CalibrationBlock>(reader, RESTYPE_CALIBRATION);
+            read<SpectrumConditionBlock>(reader);
             break;
         default:
             break;

@@ -47,9 +47,9 @@ public:
     }
 
     /// The texts of the lines at WARN that generation writes, each with a line end.
-    std::string warnings() {
+    std::string warnings(bool allVariables = false) {
         ::testing::internal::CaptureStdout();
-        generate();
+        generate(allVariables);
         std::istringstream lines(::testing::internal::GetCapturedStdout());
         std::string texts;
         for (std::string line; std::getline(lines, line);) {

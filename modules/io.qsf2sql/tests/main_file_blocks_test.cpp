@@ -137,9 +137,9 @@ TEST(ResourcePool, TheWalkIsBoundedByTheBlockWhateverItsEntriesSay) {
     const auto calibrationsIn = [](const Bytes& pool, std::uint32_t offset = 40) {
         const Bytes bytes = block(0x2002, 40).set(8, offset).add(pool).sized();
         const auto reader = readerOf(bytes + calibration("behind"));
-        SpectrumConditionBlock condition;
-        condition.Read(*reader);
-        return condition.pool.TakeAll<CalibrationBlock>(*reader, RESTYPE_CALIBRATION).size();
+        ResourcePool blocks;
+        blocks.Read(*reader, 0, static_cast<std::uint32_t>(bytes.size()), offset);
+        return blocks.TakeAll<CalibrationBlock>(*reader, RESTYPE_CALIBRATION).size();
     };
     const Bytes one = calibration("one");
     const auto sized = [&](std::uint32_t size) { return Bytes(one).set(0, size).add(one); };

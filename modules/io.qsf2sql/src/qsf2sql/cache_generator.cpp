@@ -7,11 +7,16 @@
 #include "qsf2sql/qsflib/InstrumentInfoBlock.h"
 #include "qsf2sql/qsflib/SegmentConditionBlock.h"
 #include "qsf2sql/qsflib/SpectrumConditionBlock.h"
+#include "qsf2sql/windows_1252.h"
 #include "sysutils/platform.h"
 
+#include <boost/any.hpp>
 #include <boost/filesystem/operations.hpp>
 #include <boost/throw_exception.hpp>
 #include <stdexcept>
+#include <string_view>
+#include <utility>
+#include <variant>
 
 namespace kvan::io {
 
@@ -48,6 +53,31 @@ void requireConsistent(bool condition, const char* fault) {
         BOOST_THROW_EXCEPTION(std::runtime_error(fault));
 }
 
+template <class Alternative>
+const Alternative& valueAs(const qsf2sql::VariableValue& value) {
+    const auto* const held = std::get_if<Alternative>(&value);
+    if (held == nullptr)
+        BOOST_THROW_EXCEPTION(boost::bad_any_cast());
+    return *held;
+}
+
+void bindBlob(cppsqlite::CppSQLite3Statement& statement, int parameter, std::string_view bytes) {
+    statement.bindBorrowed(parameter, bytes.data(), bytes.size());
+}
+
+/// False where the table holds a row of the same key already.
+bool insertRow(cppsqlite::CppSQLite3Statement& statement) {
+    constexpr int constraintViolated = 19;
+    try {
+        statement.execDML();
+    } catch (const cppsqlite::CppSQLite3Exception& fault) {
+        if (fault.errorCode() != constraintViolated)
+            throw;
+        return false;
+    }
+    return true;
+}
+
 }  // namespace
 
 CacheGenerator::CacheGenerator(const boost::filesystem::path& mainFile, cppsqlite::CppSQLite3DB& database,
@@ -58,6 +88,10 @@ CacheGenerator::CacheGenerator(const boost::filesystem::path& mainFile, cppsqlit
     m_database.execDML(g_pageCache);
     for (const char* const statement : qsf2sql::g_createTables)
         m_database.execDML(statement);
+    m_segmentVariableInsert = m_database.compileStatement(
+        "INSERT INTO PerSegAcqKeyVariables (Segment,AcquisitionKey,Variable,Value) VALUES (?,?,?,?)");
+    m_spectrumVariableInsert =
+        m_database.compileStatement("INSERT INTO PerSpectrumVariables (Spectrum,Variable,Value) VALUES (?,?,?)");
     insertRequestedVariables(requestedVariables);
     fillSqlCacheFromQsf(mainFile, allVariables, requestedVariables);
 }
@@ -170,7 +204,8 @@ void CacheGenerator::readConditions(QSFBlockedReader& reader) {
     const auto logger = logging::Logger::getLogger("kvan.io.qsf2sql.vartab");
     SegmentConditionBlock segmentCondition;
     SpectrumConditionBlock spectrumCondition;
-    std::optional<std::uint32_t> currentSegment;
+    qsf2sql::VariableSettings settings(*m_variableDescriptions, m_keys);
+    m_currentSegment.reset();
 
     for (bool atEnd = false; !atEnd && reader.nextBlock() != 0; reader.blockPosition += reader.blockSize) {
         switch (peekType(reader)) {
@@ -178,9 +213,12 @@ void CacheGenerator::readConditions(QSFBlockedReader& reader) {
                 segmentCondition.Read(reader);
                 const std::uint32_t segment = segmentCondition.header.segment;
                 KVAN_LOG(logger, TRACE) << "QSF: segment condition #" << segment;
-                currentSegment = currentSegment.value_or(0) + 1;
-                requireConsistent(segment == *currentSegment,
+                m_currentSegment = m_currentSegment.value_or(0) + 1;
+                requireConsistent(segment == *m_currentSegment,
                                   "Expected consecutive numbering of segments starting at one.");
+                settings.read(segmentCondition);
+                settings.dump();
+                copySegmentVariables(settings, logger);
                 break;
             }
             case RESTYPE_SPECTRUM_CONDITION: {
@@ -188,8 +226,11 @@ void CacheGenerator::readConditions(QSFBlockedReader& reader) {
                 const SpectrumConditionRecord& condition = spectrumCondition.header;
                 KVAN_LOG(logger, TRACE) << "QSF: Spectrum condition #" << condition.spectrum << " for segment #"
                                         << condition.segment;
-                requireConsistent(currentSegment == condition.segment,
+                requireConsistent(m_currentSegment == condition.segment,
                                   "File format problem: expected different segment.");
+                settings.read(spectrumCondition);
+                settings.dump();
+                copySpectrumVariables(settings, condition.spectrum, logger);
                 break;
             }
             case RESTYPE_END_OF_CONDITIONS_8:
@@ -200,6 +241,79 @@ void CacheGenerator::readConditions(QSFBlockedReader& reader) {
                 break;
         }
     }
+}
+
+void CacheGenerator::copySegmentVariables(const qsf2sql::VariableSettings& settings, const logging::Logger& logger) {
+    for (const qsf2sql::VariableSetting& setting : settings) {
+        // There is a table for them, which is kept empty.
+        if (setting.keyId == qsf2sql::VariableSettings::noKey) {
+            KVAN_LOG(logger, WARN) << "copySegmentVariables(): unexpected setting of " << setting.name()
+                                   << " for AK = -1. Skipping.";
+            continue;
+        }
+        const qsf2sql::VariableDescription* const info = m_variableDescriptions->find(setting.name());
+        if (info == nullptr) {
+            KVAN_LOG(logger, WARN) << "copySegmentVariables(): no variable info for " << setting.name()
+                                   << ". Skipping.";
+            continue;
+        }
+        m_segmentVariableInsert.bind(1, *m_currentSegment);
+        m_segmentVariableInsert.bind(2, setting.keyId);
+        m_segmentVariableInsert.bind(3, info->schemaId);
+        insertAnyIntoSQLite(m_segmentVariableInsert, 4, info->type, setting.value);
+        if (!insertRow(m_segmentVariableInsert) && !std::exchange(m_segmentDuplicateReported, true)) {
+            KVAN_LOG(logger, WARN) << "QSF contains multiply defined per-segment variable (schema variable ID = "
+                                   << info->schemaId << "). Ignoring this and all other duplicates.";
+        }
+    }
+    m_segmentVariableInsert.bindNull(4);
+}
+
+void CacheGenerator::copySpectrumVariables(const qsf2sql::VariableSettings& settings, std::uint32_t spectrumNumber,
+                                           const logging::Logger& logger) {
+    m_spectrumVariableInsert.bind(1, spectrumNumber);
+    for (const qsf2sql::VariableSetting& setting : settings) {
+        if (setting.keyId != qsf2sql::VariableSettings::noKey) {
+            KVAN_LOG(logger, WARN) << "copySpectrumVariables(): unexpected setting of " << setting.name()
+                                   << " for AK != -1. Skipping.";
+            continue;
+        }
+        const qsf2sql::VariableDescription* const info = m_variableDescriptions->find(setting.name());
+        if (info == nullptr) {
+            KVAN_LOG(logger, WARN) << "copySpectrumVariables(): no variable info for " << setting.name()
+                                   << ". Skipping.";
+            continue;
+        }
+        m_spectrumVariableInsert.bind(2, info->schemaId);
+        insertAnyIntoSQLite(m_spectrumVariableInsert, 3, info->type, setting.value);
+        if (!insertRow(m_spectrumVariableInsert) && !std::exchange(m_spectrumDuplicateReported, true)) {
+            KVAN_LOG(logger, WARN) << "QSF contains multiply defined variable " << setting.name()
+                                   << ". Ignoring this and all other duplicates.";
+        }
+    }
+    m_spectrumVariableInsert.bindNull(3);
+}
+
+void CacheGenerator::insertAnyIntoSQLite(cppsqlite::CppSQLite3Statement& statement, int parameterIndex,
+                                         qsf2sql::VariableType type, const qsf2sql::VariableValue& value) {
+    using namespace qsf2sql;
+    switch (type) {
+        case VariableType::Integer:
+            return statement.bind(parameterIndex, valueAs<std::int32_t>(value));
+        case VariableType::Double:
+            return statement.bind(parameterIndex, valueAs<double>(value));
+        case VariableType::String:
+            return statement.bindBorrowed(parameterIndex, windows1252ToUtf8(valueAs<Text>(value).bytes, m_utf8));
+        case VariableType::IntegerVector:
+            return bindBlob(statement, parameterIndex, valueAs<IntegerVector>(value).bytes);
+        case VariableType::DoubleVector:
+            return bindBlob(statement, parameterIndex, valueAs<DoubleVector>(value).bytes);
+        case VariableType::StringVector:
+            return bindBlob(statement, parameterIndex, windows1252ToUtf8(valueAs<StringVector>(value).bytes, m_utf8));
+        case VariableType::NotDeclared:
+            break;
+    }
+    BOOST_THROW_EXCEPTION(std::runtime_error("Not implemented yet."));
 }
 
 }  // namespace kvan::io

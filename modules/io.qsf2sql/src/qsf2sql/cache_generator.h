@@ -8,6 +8,7 @@
 #include "qsf2sql/qsf_blocked_reader.h"
 #include "qsf2sql/reference_transformator_map.h"
 #include "qsf2sql/variable_descriptions.h"
+#include "qsf2sql/variable_settings.h"
 
 #include <boost/filesystem/path.hpp>
 #include <optional>
@@ -21,7 +22,7 @@ namespace kvan::io {
 ///     1  main file up to its two important blocks    Properties, reference calibrations, declared variables
 ///     2  index file                                  Spectra: Id, segment, array Ids
 ///     3  extra file                                  Spectra: the rest; Transformators, Steps, AcquisitionKeys
-///     4  main file from there on                     the conditions of segments and spectra
+///     4  main file from there on                     the variables that segments and spectra set
 ///
 /// Spectra data are never read, so the time and the memory go with the number of spectra.
 class CacheGenerator {
@@ -31,7 +32,8 @@ public:
     ///
     /// Throws `Qsf2SqlFileFormatError` and `Qsf2SqlCannotOpenFileError` for the native files, `CppSQLite3Exception` for
     /// the database, `std::runtime_error` where the conditions of the main file contradict one another,
-    /// `std::out_of_range` for an impossible acquisition time; what a reference calibration that cannot be read and a
+    /// `std::out_of_range` for an impossible acquisition time, `std::bad_cast` for a value whose variable is declared
+    /// once more with another type; what a reference calibration that cannot be read and a
     /// calibration that fails at an end of the acquired range throw, and `boost::math::rounding_error` where that end
     /// is no 32-bit mass.
     CacheGenerator(const boost::filesystem::path& mainFile, cppsqlite::CppSQLite3DB& database, bool allVariables,
@@ -66,8 +68,22 @@ private:
     void readInstrumentInfo(QSFBlockedReader& reader, MainFileHead& head);
     void readConditions(QSFBlockedReader& reader);
 
+    // Settings that contradict the cache are logged to `logger` and passed over.
+    void copySegmentVariables(const qsf2sql::VariableSettings& settings, const logging::Logger& logger);
+    void copySpectrumVariables(const qsf2sql::VariableSettings& settings, std::uint32_t spectrumNumber,
+                               const logging::Logger& logger);
+    /// The bytes of `value` must stay until the parameter is bound anew.
+    void insertAnyIntoSQLite(cppsqlite::CppSQLite3Statement& statement, int parameterIndex, qsf2sql::VariableType type,
+                             const qsf2sql::VariableValue& value);
+
     logging::Logger m_logger;
     cppsqlite::CppSQLite3DB& m_database;
+    cppsqlite::CppSQLite3Statement m_segmentVariableInsert;
+    cppsqlite::CppSQLite3Statement m_spectrumVariableInsert;
+    bool m_segmentDuplicateReported = false;
+    bool m_spectrumDuplicateReported = false;
+    std::optional<std::uint32_t> m_currentSegment;                        // from 1
+    std::string m_utf8;                                                   // of the text that is bound
     std::optional<qsf2sql::VariableDescriptions> m_variableDescriptions;  // from ANALYSIS_HEADER on
     qsf2sql::ReferenceTransformatorMap m_references;
     qsf2sql::AcquisitionKeyMap m_keys;

@@ -106,6 +106,20 @@ VariableDescriptions::VariableDescriptions(const VarTabDescBlock& declarations,
     for (const BuiltInVariable& row : builtIns)
         if (!declaredBuiltIns.contains(row.schemaId))
             m_records.push_back({VariableType::NotDeclared, row.schemaId, {row.permanentName}});
+    rankNames();
+}
+
+void VariableDescriptions::rankNames() {
+    for (std::size_t index = 0; index < m_records.size(); ++index)
+        m_byName.try_emplace(m_records[index].permanentName(), index);
+    std::vector<std::string_view> names;
+    for (const auto& [name, first] : m_byName)
+        names.push_back(name);
+    std::sort(names.begin(), names.end());
+    for (VariableDescription& record : m_records) {
+        const auto place = std::lower_bound(names.begin(), names.end(), record.permanentName());
+        record.nameRank = static_cast<std::size_t>(place - names.begin());
+    }
 }
 
 const VariableDescription* VariableDescriptions::find(std::uint16_t fileIndex) const {
@@ -114,10 +128,8 @@ const VariableDescription* VariableDescriptions::find(std::uint16_t fileIndex) c
 }
 
 const VariableDescription* VariableDescriptions::find(const std::string& permanentName) const {
-    const auto found = std::find_if(m_records.begin(), m_records.end(), [&](const VariableDescription& record) {
-        return record.permanentName() == permanentName;
-    });
-    return found == m_records.end() ? nullptr : &*found;
+    const auto found = m_byName.find(permanentName);
+    return found == m_byName.end() ? nullptr : &m_records[found->second];
 }
 
 VariableType VariableDescriptions::getVariableType(const std::string& permanentName) const {

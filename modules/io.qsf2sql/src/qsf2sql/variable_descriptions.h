@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <span>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 #include <unordered_set>
 #include <vector>
@@ -40,6 +41,7 @@ struct VariableDescription {
     VariableType type = VariableType::NotDeclared;
     std::int64_t schemaId = 0;
     std::array<std::string, 6> texts;  ///< by `VarTabDescEntryBlock::Text`, in the code page of the file
+    std::size_t nameRank = 0;          ///< place of the name among all names by their bytes; the same for equal names
 
     const std::string& permanentName() const { return texts[KVAN::io::QSF::VarTabDescEntryBlock::PermanentName]; }
 };
@@ -53,6 +55,8 @@ class VariableDescriptions {
 public:
     VariableDescriptions(const KVAN::io::QSF::VarTabDescBlock& declarations, std::span<const BuiltInVariable> builtIns,
                          bool allVariables, const std::unordered_set<std::string>& requested);
+    VariableDescriptions(const VariableDescriptions&) = delete;
+    VariableDescriptions& operator=(const VariableDescriptions&) = delete;
 
     /// Null for an index that is not declared or whose variable is not kept. Of two declarations of one index the first
     /// counts.
@@ -66,9 +70,12 @@ public:
     void writeTo(cppsqlite::CppSQLite3DB& database) const;
 
 private:
+    void rankNames();
+
     logging::Logger m_logger;
     std::vector<VariableDescription> m_records;
     std::unordered_map<std::uint16_t, std::size_t> m_byFileIndex;
+    std::unordered_map<std::string_view, std::size_t> m_byName;  // the first of each name
 };
 
 }  // namespace kvan::io::qsf2sql

@@ -1,5 +1,6 @@
 #include "qsf2sql/windows_1252.h"
 
+#include <algorithm>
 #include <iterator>
 
 #include <utf8/unchecked.h>
@@ -21,11 +22,17 @@ char32_t codePoint(unsigned char byte) {
 }  // namespace
 
 std::string windows1252ToUtf8(std::string_view text) {
-    std::string utf8;
-    utf8.reserve(text.size());
+    std::string buffer;
+    return std::string(windows1252ToUtf8(text, buffer));
+}
+
+std::string_view windows1252ToUtf8(std::string_view text, std::string& buffer) {
+    if (std::none_of(text.begin(), text.end(), [](char byte) { return static_cast<unsigned char>(byte) >= 0x80; }))
+        return text;
+    buffer.clear();
     for (const char byte : text)
-        utf8::unchecked::append(codePoint(static_cast<unsigned char>(byte)), std::back_inserter(utf8));
-    return utf8;
+        utf8::unchecked::append(codePoint(static_cast<unsigned char>(byte)), std::back_inserter(buffer));
+    return buffer;
 }
 
 }  // namespace kvan::io::qsf2sql

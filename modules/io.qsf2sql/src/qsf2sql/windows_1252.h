@@ -9,4 +9,7 @@ namespace kvan::io::qsf2sql {
 /// give the control characters of the same number. Zero bytes inside the text stay.
 std::string windows1252ToUtf8(std::string_view text);
 
+/// The same for many texts: the text itself where it is ASCII, else its conversion in `buffer`.
+std::string_view windows1252ToUtf8(std::string_view text, std::string& buffer);
+
 }  // namespace kvan::io::qsf2sql

@@ -12,9 +12,9 @@ void ResourcePool::Read(kvan::io::QSFBlockedReader& reader, std::uint64_t blockS
     m_blocks.clear();
     if (poolOffset == 0)
         return;
-    const std::uint64_t end = blockStart + blockSize;
+    m_end = blockStart + blockSize;
     std::uint64_t position = blockStart + poolOffset;
-    while (position + sizeof(RESOURCE_HEADER) <= end) {
+    while (position + sizeof(RESOURCE_HEADER) <= m_end) {
         reader.seekTo(position);
         const auto header = kvan::io::readRecord<RESOURCE_HEADER>(reader);
         if (header.size == 0)
@@ -26,15 +26,23 @@ void ResourcePool::Read(kvan::io::QSFBlockedReader& reader, std::uint64_t blockS
     }
 }
 
-std::vector<std::uint64_t> ResourcePool::Remove(_RESOURCE_TYPE type, std::size_t count) {
+std::optional<std::uint64_t> ResourcePool::RemoveFirst(_RESOURCE_TYPE type) {
+    const auto found =
+        std::find_if(m_blocks.begin(), m_blocks.end(), [type](const auto& block) { return block.first == type; });
+    if (found == m_blocks.end())
+        return std::nullopt;
+    const std::uint64_t position = found->second;
+    m_blocks.erase(found);
+    return position;
+}
+
+std::vector<std::uint64_t> ResourcePool::RemoveAll(_RESOURCE_TYPE type) {
     std::vector<std::uint64_t> positions;
-    const auto taken = [&](const auto& block) {
-        if (block.first != type || positions.size() == count)
-            return false;
-        positions.push_back(block.second);
-        return true;
-    };
-    m_blocks.erase(std::remove_if(m_blocks.begin(), m_blocks.end(), taken), m_blocks.end());
+    std::erase_if(m_blocks, [&](const auto& block) {
+        if (block.first == type)
+            positions.push_back(block.second);
+        return block.first == type;
+    });
     return positions;
 }
 

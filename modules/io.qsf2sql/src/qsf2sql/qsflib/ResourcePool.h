@@ -3,6 +3,7 @@
 #include "qsf2sql/qsf_blocked_reader.h"
 
 #include <memory>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -22,17 +23,42 @@ public:
     /// Removes the first block of the type and reads it; null if there is none.
     template <class Block>
     std::shared_ptr<Block> Take(kvan::io::QSFBlockedReader& reader, _RESOURCE_TYPE type) {
-        const std::vector<std::uint64_t> positions = Remove(type, 1);
-        return positions.empty() ? nullptr : ReadBlock<Block>(reader, positions.front());
+        const auto position = RemoveFirst(type);
+        return position ? ReadBlock<Block>(reader, *position) : nullptr;
     }
 
     /// Removes all blocks of the type and reads them in the order of the file.
     template <class Block>
     std::vector<std::shared_ptr<Block>> TakeAll(kvan::io::QSFBlockedReader& reader, _RESOURCE_TYPE type) {
         std::vector<std::shared_ptr<Block>> blocks;
-        for (const std::uint64_t position : Remove(type, SIZE_MAX))
+        for (const std::uint64_t position : RemoveAll(type))
             blocks.push_back(ReadBlock<Block>(reader, position));
         return blocks;
+    }
+
+    /// Removes the first block of the type and checks that it could be read.
+    template <class Block>
+    void PassOver(kvan::io::QSFBlockedReader& reader, _RESOURCE_TYPE type) {
+        if (const auto position = RemoveFirst(type)) {
+            reader.seekTo(*position);
+            Block::PassOver(reader);
+        }
+    }
+
+    /// Removes the first table of this kind and reads it; `table` is empty if there is none.
+    template <class Table>
+    void TakeTable(kvan::io::QSFBlockedReader& reader, Table& table) {
+        table.clear();
+        if (const auto position = RemoveFirst(Table::type))
+            ReadTable(reader, *position, table);
+    }
+
+    /// Removes all tables of this kind and reads them in the order of the file.
+    template <class Table>
+    void TakeAllTables(kvan::io::QSFBlockedReader& reader, std::vector<Table>& tables) {
+        tables.clear();
+        for (const std::uint64_t position : RemoveAll(Table::type))
+            ReadTable(reader, position, tables.emplace_back());
     }
 
 private:
@@ -44,10 +70,18 @@ private:
         return block;
     }
 
-    /// Removes up to `count` blocks of the type and gives where they start in the file.
-    std::vector<std::uint64_t> Remove(_RESOURCE_TYPE type, std::size_t count);
+    template <class Table>
+    void ReadTable(kvan::io::QSFBlockedReader& reader, std::uint64_t position, Table& table) {
+        reader.seekTo(position);
+        table.Read(reader, m_end);
+    }
+
+    /// Removes blocks of the type and gives where they start in the file.
+    std::optional<std::uint64_t> RemoveFirst(_RESOURCE_TYPE type);
+    std::vector<std::uint64_t> RemoveAll(_RESOURCE_TYPE type);
 
     std::vector<std::pair<std::uint16_t, std::uint64_t>> m_blocks;  // type and position, in the order of the file
+    std::uint64_t m_end = 0;                                        // of the pool in the file
 };
 
 }  // namespace KVAN::io::QSF

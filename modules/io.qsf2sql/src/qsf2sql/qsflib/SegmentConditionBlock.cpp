@@ -7,7 +7,17 @@ namespace KVAN::io::QSF {
 void SegmentConditionBlock::Read(kvan::io::QSFBlockedReader& reader) {
     const std::uint64_t start = reader.tell();
     header = CQSFUtil::ReadHeader<SegmentConditionRecord>(reader, RESTYPE_SEGMENT_CONDITION);
-    pool.Read(reader, start, header.resource.size, header.poolOffset);
+    m_pool.Read(reader, start, header.resource.size, header.poolOffset);
+    m_pool.TakeTable(reader, values);
+    m_pool.TakeTable(reader, strings);
+    m_pool.TakeTable(reader, integerVectors);
+    m_pool.TakeTable(reader, doubleVectors);
+    m_pool.TakeTable(reader, stringVectors);
+    m_pool.TakeAllTables(reader, keyedValues);
+    m_pool.TakeAllTables(reader, keyedStrings);
+    m_pool.TakeAllTables(reader, keyedIntegerVectors);
+    m_pool.TakeAllTables(reader, keyedDoubleVectors);
+    m_pool.TakeAllTables(reader, keyedStringVectors);
 }
 
 }  // namespace KVAN::io::QSF

@@ -1,5 +1,7 @@
 #include "qsf2sql/qsflib/SpectrumConditionBlock.h"
 
+#include "qsf2sql/qsflib/CalibrationBlock.h"
+#include "qsf2sql/qsflib/MSMSParameterBlock.h"
 #include "qsf2sql/qsflib/QSFUtil.h"
 
 namespace KVAN::io::QSF {
@@ -7,7 +9,14 @@ namespace KVAN::io::QSF {
 void SpectrumConditionBlock::Read(kvan::io::QSFBlockedReader& reader) {
     const std::uint64_t start = reader.tell();
     header = CQSFUtil::ReadHeader<SpectrumConditionRecord>(reader, RESTYPE_SPECTRUM_CONDITION);
-    pool.Read(reader, start, header.resource.size, header.poolOffset);
+    m_pool.Read(reader, start, header.resource.size, header.poolOffset);
+    m_pool.TakeTable(reader, values);
+    m_pool.TakeTable(reader, strings);
+    m_pool.PassOver<CalibrationBlock>(reader, RESTYPE_CALIBRATION);
+    m_pool.PassOver<MSMSParameterBlock>(reader, RESTYPE_MSMS_PARAMETER);
+    m_pool.TakeTable(reader, integerVectors);
+    m_pool.TakeTable(reader, doubleVectors);
+    m_pool.TakeTable(reader, stringVectors);
 }
 
 }  // namespace KVAN::io::QSF
