@@ -2,6 +2,7 @@
 
 #include "detector.h"
 #include "elution.h"
+#include "instrument.h"
 #include "sample-analysis/analysis_writer.h"
 
 #include <algorithm>
@@ -47,10 +48,12 @@ private:
     };
 
     AnalysisHeaderData header() const;
+    std::vector<std::uint8_t> polarities() const;
+    Bytes segmentPool() const;
     void beginSegments();
     void survey();
     void fragment(const Ion& precursor);
-    void write(bool withProfile);
+    void write(const Instrument::Moment& moment, bool withProfile);
 
     void collectIons();
     void addContaminants();
@@ -68,6 +71,7 @@ private:
     Elution m_elution;
     AnalysisWriter m_writer;
     Random m_random;
+    Instrument m_instrument;
 
     double m_time = 0.0;
     bool m_negative;
@@ -91,6 +95,7 @@ Acquisition::Acquisition(const boost::filesystem::path& directory, const SampleR
       m_elution(parameters.seed, m_duration, parameters.coelutingPeptides),
       m_writer(directory, header()),
       m_random(parameters.seed ^ 0x5A),
+      m_instrument(parameters.seed),
       m_negative(parameters.polarities == Polarities::Negative) {}
 
 AnalysisHeaderData Acquisition::header() const {
@@ -107,15 +112,39 @@ AnalysisHeaderData Acquisition::header() const {
     description.sampleName = "Synthetic tryptic digest";
     description.description = "Random peptides, seed " + std::to_string(m_parameters.seed);
     description.instrumentFamily = m_parameters.instrumentFamily;
+    if (m_parameters.variables)
+        header.variables = Instrument::declarations();
     if (!m_parameters.referenceCalibrations || !m_axis.hasReferences())
         return header;
-    for (const std::uint8_t polarity : {std::uint8_t{0}, std::uint8_t{1}}) {
-        if (m_parameters.polarities == (polarity == 0 ? Polarities::Negative : Polarities::Positive))
-            continue;
+    for (const std::uint8_t polarity : polarities()) {
         header.calibrations.push_back(m_axis.referenceBlob(polarity, g_acquisitionMode, g_surveyScanMode, 0));
         header.calibrations.push_back(m_axis.referenceBlob(polarity, g_acquisitionMode, g_fragmentScanMode, 1));
     }
     return header;
+}
+
+std::vector<std::uint8_t> Acquisition::polarities() const {
+    std::vector<std::uint8_t> codes;
+    if (m_parameters.polarities != Polarities::Negative)
+        codes.push_back(0);
+    if (m_parameters.polarities != Polarities::Positive)
+        codes.push_back(1);
+    return codes;
+}
+
+Bytes Acquisition::segmentPool() const {
+    Bytes pool;
+    if (!m_parameters.variables)
+        return pool;
+    for (const std::uint8_t polarity : polarities()) {
+        const VariableKey keys[] = {{polarity, g_acquisitionMode, 0, g_surveyScanMode},
+                                    {polarity, g_acquisitionMode, 1, g_fragmentScanMode}};
+        for (const VariableKey& key : keys) {
+            const Bytes tables = Instrument::settings(key);
+            pool.insert(pool.end(), tables.begin(), tables.end());
+        }
+    }
+    return pool;
 }
 
 boost::filesystem::path Acquisition::run() {
@@ -138,7 +167,7 @@ void Acquisition::beginSegments() {
     const auto number = std::uint64_t{m_writer.numberOfSpectra()};
     while (m_segment < m_parameters.segments &&
            number * m_parameters.segments >= std::uint64_t{m_segment} * m_parameters.spectra)
-        m_segment = m_writer.addSegment();
+        m_segment = m_writer.addSegment(segmentPool());
 }
 
 void Acquisition::survey() {
@@ -150,7 +179,7 @@ void Acquisition::survey() {
     addChemicalNoise(60, 9.0);
     m_spectrum.info.scanMode = g_surveyScanMode;
     m_spectrum.info.masses.clear();
-    write(m_parameters.profiles != Profiles::None);
+    write({.part = m_time / m_duration}, m_parameters.profiles != Profiles::None);
     m_time += g_surveySeconds;
 }
 
@@ -162,18 +191,21 @@ void Acquisition::fragment(const Ion& precursor) {
     peptide.addFragments(precursor.charge, m_negative, precursor.height * 0.6, m_peaks);
     addChemicalNoise(15, 4.0);
     m_spectrum.info.scanMode = g_fragmentScanMode;
-    m_spectrum.info.masses.assign(1, static_cast<float>(peptide.mz(precursor.charge, m_negative)));
-    write(m_parameters.profiles == Profiles::All);
+    const double mz = peptide.mz(precursor.charge, m_negative);
+    m_spectrum.info.masses.assign(1, static_cast<float>(mz));
+    write({m_time / m_duration, mz, precursor.charge}, m_parameters.profiles == Profiles::All);
     m_time += g_fragmentSeconds;
 }
 
-void Acquisition::write(bool withProfile) {
+void Acquisition::write(const Instrument::Moment& moment, bool withProfile) {
     const MassAxis::Calibration calibration = m_axis.calibration(driftPpm());
     m_detector.record(m_peaks, calibration, withProfile, m_random, m_spectrum);
     m_spectrum.info.retentionTime = static_cast<std::uint64_t>(m_time * g_ticksPerSecond + 0.5);
     m_spectrum.info.polarity = m_negative ? 1 : 0;
     m_spectrum.info.acquisitionMode = g_acquisitionMode;
     m_spectrum.info.calibration = MassAxis::blobOf(calibration);
+    if (m_parameters.variables)
+        m_spectrum.pool = m_instrument.readings(moment);
     m_writer.addSpectrum(m_spectrum);
 }
 

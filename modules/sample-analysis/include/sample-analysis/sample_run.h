@@ -31,6 +31,7 @@ struct SampleRunParameters {
     std::uint32_t segments = 2;
     std::uint16_t instrumentFamily = 1;  ///< 1, 2 and 6 to 9 are read as families with automatic MS/MS
     bool referenceCalibrations = true;   ///< in the header, for the TOF families only
+    bool variables = true;               ///< voltages, temperatures, isolated masses and more, of every type
     double coelutingPeptides = 12.0;     ///< mean number of peptides that elute at one moment
 };
 
