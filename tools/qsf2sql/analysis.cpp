@@ -28,10 +28,11 @@ std::string mainFileOf(const std::string& path) {
 }
 
 /// With room for any path at once: where the directory is write-protected, asking twice would make two caches.
-std::string cacheOf(const std::string& mainFile) {
+std::string cacheOf(const std::string& mainFile, Analysis::Variables variables) {
     std::string path(64 * 1024, '\0');
     const auto size = static_cast<std::uint32_t>(path.size());
-    const std::uint32_t written = qsf2sql_get_sqlite_cache_filename(path.data(), size, mainFile.c_str());
+    const std::uint32_t written = qsf2sql_get_sqlite_cache_filename_v2(path.data(), size, mainFile.c_str(),
+                                                                       variables == Analysis::AllVariables ? 1 : 0);
     if (written == 0)
         throwLastError();
     if (written > size)
@@ -52,9 +53,9 @@ bool isInDirectoryOf(const std::string& file, const std::string& other) {
 
 }  // namespace
 
-Analysis::Analysis(const std::string& path)
+Analysis::Analysis(const std::string& path, Variables variables)
     : m_mainFile(mainFileOf(path)),
-      m_cacheFile(cacheOf(m_mainFile)),
+      m_cacheFile(cacheOf(m_mainFile, variables)),
       m_isCacheTemporary(!isInDirectoryOf(m_cacheFile, m_mainFile)),
       m_database(std::make_unique<Database>(m_cacheFile)) {}
 

@@ -13,9 +13,12 @@ namespace qsf2sql_tool {
 /// is removed with the object.
 class Analysis {
 public:
+    /// Which variables the cache must hold at least.
+    enum Variables { MinimalSet, AllVariables };
+
     /// `path` is the directory of the analysis or its main file, in UTF-8. Throws `std::runtime_error` with the
     /// library's words.
-    explicit Analysis(const std::string& path);
+    explicit Analysis(const std::string& path, Variables variables = MinimalSet);
     Analysis(const Analysis&) = delete;
     Analysis& operator=(const Analysis&) = delete;
     ~Analysis();

@@ -14,5 +14,6 @@ void addSampleCommand(CLI::App& app, Output& output);
 void addInfoCommand(CLI::App& app, Output& output);
 void addSpectraCommand(CLI::App& app, Output& output);
 void addReadCommand(CLI::App& app, Output& output);
+void addVariablesCommand(CLI::App& app, Output& output);
 
 }  // namespace qsf2sql_tool

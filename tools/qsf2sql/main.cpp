@@ -17,6 +17,7 @@ constexpr const char* g_examples = R"(Examples:
   qsf2sql spectra demo-run --ms-level 2    list the fragment spectra
   qsf2sql read demo-run 1 --top 10         sketch a spectrum, list its ten highest peaks
   qsf2sql read demo-run 1 --csv > 1.csv    all peaks for another program
+  qsf2sql variables demo-run 2             voltages, temperatures, collision energy ... of a spectrum
 
 DIR is the directory of an analysis or its file analysis.qsf. Data go to the standard output, messages and errors to the
 standard error. The exit status is 1 for a failure and 2 for a wrong command line.)";
@@ -42,6 +43,7 @@ int run(int argumentCount, char** arguments, Output& output) {
     addInfoCommand(app, output);
     addSpectraCommand(app, output);
     addReadCommand(app, output);
+    addVariablesCommand(app, output);
     try {
         app.parse(argumentCount, arguments);
     } catch (const CLI::ParseError& error) {

@@ -22,6 +22,7 @@ struct SampleOptions {
     bool force = false;
     bool noLines = false;
     bool noReferences = false;
+    bool noVariables = false;
     sample::SampleRunParameters run;
 };
 
@@ -61,6 +62,7 @@ void writeSample(const SampleOptions& options, Output& output) {
     sample::SampleRunParameters parameters = options.run;
     parameters.lines = !options.noLines;
     parameters.referenceCalibrations = !options.noReferences;
+    parameters.variables = !options.noVariables;
 
     UnfinishedAnalysis unfinished(directory);
     sample::writeSampleRun(directory, parameters);
@@ -116,6 +118,7 @@ void addSampleCommand(CLI::App& app, Output& output) {
     command.add_flag("--float", run.floatProfiles, "Store profiles as 32-bit floats");
     command.add_flag("--no-lines", options->noLines, "Write no peak lists");
     command.add_flag("--no-references", options->noReferences, "Write no reference calibrations");
+    command.add_flag("--no-variables", options->noVariables, "Write no voltages, temperatures and other variables");
     command.footer(R"(Examples:
   qsf2sql sample demo-run
   qsf2sql sample big --spectra 1000000 --profiles none --max-lines 8

@@ -83,6 +83,12 @@ std::string Query::text(int column) const {
                : std::string();
 }
 
+std::string Query::bytes(int column) const {
+    const auto* const bytes = static_cast<const char*>(sqlite3_column_blob(m_statement.get(), column));
+    const auto size = static_cast<std::size_t>(sqlite3_column_bytes(m_statement.get(), column));
+    return bytes != nullptr ? std::string(bytes, size) : std::string();
+}
+
 void Query::fail() const {
     throwError(sqlite3_db_handle(m_statement.get()));
 }

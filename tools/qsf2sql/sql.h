@@ -37,6 +37,8 @@ public:
     std::optional<std::int64_t> integer(int column) const;
     std::optional<double> real(int column) const;
     std::string text(int column) const;
+    /// Of a blob, zero bytes included.
+    std::string bytes(int column) const;
 
 private:
     [[noreturn]] void fail() const;

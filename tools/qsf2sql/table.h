@@ -10,12 +10,14 @@
 namespace qsf2sql_tool {
 
 enum class TableForm { Text, Csv };
+enum class Alignment { Right, Left };
 
 struct Column {
     std::string heading;  ///< of the text form
     std::string csvName;
     std::size_t width = 0;
     int decimals = 0;  ///< of numbers in the text form; the CSV form gives all digits
+    Alignment alignment = Alignment::Right;
 };
 
 /// Rows of aligned columns, or comma-separated values with names in the first line. Cells are added from
@@ -27,6 +29,7 @@ public:
 
     void addReal(std::optional<double> value);
     void addInteger(std::optional<std::int64_t> value);
+    /// Characters that would control a terminal, and in the CSV form separators, do no harm.
     void addText(const std::string& text);
     void endRow();
 

@@ -11,6 +11,13 @@ namespace {
 /// Room for the longest double without an exponent.
 using Digits = std::array<char, 512>;
 
+/// Blanks that `text` lacks to fill `width` columns.
+std::string padding(const std::string& text, std::size_t width) {
+    const auto continues = [](unsigned char byte) { return (byte & 0xC0) == 0x80; };  // a character that began before
+    const auto characters = text.size() - static_cast<std::size_t>(std::count_if(text.begin(), text.end(), continues));
+    return std::string(width > characters ? width - characters : 0, ' ');
+}
+
 }  // namespace
 
 std::string fixed(double value, int decimals) {
@@ -24,6 +31,13 @@ std::string shortest(double value) {
     return {digits.data(), std::to_chars(digits.data(), digits.data() + digits.size(), value).ptr};
 }
 
+std::string significant(double value, int precision) {
+    Digits digits;
+    return {
+        digits.data(),
+        std::to_chars(digits.data(), digits.data() + digits.size(), value, std::chars_format::general, precision).ptr};
+}
+
 std::string byteSize(std::uint64_t bytes) {
     constexpr const char* units[] = {" B", " kB", " MB", " GB", " TB"};
     auto value = static_cast<double>(bytes);
@@ -34,11 +48,11 @@ std::string byteSize(std::uint64_t bytes) {
 }
 
 std::string padLeft(const std::string& text, std::size_t width) {
-    return std::string(width > text.size() ? width - text.size() : 0, ' ') + text;
+    return padding(text, width) + text;
 }
 
 std::string padRight(const std::string& text, std::size_t width) {
-    return text + std::string(width > text.size() ? width - text.size() : 0, ' ');
+    return text + padding(text, width);
 }
 
 std::string printable(std::string text) {
