@@ -3,7 +3,6 @@
 
 #include <boost/filesystem/fstream.hpp>
 #include <boost/filesystem/operations.hpp>
-
 #include <cstdint>
 #include <cstdio>
 #include <iterator>
