@@ -40,12 +40,23 @@ std::string idText(std::uint64_t id) {
     return text.str();
 }
 
-bool isStoredLineField(ArrayKind kind) {
-    return kind >= ArrayKind::LineIndex && kind <= ArrayKind::LineField21;
+enum class Block { Lines, Scan };
+
+Block blockOf(ArrayKind kind) {
+    if (kind >= ArrayKind::LineIndex && kind <= ArrayKind::LineMz)
+        return Block::Lines;
+    if (kind == ArrayKind::ProfileIntensity || kind == ArrayKind::ProfileMz)
+        return Block::Scan;
+    throwUnknownKind();
 }
 
 bool isComputed(ArrayKind kind) {
     return kind == ArrayKind::LineMz || kind == ArrayKind::ProfileMz;
+}
+
+/// The Id of the line field that an array is read or computed from.
+ArrayId storedLineField(ArrayId id) {
+    return isComputed(id.kind()) ? id.withKind(ArrayKind::LineIndex) : id;
 }
 
 /// Signed scans can be decoded but are served to nobody.
@@ -98,47 +109,24 @@ bool Qsf2SqlImpl::loadLineHeader(ArrayId id) {
 std::uint64_t Qsf2SqlImpl::getArrayLength(std::uint64_t idValue) {
     checkId(idValue, "getArrayLength");
     const ArrayId id(idValue);
-    switch (id.kind()) {
-        case ArrayKind::LineIndex:
-        case ArrayKind::LineIntensity:
-        case ArrayKind::LineIndexWidth:
-        case ArrayKind::LinePeakArea:
-        case ArrayKind::LineSnr:
-        case ArrayKind::LineField21:
-            loadLineHeader(id);
-            return m_lines.GetNumberOfEntries();
-        case ArrayKind::LineMz:
-            loadLineHeader(id.withKind(ArrayKind::LineIndex));
-            return m_lines.GetNumberOfEntries();
-        case ArrayKind::ProfileIntensity:
-        case ArrayKind::ProfileMz:
-            loadScanBlock(id.offset());
-            return m_scan.GetNumberOfEntries();
+    if (blockOf(id.kind()) == Block::Scan) {
+        loadScanBlock(id.offset());
+        return m_scan.GetNumberOfEntries();
     }
-    throwUnknownKind();
+    loadLineHeader(storedLineField(id));
+    return m_lines.GetNumberOfEntries();
 }
 
 NativeType Qsf2SqlImpl::getNativeStorageFormat(std::uint64_t idValue) {
     checkId(idValue, "getNativeStorageFormat");
     const ArrayId id(idValue);
-    switch (id.kind()) {
-        case ArrayKind::LineIndex:
-        case ArrayKind::LineIntensity:
-        case ArrayKind::LineIndexWidth:
-        case ArrayKind::LinePeakArea:
-        case ArrayKind::LineSnr:
-        case ArrayKind::LineField21:
-            return loadLineHeader(id) ? m_lines.GetNativeType() : NativeType::Absent;
-        case ArrayKind::LineMz:
-            return loadLineHeader(id.withKind(ArrayKind::LineIndex)) ? NativeType::Double : NativeType::Absent;
-        case ArrayKind::ProfileIntensity:
-            loadScanBlock(id.offset());
-            return nativeTypeOf(m_scan.GetElementType());
-        case ArrayKind::ProfileMz:
-            loadScanBlock(id.offset());
-            return NativeType::Double;
+    if (blockOf(id.kind()) == Block::Scan) {
+        loadScanBlock(id.offset());
+        return isComputed(id.kind()) ? NativeType::Double : nativeTypeOf(m_scan.GetElementType());
     }
-    throwUnknownKind();
+    if (!loadLineHeader(storedLineField(id)))
+        return NativeType::Absent;
+    return isComputed(id.kind()) ? NativeType::Double : m_lines.GetNativeType();
 }
 
 template <class T>
@@ -184,8 +172,6 @@ std::span<const T> Qsf2SqlImpl::readNativeArrayData(std::uint64_t idValue, std::
             return readLineMz(id, scratch);
         if (id.kind() == ArrayKind::ProfileMz)
             return readProfileMz(id, scratch);
-        if (!isStoredLineField(id.kind()) && id.kind() != ArrayKind::ProfileIntensity)
-            throwUnknownKind();
     }
     return lowLevelReadNativeArrayData<T>(id, scratch);
 }
