@@ -1,0 +1,151 @@
+#include "log_fixture.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <regex>
+#include <set>
+
+namespace kvan::logging::impl {
+namespace {
+
+/// Runs `logger.host`, a copy of it beside which the files of the test lie.
+class HostTest : public LogFixture {
+protected:
+    HostTest() { boost::filesystem::copy_file(LOGGER_HOST, at("host")); }
+
+    /// Gives its exit status, and what it printed in `m_output` and `m_errors`.
+    int run(const std::string& arguments, const std::string& environment = "") {
+        const int status = std::system(("cd '" + m_directory.string() + "' && " + environment + " timeout 120 ./host " +
+                                        arguments + " >output 2>errors")
+                                           .c_str());
+        m_output = contentOf("output");
+        m_errors = contentOf("errors");
+        return status;
+    }
+
+    int runWith(const std::string& elements, const std::string& arguments) {
+        put("conf", "<kvan-logconf>" + elements + "</kvan-logconf>");
+        return run(arguments, "HOST_LOGCONF=\"$(cat conf)\"");
+    }
+
+    /// The texts behind the name of the logger; a line that is not whole comes as it is.
+    static std::multiset<std::string> textsOf(const std::string& lines) {
+        static const std::regex form(
+            R"(\d{4}-\d\d-\d\d \d\d:\d\d:\d\d\.\d{6} \[tid=0x[1-9a-f][0-9a-f]*\] \[WARN \] [a-z.]+: (.*[^0-9]))");
+        std::multiset<std::string> texts;
+        std::istringstream stream(lines);
+        std::smatch parts;
+        for (std::string line; std::getline(stream, line);)
+            texts.insert(std::regex_match(line, parts, form) ? parts[1].str() : "torn: " + line);
+        return texts;
+    }
+
+    static std::multiset<std::string> linesOf(const std::string& who, int count, int lines) {
+        std::multiset<std::string> texts;
+        for (int index = 0; index < count; ++index) {
+            for (int line = 0; line < lines; ++line)
+                texts.insert(who + ' ' + std::to_string(index) + ' ' + std::to_string(line) + '.');
+        }
+        return texts;
+    }
+
+    std::string m_output;
+    std::string m_errors;
+};
+
+std::string asyncSink(const std::string& behind) {
+    return "<sink name='async' class='kvan.logging.AsyncSink'><sink ref='" + behind + "'/></sink>";
+}
+
+const std::string g_rootOfFile = "<root><sink ref='file'/></root>";
+const std::string g_rootOfAsync = "<root><sink ref='async'/></root>";
+
+TEST_F(HostTest, ConfigurationIsLookedForInOrder) {
+    const auto document = [&](const std::string& file) {
+        return "<kvan-logconf>" + fileSink("file", file) + g_rootOfFile + "</kvan-logconf>";
+    };
+    EXPECT_EQ(run("lines 1 1"), 0);
+    EXPECT_EQ(textsOf(m_output), std::multiset<std::string>{"thread 0 0."}) << "the default";
+    EXPECT_EQ(m_errors, "asked\n");
+
+    put("kvan-logconf.xml", document("beside.log"));
+    put("path.xml", document("path.log"));
+    put("text.xml", document("text.log"));
+    EXPECT_EQ(run("lines 1 1"), 0);
+    EXPECT_EQ(run("lines 1 1", "HOST_LOGCONF_PATH=path.xml"), 0);
+    EXPECT_EQ(run("lines 1 1", "HOST_LOGCONF=\"$(cat text.xml)\" HOST_LOGCONF_PATH=path.xml"), 0);
+    for (const char* file : {"beside.log", "path.log", "text.log"})
+        EXPECT_EQ(textsOf(contentOf(file)).count("thread 0 0."), 1u) << file;
+}
+
+TEST_F(HostTest, UnusableConfigurationIsToldAndLeadsToTheDefault) {
+    put("kvan-logconf.xml", "<kvan-logconf>" + fileSink("file", "beside.log") + g_rootOfFile + "</kvan-logconf>");
+    put("bad.xml", "<kvan-logconf>\n<sink name='s' class='kvan.logging.NullSink'/>" + fileSink("made", "made.log") +
+                       asyncSink("made") + "</kvan-logconf>");
+    const std::pair<const char*, const char*> cases[] = {
+        {"HOST_LOGCONF=", R"(kvan-logconf configuration could not be parsed: <unspecified file>:\n [^]*\n)"},
+        {"HOST_LOGCONF='<a>'", R"(kvan-logconf configuration could not be parsed: <unspecified file>:\n [^]*\n)"},
+        {"HOST_LOGCONF_PATH=missing.xml",
+         R"(kvan_logging_get_logconf_path returned a file path that cannot be opened: missing\.xml\n)"},
+        {"HOST_LOGCONF_PATH=.", R"(kvan_logging_get_logconf_path returned a file path that cannot be opened: \.\n)"},
+        {"HOST_LOGCONF_PATH=bad.xml",
+         R"(kvan-logconf configuration could not be parsed: bad\.xml:\n No <root> element found\n)"},
+    };
+    for (const auto& [environment, told] : cases) {
+        EXPECT_EQ(run("lines 1 1", environment), 0);
+        EXPECT_TRUE(
+            std::regex_match(m_errors, std::regex(R"(asked\nconfiguration\.cpp:\d+ ERROR )" + std::string(told))))
+            << environment << '\n'
+            << m_errors;
+        EXPECT_EQ(textsOf(m_output).count("thread 0 0."), 1u) << environment;
+    }
+    EXPECT_FALSE(boost::filesystem::exists(at("beside.log")));
+}
+
+TEST_F(HostTest, NoLineIsLostOrTornWhoeverWrites) {
+    const std::string rolling =
+        fileSink("file", "app.log", "<max-file-size>10240</max-file-size><max-backups>1000</max-backups>");
+    for (const std::string& elements : {rolling + g_rootOfFile, rolling + asyncSink("file") + g_rootOfAsync}) {
+        EXPECT_EQ(runWith(elements, "lines 4 2000"), 0);
+        std::string all = contentOf("app.log");
+        for (int backup = 0; boost::filesystem::exists(at("app." + std::to_string(backup) + ".log")); ++backup) {
+            all += contentOf("app." + std::to_string(backup) + ".log");
+            boost::filesystem::remove(at("app." + std::to_string(backup) + ".log"));
+        }
+        boost::filesystem::remove(at("app.log"));
+        EXPECT_EQ(textsOf(all), linesOf("thread", 4, 2000));
+        EXPECT_EQ(m_errors, "asked\n");
+    }
+}
+
+TEST_F(HostTest, ExitInTheMiddleLeavesWholeLinesInOrder) {
+    EXPECT_EQ(
+        runWith(fileSink("file", "app.log", "<max-file-size>0</max-file-size>") + asyncSink("file") + g_rootOfAsync,
+                "exit"),
+        0);
+    const auto texts = textsOf(contentOf("app.log"));
+    EXPECT_EQ(std::count_if(texts.begin(), texts.end(), [](const auto& text) { return text.starts_with("torn"); }), 0);
+    EXPECT_GT(texts.size(), 100u);
+}
+
+TEST_F(HostTest, ForkedChildrenLogOnWithoutTheLinesOfTheirParent) {
+    const std::string file = fileSink("file", "app.log", "<max-file-size>0</max-file-size>");
+    for (const std::string& elements : {file + g_rootOfFile, file + asyncSink("file") + g_rootOfAsync}) {
+        EXPECT_EQ(runWith(elements, "fork 20"), 0) << m_errors;
+        auto expected = linesOf("thread", 3, 2000);
+        expected.merge(linesOf("child", 20, 50));
+        EXPECT_EQ(textsOf(contentOf("app.log")), expected);
+        boost::filesystem::remove(at("app.log"));
+    }
+}
+
+TEST_F(HostTest, ModulesOfOneProcessShareTheConfiguration) {
+    EXPECT_EQ(runWith(fileSink("file", "app.log") + asyncSink("file") + g_rootOfAsync, "modules '" LOGGER_MODULE "'"),
+              0);
+    EXPECT_EQ(textsOf(contentOf("app.log")), (std::multiset<std::string>{"program 0.", "module", "module", "module"}));
+    EXPECT_EQ(m_errors, "asked\n") << "once for all";
+}
+
+}  // namespace
+}  // namespace kvan::logging::impl
