@@ -2,6 +2,7 @@
 
 #include "compression/CompressorVLC.h"
 #include "compression/CompressorVariableVLI2.h"
+#include "compression/CompressorZLib.h"
 
 #include <boost/throw_exception.hpp>
 #include <boost/uuid/string_generator.hpp>
@@ -28,6 +29,7 @@ const auto& registeredCompressors() {
     static const RegisteredCompressor compressors[] = {
         registered<CompressVLCImpl>(),
         registered<CompressVariableVLI2Impl>(),
+        registered<CompressZLibImpl>(),
     };
     return compressors;
 }
