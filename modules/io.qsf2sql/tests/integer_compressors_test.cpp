@@ -242,7 +242,7 @@ std::vector<std::int32_t> randomWalk(std::mt19937& random, std::size_t count) {
     std::vector<std::int32_t> elements(count);
     std::uint32_t value = 0;
     for (std::int32_t& element : elements) {
-        const auto step = static_cast<std::uint32_t>(random()) >> (14 + random() % 19);
+        const auto step = static_cast<std::uint32_t>(random()) >> (14 + random() % 18);
         if (random() % 8 < count % 9)
             value += random() % 2 ? step : 0 - step;
         element = static_cast<std::int32_t>(value);
