@@ -1,6 +1,7 @@
 // Generation of a cache of 100,000 spectra against bare inserts and updates of the same rows through SQLite's C
 // interface, and the peak memory of a generation.
 
+#include "bare_sqlite.h"
 #include "cppsqlite/CppSQLite3.h"
 #include "qsf2sql/cache_generator.h"
 #include "qsf2sql/cache_schema.h"
@@ -10,7 +11,6 @@
 #include <algorithm>
 #include <boost/filesystem/operations.hpp>
 #include <fstream>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -19,6 +19,7 @@
 namespace {
 
 namespace fs = boost::filesystem;
+using namespace benchmarks;
 using namespace kvan;
 
 /// A synthetic LC-MS/MS run of four fragment spectra to a survey. Gone with its directory when the object goes.
@@ -43,6 +44,7 @@ sample::SampleRunParameters parameters(std::int64_t spectra, std::int64_t points
             .profiles = pointsOfProfile == 0 ? sample::Profiles::None : sample::Profiles::All,
             .maxLines = 20,
             .referenceCalibrations = references,
+            .variables = false,
             .coelutingPeptides = 1.0};
 }
 
@@ -91,72 +93,10 @@ BENCHMARK(peakMemoryOfAGeneration)
     ->Iterations(1)
     ->Unit(benchmark::kMillisecond);
 
-void check(int code, sqlite3* connection) {
-    if (code != SQLITE_OK && code != SQLITE_DONE)
-        throw std::runtime_error(sqlite3_errmsg(connection));
-}
-
-/// One prepared statement of the yardstick.
-class BareStatement {
-public:
-    BareStatement(sqlite3* connection, const char* sql) : m_connection(connection) {
-        check(sqlite3_prepare_v2(connection, sql, -1, &m_statement, nullptr), connection);
-    }
-    BareStatement(const BareStatement&) = delete;
-    ~BareStatement() { sqlite3_finalize(m_statement); }
-
-    void bind(int parameter, sqlite3_value* value) {
-        check(sqlite3_bind_value(m_statement, parameter, value), m_connection);
-    }
-    void run() {
-        check(sqlite3_step(m_statement), m_connection);
-        check(sqlite3_reset(m_statement), m_connection);
-    }
-
-private:
-    sqlite3* m_connection;
-    sqlite3_stmt* m_statement = nullptr;
-};
-
-/// Rows of a finished cache in memory, ready to be bound.
-class Rows {
-public:
-    Rows(const fs::path& cache, const std::string& sql) {
-        sqlite3* connection = nullptr;
-        check(sqlite3_open(cache.c_str(), &connection), connection);
-        sqlite3_stmt* query = nullptr;
-        check(sqlite3_prepare_v2(connection, sql.c_str(), -1, &query, nullptr), connection);
-        m_columns = sqlite3_column_count(query);
-        while (sqlite3_step(query) == SQLITE_ROW)
-            for (int column = 0; column < m_columns; ++column)
-                m_values.push_back(sqlite3_value_dup(sqlite3_column_value(query, column)));
-        sqlite3_finalize(query);
-        sqlite3_close(connection);
-    }
-    Rows(const Rows&) = delete;
-    ~Rows() {
-        for (sqlite3_value* const value : m_values)
-            sqlite3_value_free(value);
-    }
-
-    /// Runs `statement` for each row, its columns bound in order.
-    void runAll(BareStatement& statement) const {
-        for (std::size_t value = 0; value < m_values.size();) {
-            for (int column = 1; column <= m_columns; ++column)
-                statement.bind(column, m_values[value++]);
-            statement.run();
-        }
-    }
-
-private:
-    int m_columns = 0;
-    std::vector<sqlite3_value*> m_values;
-};
-
 /// What the generator writes for each spectrum, written with nothing else around it.
 class Yardstick {
 public:
-    explicit Yardstick(const fs::path& cache)
+    explicit Yardstick(const std::string& cache)
         : m_inserted(cache,
                      "SELECT Id, Segment, LineIndexId, LineIntensityId, LineIndexWidthId, LinePeakAreaId, "
                      "LineSnrId, LineMzId, ProfileIntensityId, ProfileMzId FROM Spectra"),
@@ -215,8 +155,8 @@ constexpr std::int64_t g_spectra = 100000;
 void generationOfACache(benchmark::State& state) {
     const Analysis analysis(parameters(g_spectra, state.range(0), state.range(1) != 0));
     generate(analysis);
-    const Yardstick yardstick(analysis.cacheFile());
-    benchmarks::reportRatio<boost::chrono::steady_clock>(
+    const Yardstick yardstick(analysis.cacheFile().string());
+    reportRatio<boost::chrono::steady_clock>(
         state, 1.3, [&] { generate(analysis); }, [&] { yardstick.write(analysis.cacheFile(), state.range(2) != 0); });
 }
 BENCHMARK(generationOfACache)
