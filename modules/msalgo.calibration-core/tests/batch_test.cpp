@@ -24,9 +24,18 @@ TransformatorPtr endsAtRaw40(double timeBase = 1) {
 
 /// Laws that fail nowhere, one of each family, with constants of either sign.
 std::vector<TransformatorPtr> lawsWithoutFailure() {
-    std::vector<TransformatorPtr> laws = {
-        tof(8, 2.5e11, 0, 10, 0.5), tof(-8, 2.5e11, 0.5, -10, 0.25), tof(120.5, 250000, 4e-3, 20000, 0.2),
-        paladin(1, -2, 0, 24, 8),   paladin(1, 2, 3, -24, 8),        linear(-3, -0.25)};
+    std::vector<TransformatorPtr> laws = {tof(8, 2.5e11, 0, 10, 0.5),
+                                          tof(-8, 2.5e11, 0.5, -10, 0.25),
+                                          tof(120.5, 250000, 4e-3, 20000, 0.2),
+                                          paladin(1, -2, 0, 24, 8),
+                                          paladin(1, 2, 3, -24, 8),
+                                          linear(-3, -0.25),
+                                          tof2(8, 2.5e11, 0, 0, -4, 1, 1),
+                                          tof2(-8, 2.5e11, 0.5, 0, 4, 1, 1),
+                                          tof2(120.5, 250000, 4e-3, -2e-5, 0.5, 2e4, 0.2),
+                                          ftms(0, -24, 1024, 240, 1e4, 99),
+                                          ftmsQuadratic(5, -64, 24, 1024, 240, 1e4, 99),
+                                          ftmsQuadratic(1, 64, 24, -1024, 240, 1e4, 99)};
     for (const auto& law : laws)
         law->SetIndexOffset(0.75);
     return laws;

@@ -29,6 +29,26 @@ Bytes bytesOf(std::string digits) {
     return bytes;
 }
 
+/// The values as they lie in memory, packed.
+template <class... Values>
+Bytes packed(Values... values) {
+    Bytes bytes;
+    const auto append = [&bytes](const auto& value) {
+        const auto* const first = reinterpret_cast<const unsigned char*>(&value);
+        bytes.insert(bytes.end(), first, first + sizeof value);
+    };
+    (append(values), ...);
+    return bytes;
+}
+
+Bytes operator+(Bytes a, const Bytes& b) {
+    a.insert(a.end(), b.begin(), b.end());
+    return a;
+}
+
+using u16 = std::uint16_t;
+using u32 = std::uint32_t;
+
 TransformatorPtr read(const Bytes& blob) {
     return g_serialization.DeserializeFromBlob(blob);
 }
@@ -54,20 +74,103 @@ const Bytes g_tofReference = bytesOf(
 const Bytes g_ionTrap =
     bytesOf("0110 0000 000000000000F03F 0000000000000040 000000000000E03F 0000000000002040 0000000000002440");
 const Bytes g_linear = bytesOf("0210 0000 000000000000F03F 0000000000000040");
-const Bytes* const g_blobs[] = {&g_tof, &g_tofReference, &g_ionTrap, &g_linear};
+
+Bytes head(u16 type) {
+    return packed(type, u16{0});
+}
+
+const Bytes g_tofBlock = packed(10.0, 0.5, 8.0, 2.5e11, -0.125);
+const Bytes g_tof2Block = packed(10.0, 0.5, 8.0, 2.5e11, -0.125, 0.5, 4.0);
+const Bytes g_key = bytesOf("02 01 03 00");
+/// An extension with two factors, and one of a reference with two temperatures and two factors.
+const Bytes g_extension = packed(u16{49068}, u16{0}, u32{1}, u32{3}, u32{0}, u32{0}, u32{0}) +
+                          packed(u16{53152}, u16{0}, u32{36}, u32{0}, u32{20}, u16{2}, u16{0}, 25.5, 26.5);
+const Bytes g_refExtension = packed(u16{49068}, u16{0}, u32{1}, u32{2}, u32{0}, u32{0}, u32{0}) +
+                             packed(u16{53153}, u16{0}, u32{60}, u32{0}, u32{0}, u32{28}, u32{44}, u16{2}, u16{2}) +
+                             packed(25.0, 26.0, 80.0, 90.0);
+
+const Bytes g_tofCompensated = head(3) + g_tofBlock + packed(1, 80.0);
+const Bytes g_tofCompensatedReference = head(2) + g_tofBlock + packed(0) + g_key + packed(25.0, 80.0);
+const Bytes g_tofExtended = head(1) + g_tofBlock + g_extension;
+const Bytes g_tofReferenceExtended = head(4) + g_tofBlock + g_key + g_refExtension;
+const Bytes g_tof2 = head(9) + g_tof2Block;
+const Bytes g_tof2Reference = head(11) + g_tof2Block + g_key;
+const Bytes g_tof2Compensated = head(10) + g_tof2Block + packed(255, u32{68}, u32{2}, 80.0, 90.0);
+const Bytes g_tof2CompensatedReference =
+    head(12) + g_tof2Block + g_key + packed(0, 1, u32{80}, u32{96}, u16{2}, u16{1}, 25.0, 26.0, 80.0);
+const Bytes g_ftms = head(257) + packed(4, 0.0, -24.0, 1024.0, 0, 1, 5, 240.0, 160.0);
+const Bytes g_ftmsQuadratic = head(257) + packed(5, -64.0, -24.0, 1024.0, 1, 0, 5, 240.0, 160.0);
+
+const Bytes* const g_blobs[] = {&g_tof,
+                                &g_tofReference,
+                                &g_tofCompensated,
+                                &g_tofCompensatedReference,
+                                &g_tofExtended,
+                                &g_tofReferenceExtended,
+                                &g_tof2,
+                                &g_tof2Reference,
+                                &g_tof2Compensated,
+                                &g_tof2CompensatedReference,
+                                &g_ftms,
+                                &g_ftmsQuadratic,
+                                &g_ionTrap,
+                                &g_linear};
+
+std::shared_ptr<ICalibrationConstantsFunctionalTemperatureCompensation> compensationOf(
+    const TransformatorPtr& transformator) {
+    return std::dynamic_pointer_cast<ICalibrationConstantsFunctionalTemperatureCompensation>(
+        transformator->GetFunctionalConstants());
+}
 
 TEST(CalibrationBlob, HoldsTheConstantsAtTheirOffsets) {
     EXPECT_TRUE(read(g_tof)->IsEqual(*tof(8, 2.5e11, -0.125, 10, 0.5)));
     EXPECT_TRUE(read(g_tofReference)->IsEqual(*tof(8, 2.5e11, 0, 10, 0.5)));
     EXPECT_TRUE(read(g_ionTrap)->IsEqual(*paladin(1, 2, 0.5, 10, 8)));
     EXPECT_TRUE(read(g_linear)->IsEqual(*linear(1, 2)));
+    for (const Bytes* blob : {&g_tofCompensated, &g_tofCompensatedReference, &g_tofExtended, &g_tofReferenceExtended})
+        EXPECT_TRUE(read(*blob)->IsEqual(*tof(8, 2.5e11, -0.125, 10, 0.5)));
+    for (const Bytes* blob : {&g_tof2, &g_tof2Reference, &g_tof2Compensated, &g_tof2CompensatedReference})
+        EXPECT_TRUE(read(*blob)->IsEqual(*tof2(8, 2.5e11, -0.125, 0.5, 4, 10, 0.5)));
+    EXPECT_EQ(read(g_ftms)->IndexToRaw(1), 160 - 32);
+    EXPECT_EQ(read(g_ftms)->MassToRaw(4), 280);
+    EXPECT_EQ(read(g_ftmsQuadratic)->IndexToRaw(1), 400 - 32);
+    EXPECT_EQ(read(g_ftmsQuadratic)->MassToRaw(4), 256 - 24 - 4);
 
-    const auto mode = read(g_tofReference)->GetMeasurementModeInfo();
-    EXPECT_EQ(mode->GetAcquisitionMode(), 2);
-    EXPECT_EQ(mode->GetPolarity(), 1);
-    EXPECT_EQ(mode->GetMSMSLevel(), 3);
-    EXPECT_EQ(mode->GetScanMode(), 0);
+    for (const Bytes* blob : {&g_tofReference, &g_tofCompensatedReference, &g_tofReferenceExtended, &g_tof2Reference,
+                              &g_tof2CompensatedReference}) {
+        const auto mode = read(*blob)->GetMeasurementModeInfo();
+        EXPECT_EQ(mode->GetAcquisitionMode(), 2);
+        EXPECT_EQ(mode->GetPolarity(), 1);
+        EXPECT_EQ(mode->GetMSMSLevel(), 3);
+        EXPECT_EQ(mode->GetScanMode(), 0);
+    }
     EXPECT_EQ(read(g_tof)->GetMeasurementModeInfo(), nullptr);
+}
+
+TEST(CalibrationBlob, HoldsTheTemperatureCompensation) {
+    const struct {
+        const Bytes* blob;
+        int code, mode;
+        Doubles temperatures, factors;
+    } cases[] = {
+        {&g_tofCompensated, 9, 1, {80}, {80}},
+        {&g_tofCompensatedReference, 9, 2, {25}, {80}},
+        {&g_tofExtended, 9, 3, {25.5, 26.5}, {25.5, 26.5}},
+        {&g_tofReferenceExtended, 9, 2, {25, 26}, {80, 90}},
+        {&g_tof2Compensated, 13, 0, {80, 90}, {80, 90}},
+        {&g_tof2CompensatedReference, 13, 1, {25, 26}, {80}},
+    };
+    for (const auto& sample : cases) {
+        const auto transformator = read(*sample.blob);
+        const auto compensation = compensationOf(transformator);
+        EXPECT_EQ(transformator->GetFunctionalTypeCode(), sample.code);
+        EXPECT_EQ(compensation->GetCompensationMode(), sample.mode);
+        EXPECT_EQ(compensation->GetMeasuredTemperatures(), sample.temperatures);
+        EXPECT_EQ(compensation->GetCorrectionFactors(), sample.factors);
+    }
+    const auto empty = read(head(12) + g_tof2Block + g_key + packed(0, 1, u32{99}, u32{99}, u16{0}, u16{0}));
+    EXPECT_EQ(empty->GetFunctionalTypeCode(), 12);
+    EXPECT_EQ(empty->GetMeasurementModeInfo()->GetPolarity(), 1);
 }
 
 TEST(CalibrationBlob, WritesTheBytesThatItReads) {
@@ -76,12 +179,99 @@ TEST(CalibrationBlob, WritesTheBytesThatItReads) {
     EXPECT_EQ(written(nullptr), bytesOf("FF000000"));
 }
 
+/// Where a blob of that type may end before its extension.
+std::size_t blockEnd(const Bytes& blob) {
+    return blob[1] != 0 ? 0 : blob[0] == 1 ? 44 : blob[0] == 4 ? 48 : 0;
+}
+
 TEST(CalibrationBlob, CutAnywhereIsAReadError) {
     EXPECT_EQ(read({}), nullptr);
     for (const Bytes* blob : g_blobs)
         for (std::size_t size = 1; size < blob->size(); ++size)
-            EXPECT_EQ(failureOfReading(Bytes(blob->begin(), blob->begin() + static_cast<std::ptrdiff_t>(size))), g_cut)
+            EXPECT_EQ(failureOfReading(Bytes(blob->begin(), blob->begin() + static_cast<std::ptrdiff_t>(size))),
+                      size == blockEnd(*blob) ? "" : g_cut)
                 << size;
+}
+
+TEST(CalibrationBlob, ArraysThatTheBlobCannotHoldAreAReadError) {
+    const auto arrays = [](u32 offset, u32 count) {
+        return head(10) + g_tof2Block + packed(0, offset, count, 80.0, 90.0);
+    };
+    EXPECT_EQ(failureOfReading(arrays(68, 3)), g_cut);
+    EXPECT_EQ(failureOfReading(arrays(69, 2)), g_cut);
+    EXPECT_EQ(failureOfReading(arrays(0xFFFFFFFF, 1)), g_cut);
+    EXPECT_EQ(failureOfReading(arrays(68, 0xFFFFFFFF)), g_cut);
+    EXPECT_EQ(failureOfReading(arrays(0xFFFFFFF8, 0xFFFFFFFF)), g_cut);
+    // Any place inside the blob is good.
+    EXPECT_EQ(compensationOf(read(head(10) + g_tof2Block + packed(0, u32{16}, u32{2})))->GetCorrectionFactors(),
+              Doubles({8, 2.5e11}));
+}
+
+TEST(CalibrationBlob, ExtensionsAreOneInfoAndOneBlock) {
+    const auto changed = [](const Bytes& block, Bytes extension, std::size_t offset, unsigned char value) {
+        extension[offset] = value;
+        return failureOfReading(block + extension);
+    };
+    const Bytes plain = head(1) + g_tofBlock;
+    const Bytes reference = head(4) + g_tofBlock + g_key;
+    const std::string reader =
+        "runtime_error: kvan::calibration::CalibrationTransformatorFactorySerialization::Deserialize";
+    const char* const newer = "Extension: Invalid serialization: data invalid. Was data written with newer software?";
+    const struct {
+        std::string failure, text;
+    } cases[] = {
+        {changed(plain, g_extension, 0, 0xAD), reader + "Extension: invalid serialization: id unknown"},
+        {changed(reference, g_refExtension, 0, 0xAD),
+         reader + "RefExtension: invalid serialization: id unknown: Should be CALIB_EXTENSION_BLOCK_INFO_MAGIC "
+                  "(49068) but is 49069."},
+        {changed(plain, g_extension, 8, 4),
+         "runtime_error: ICalibrationConstantsFunctionalTemperatureCompensation::compensationModeFromInt: No such "
+         "compensation mode: 4"},
+        {changed(plain, g_extension, 24, 0xA1),
+         "runtime_error: VerifyExtensionInfoHeader(const CALIB_EXTENSION_BLOCK_INFO& header): Magic number is not "
+         "TOF_COR_CALIB_EXTENSION_BLOCK_MAGIC. Expected 53152 but m_Data.stHeader.usMagicNumber = 53153"},
+        {changed(reference, g_refExtension, 24, 0xA0),
+         "runtime_error: Read(FileAccessPolicy& FileAccess): Magic number is not "
+         "TOF_COR_CALIB_REF_EXTENSION_BLOCK_MAGIC. Expected 53153 but m_Data.stHeader.usMagicNumber = 53152"},
+        {changed(plain, g_extension, 28, 35), reader + newer},
+        {changed(plain, g_extension, 28, 37), g_cut},
+        {changed(reference, g_refExtension, 28, 0), reader + "Ref" + newer},
+        {changed(plain, g_extension, 40, 3), g_cut},
+        {changed(plain, g_extension, 36, 21), g_cut},
+        {failureOfReading(plain + g_extension + g_extension), reader + newer},
+        {failureOfReading(g_tofCompensated + g_extension), "runtime_error: Already contains temp-comp info."},
+        {failureOfReading(g_tof2 + g_extension), "runtime_error: Non-supported strategy."},
+        {failureOfReading(g_tof2Reference + g_refExtension), "runtime_error: Non-supported strategy."},
+        {failureOfReading(g_ionTrap + g_extension), "runtime_error: Non-supported strategy."},
+        {changed(plain, g_extension, 4, 7), ""},  // the identifier is not looked at
+    };
+    for (const auto& sample : cases)
+        EXPECT_EQ(sample.failure, sample.text);
+}
+
+TEST(CalibrationBlob, FtmsModesAreCheckedByTheFactory) {
+    const auto mode = [](int value) {
+        return failureOfReading(head(257) + packed(value, 0.0, 0.0, 1.0, 0, 0, 5, 0.0, 1.0));
+    };
+    for (const int good : {0, 1, 4, 5})
+        EXPECT_EQ(mode(good), "");
+    const std::string factoryText = "invalid_argument: CalibrationTransformatorFactory::";
+    EXPECT_EQ(mode(2), factoryText + "createConstantsFunctionalIcr: mode 2 not supported [QX]");
+    EXPECT_EQ(mode(3), factoryText + "createTransformatorIcr: mode 3 and 6 not supported [QX]");
+    EXPECT_EQ(mode(6), factoryText + "createTransformatorIcr: mode 3 and 6 not supported [QX]");
+    EXPECT_EQ(mode(7), "invalid_argument: unknown icr mode in serialization");
+    // Written all the same, once it is in force.
+    const auto transformator = read(g_ftmsQuadratic);
+    transformator->SetCalibMode(3);
+    EXPECT_EQ(written(transformator)[4], 3);
+    transformator->SetFunctionalConstants(read(g_tof)->GetFunctionalConstants());
+    EXPECT_NE(failureOf([&] { written(transformator); }), "");
+    const auto linearLaw = read(g_ftms);
+    linearLaw->SetFunctionalConstants(read(g_linear)->GetFunctionalConstants());
+    EXPECT_EQ(
+        failureOf([&] { written(linearLaw); }),
+        "invalid_argument: CalibrationTransformatorFTMS04::SerializeToBlob: expected functional constants to be of "
+        "type ICalibrationConstantsFunctionalFTMS04.");
 }
 
 TEST(CalibrationBlob, ATypeOfNoFamilyIsEmptyWhateverFollows) {
@@ -100,9 +290,9 @@ TEST(CalibrationBlob, IsCheckedInTheOrderBlockFlagCorrectionExtension) {
     EXPECT_EQ(failureOfReading(withFlag(g_tof, 2, 0)), g_badFlag);
     EXPECT_EQ(failureOfReading(withFlag(g_linear, 2, 24)), g_badFlag);
     EXPECT_EQ(failureOfReading(withFlag(g_ionTrap, 1, 40)), g_unsupported);
-    EXPECT_EQ(failureOfReading(withFlag(g_tofReference, 0, 1)), g_unsupported);
-    for (const char* head : {"0200", "0300", "0600", "0700", "0800", "0900", "0A00", "0B00", "0C00", "0101"})
-        EXPECT_EQ(failureOfReading(bytesOf(head + std::string("0000"))), g_unsupported) << head;
+    EXPECT_EQ(failureOfReading(withFlag(g_tofReference, 0, 1)), g_cut);
+    for (const u16 type : {u16{6}, u16{7}, u16{8}})
+        EXPECT_EQ(failureOfReading(head(type)), g_unsupported) << type;
 }
 
 TEST(CalibrationBlob, RefusesToWriteTheOtherForm) {
@@ -115,6 +305,34 @@ TEST(CalibrationBlob, RefusesToWriteTheOtherForm) {
     trap->SetMeasurementModeInfo(reference->GetMeasurementModeInfo());
     EXPECT_EQ(failureOf([&] { g_serialization.SerializeReferenceToBlob(trap, blob); }),
               "invalid_argument: invalid serialization: the family has no reference form");
+}
+
+TEST(CalibrationBlob, CompensatedConstantsChooseTheBlock) {
+    const auto type = [](const TransformatorPtr& transformator, Doubles temperatures, Doubles factors) {
+        const auto functional = transformator->GetFunctionalConstants();
+        auto& compensation = dynamic_cast<ICalibrationConstantsFunctionalTemperatureCompensation&>(*functional);
+        compensation.SetMeasuredTemperatures(temperatures);
+        compensation.SetCorrectionFactors(factors);
+        transformator->SetFunctionalConstants(functional);
+        std::string result;
+        const std::string failure = failureOf([&] {
+            const Bytes blob = written(transformator);
+            result = std::to_string(blob[0]) + (blob.size() > 76 ? " extended" : "");
+        });
+        return result + failure;
+    };
+    EXPECT_EQ(type(read(g_tofCompensated), {}, {}), "1");
+    EXPECT_EQ(type(read(g_tofCompensated), {25, 26}, {80}), "3");
+    EXPECT_EQ(type(read(g_tofCompensated), {}, {80, 90}), "1 extended");
+    EXPECT_EQ(type(read(g_tofCompensatedReference), {}, {}), "4");
+    EXPECT_EQ(type(read(g_tofCompensatedReference), {25}, {80}), "2");
+    EXPECT_EQ(type(read(g_tofCompensatedReference), {25}, {80, 90}), "4 extended");
+    const char* const noTemperatures = "runtime_error: Invalid reference calibrator: no temperatures";
+    const char* const noFactors = "runtime_error: Invalid reference calibrator: no correction factors";
+    EXPECT_EQ(type(read(g_tofCompensatedReference), {}, {80}), noTemperatures);
+    EXPECT_EQ(type(read(g_tofCompensatedReference), {25, 26}, {}), noFactors);
+    EXPECT_EQ(type(read(g_tof2CompensatedReference), {}, {80}), noTemperatures);
+    EXPECT_EQ(type(read(g_tof2CompensatedReference), {25}, {}), noFactors);
 }
 
 }  // namespace

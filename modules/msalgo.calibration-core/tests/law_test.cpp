@@ -30,6 +30,15 @@ const PointCase g_points[] = {
     {"TOF quadratic at C0", tof(8, 2.5e11, 0.5, 10, 0.5), -4, 8, 0},
     {"TOF quadratic, mirrored", tof(8, 2.5e11, 0.5, 10, 0.5), -36, -8, -16, false},
     {"TOF quadratic, C1 negative", tof(8, -2.5e11, 0.5, 0, 1), 12, 12, -4, false},
+    {"TOF2 linear", tof2(8, 2.5e11, 0, 0, 4, 10, 0.5), 20, 20, 32},
+    {"TOF2 linear, mirrored before C0", tof2(8, 2.5e11, 0, 0, 4, 10, 0.5), -28, -4, -40},
+    {"TOF2 quadratic", tof2(8, 2.5e11, 0.5, 0, 4, 10, 0.5), 28, 24, 12},
+    {"TOF2 cubic at C0", tof2(8, 2.5e11, 0.5, 0.25, 4, 10, 0.5), -4, 8, -4},
+    {"FTMS mode 0", ftms(0, -24, 1024, 240, 160, 5), 3, 280, 4},
+    {"FTMS mode 4", ftms(4, -24, 1024, 240, 160, 4), 3, 280, 4},
+    {"FTMS mode 1", ftmsQuadratic(1, 64, 24, 1024, 244, 160, 5), 3, 284, 4},
+    {"FTMS mode 5, alpha negative", ftmsQuadratic(5, -64, 24, 1024, 236, 160, 4), 3, 276, 4},
+    {"FTMS mode 1, alpha zero", ftmsQuadratic(1, 0, 24, 1024, 240, 160, 5), 3, 280, 4},
     {"Paladin linear", paladin(1, 2, 0, 24, 8), 16, 5, 11},
     {"Paladin quadratic", paladin(1, 2, 3, 24, 8), -8, 2, 17},
     {"Paladin quadratic, C1 negative", paladin(1, -2, 3, 24, 8), -8, 2, 9, false},
@@ -73,6 +82,132 @@ TEST(Law, AgreesWithHigherPrecisionOnARealAxis) {
         EXPECT_NEAR(trap->RawToMass(static_cast<double>(raw)), static_cast<double>(mass), 1e-12);
         EXPECT_NEAR(trap->MassToRaw(static_cast<double>(mass)), static_cast<double>(raw), 1e-12);
     }
+}
+
+/// The same for the laws with more than one stage. t is the root of the shifted mass, x the reciprocal mass.
+TEST(Law, OfTof2AndFtmsAgreesWithHigherPrecision) {
+    const long double c0 = 120.5L, c1 = 250000.0L, c3 = -2.5e-5L, c4 = 0.75L;
+    for (const long double c2 : {-1.5e-3L, 0.0L, 4e-3L}) {
+        const auto cubic = tof2(120.5, 250000.0, static_cast<double>(c2), -2.5e-5, 0.75, 20000.0, 0.2);
+        const auto quadratic = tof2(120.5, 250000.0, static_cast<double>(c2), 0, 0.75, 20000.0, 0.2);
+        for (const long double mass : {99.0L, 524.265L, 1221.990637L, 2465.19L}) {
+            const long double t = std::sqrt(mass + c4);
+            const long double square = t * t * c2 + t * std::sqrt(1e12L / c1) + c0;
+            const long double cube = square + t * t * t * c3;
+            const double m = static_cast<double>(mass);
+            EXPECT_NEAR(quadratic->MassToRaw(m), static_cast<double>(square), 3e-11);
+            EXPECT_NEAR(quadratic->RawToMass(static_cast<double>(square)) / m, 1.0, 2e-15);
+            EXPECT_NEAR(cubic->MassToRaw(m), static_cast<double>(cube), 3e-11);
+            EXPECT_NEAR(cubic->RawToMass(static_cast<double>(cube)) / m, 1.0, 1e-12);
+        }
+    }
+    const auto cyclotron = ftmsQuadratic(5, -3.2e7, -1.5, 1.07e8, 4e4, 1e6, 1 << 20);
+    for (const long double mass : {107.0L, 400.25L, 1999.9L}) {
+        const long double raw = -3.2e7L / mass / mass + 1.07e8L / mass - 1.5L;
+        EXPECT_NEAR(cyclotron->MassToRaw(static_cast<double>(mass)), static_cast<double>(raw), 1e-9);
+        EXPECT_NEAR(cyclotron->RawToMass(static_cast<double>(raw)) / static_cast<double>(mass), 1.0, 2e-15);
+    }
+}
+
+/// Steps written down one by one, with nothing folded or reused.
+double cubicRawToMass(double raw, double c0, double C1, double c2, double c3) {
+    const auto root = [](double x) { return 0.0 > x ? -std::sqrt(-x) : std::sqrt(x); };
+    const auto square = [](double x) { return 0.0 > x ? -(x * x) : x * x; };
+    const double b = root(C1);
+    const auto f = [&](double mass) {
+        const double t = root(mass);
+        return ((t * c3 + c2) * t + b) * t + c0;
+    };
+    const double disc = c0 > raw ? C1 - (raw - c0) * 4.0 * c2 : C1 - (c0 - raw) * 4.0 * c2;
+    const double q = (std::sqrt(disc) * (C1 < 0.0 ? -1.0 : 1.0) + b) * -0.5;
+    double s = (c0 - raw) / q;
+    if (!(s > 0.0) || c3 == 0.0)
+        return square(s);
+    s = s * raw / std::max(f(s * s), 20.0);
+    const double slope = (s * 3.0 * c3 + 2 * c2) * s + b;
+    s = s - (f(square(s)) - raw) / slope;
+    s = s - (f(square(s)) - raw) / slope;
+    return square(s);
+}
+
+TEST(Law, CubicTakesTheStepsAsTheyAre) {
+    Doubles raws = {8.0, -100.0, 0.0, 20.0, 1e-5, 1e100, 1e300, g_infinity, -g_infinity};
+    for (int k = 0; k < 400; ++k)
+        raws.push_back(k * 571.3 - 3000.0);
+    for (const double c2 : {0.004, 1e150})
+        for (const double c3 : {-2.5e-5, 0.0, 0.03}) {
+            const auto law = tof2(120.5, 250000.0, c2, c3, 0, 0, 1);
+            Doubles masses;
+            law->RawsToMasses(raws, masses);
+            for (std::size_t k = 0; k < raws.size(); ++k) {
+                const double expected = cubicRawToMass(raws[k], 120.5, 4e6, c2, c3);
+                EXPECT_TRUE(masses[k] == expected || (std::isnan(masses[k]) && std::isnan(expected)))
+                    << raws[k] << " " << masses[k] << " " << expected;
+            }
+        }
+}
+
+TEST(Law, TiltedQuadraticContinuesBeyondItsVertex) {
+    const struct {
+        const char* name;
+        double alpha, freqHigh, raw, mass;
+    } cases[] = {
+        {"beyond the vertex", -64, 1024, 8216, 0.0625},
+        {"no linear term", 64, 0, 280, 0.5},
+        {"no linear term, beyond", 64, 0, -232, -0.5},
+        {"falling, beyond the vertex", 64, -1024, -20456, -0.125},
+        {"falling", 64, -1024, 24, 0.0625},
+    };
+    for (const auto& sample : cases)
+        EXPECT_EQ(ftmsQuadratic(1, sample.alpha, 24, sample.freqHigh, 0, 1, 2)->RawToMass(sample.raw), sample.mass)
+            << sample.name;
+    EXPECT_EQ(failureOf([] { ftmsQuadratic(1, 0, 24, -1, 0, 1, 2)->RawToMass(3); }),
+              "runtime_error: Case b*x + c with negative slope.");
+    EXPECT_EQ(failureOf([] { ftmsQuadratic(1, 0, 24, 0, 0, 1, 2)->RawToMass(3); }),
+              "runtime_error: Polynomial is constant.");
+}
+
+TEST(Law, FtmsIndicesStayInsideTheArray) {
+    const auto law = ftms(0, -24, 1024, 240, 160, 5);
+    EXPECT_EQ(law->IndexToMass(-5), law->IndexToMass(0));
+    EXPECT_EQ(law->IndexToMass(12), law->IndexToMass(4));
+    EXPECT_EQ(law->DIndexToRaw(4.5), law->IndexToRaw(4) - 20);  // below the size: not the last point yet
+    EXPECT_EQ(law->RawToIndex(1e6), 0);
+    EXPECT_EQ(law->MassToIndex(0.0), 0);
+    EXPECT_EQ(law->MassToRaw(0.0), g_infinity);
+    EXPECT_EQ(law->RawToDIndex(-1e6), 4);
+    EXPECT_EQ(ftms(0, 0, 1, 0, 1, 0)->RawToDIndex(-7), 0);  // no point at all
+}
+
+TEST(Law, FtmsAxisFollowsTheModeOfTheLaw) {
+    using Constants::CalibrationConstantsFunctionalFTMS04;
+    using Constants::CalibrationConstantsPhysicalFTMS;
+    const auto law = ftms(4, 0, 1, 240, 160, 5);
+    EXPECT_EQ(law->IndexToRaw(1), 400 - 32);
+    law->SetFunctionalConstants(std::make_shared<CalibrationConstantsFunctionalFTMS04>(0, 1, 0));
+    EXPECT_EQ(law->IndexToRaw(1), 400 - 40);
+    law->SetPhysicalConstants(std::make_shared<CalibrationConstantsPhysicalFTMS>(240, 160, 5, 5, 1));
+    EXPECT_EQ(law->IndexToRaw(1), 400 - 40);
+    law->SetFunctionalConstants(std::make_shared<CalibrationConstantsFunctionalFTMS04>(0, 1, 4, 1));
+    EXPECT_EQ(law->IndexToRaw(1), 160 - 32);  // counted from 0.0
+
+    law->SetIndexOffset(1);
+    law->AssimilateIndexOffset();
+    EXPECT_EQ(law->IndexToRaw(1), 160 - 64);
+    const auto axis = std::dynamic_pointer_cast<CalibrationConstantsPhysicalFTMS>(law->GetPhysicalConstants());
+    EXPECT_EQ(axis->GetFreqLow(), -32);
+    EXPECT_EQ(axis->GetFTMSRawMode(), 0);
+    axis->SetCalibMode(2);
+    EXPECT_EQ(axis->GetA0(), 0.0);
+    EXPECT_EQ(axis->GetA1(), 1.0);
+    axis->SetCalibMode(7);
+    EXPECT_EQ(failureOf([&] { axis->GetA1(); }),
+              "invalid_argument: CalibrationConstantsPhysicalFTMS::GetA1(): invalid calibration constants: icr mode "
+              "unknown. Expected 0..6, but got 7");
+    EXPECT_EQ(failureOf([&] { law->SetCalibMode(1); }),
+              "invalid_argument: CalibrationConstantsFunctionalFTMS04::SetCalibMode: Invalid FTMS mode: 0 or 4 are "
+              "possible");
+    EXPECT_EQ(law->GetCalibMode(), 4);
 }
 
 TEST(Law, PassesInfinitiesOn) {

@@ -1,8 +1,9 @@
 #pragma once
 
+#include "calibration-core/constants/CalibrationConstantsFTMS.h"
 #include "calibration-core/constants/CalibrationConstantsLinear.h"
 #include "calibration-core/constants/CalibrationConstantsPaladin.h"
-#include "calibration-core/constants/CalibrationConstantsTOF.h"
+#include "calibration-core/constants/CalibrationConstantsTemperatureCompensation.h"
 #include "calibration-core/interfaces/CalibrationTransformatorFactory.h"
 
 #include <cstring>
@@ -25,6 +26,28 @@ inline TransformatorPtr tof(double c0, double c1, double c2, double timeDelay, d
     return factory().createTransformator(
         std::make_shared<Constants::CalibrationConstantsFunctionalTOF1>(c0, c1, c2),
         std::make_shared<Constants::CalibrationConstantsPhysicalTOF>(timeDelay, timeBase));
+}
+
+/// Coefficients c0 to c4.
+inline TransformatorPtr tof2(double c0, double c1, double c2, double c3, double c4, double timeDelay, double timeBase) {
+    return factory().createTransformator(
+        std::make_shared<Constants::CalibrationConstantsFunctionalTOF2>(c0, c1, c2, c3, c4),
+        std::make_shared<Constants::CalibrationConstantsPhysicalTOF>(timeDelay, timeBase));
+}
+
+/// Mode 0 or 4.
+inline TransformatorPtr ftms(int mode, double beta, double freqHigh, double freqLow, double freqWidth, int size) {
+    return factory().createTransformator(
+        std::make_shared<Constants::CalibrationConstantsFunctionalFTMS04>(beta, freqHigh, mode),
+        std::make_shared<Constants::CalibrationConstantsPhysicalFTMS>(freqLow, freqWidth, size));
+}
+
+/// Mode 1 or 5.
+inline TransformatorPtr ftmsQuadratic(int mode, double alpha, double beta, double freqHigh, double freqLow,
+                                      double freqWidth, int size) {
+    return factory().createTransformator(
+        std::make_shared<Constants::CalibrationConstantsFunctionalFTMS1356>(alpha, beta, freqHigh, false, mode),
+        std::make_shared<Constants::CalibrationConstantsPhysicalFTMS>(freqLow, freqWidth, size));
 }
 
 inline TransformatorPtr paladin(double c0, double c1, double c2, double begin, double perMass) {

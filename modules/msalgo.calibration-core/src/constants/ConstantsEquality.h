@@ -17,6 +17,13 @@ inline bool equalView(const ICalibrationConstantsFunctionalComputationQuadratic&
            Utilities::relativelyEqual(a.GetC2(), b.GetC2());
 }
 
+inline bool equalView(const ICalibrationConstantsFunctionalComputationCubic& a,
+                      const ICalibrationConstantsFunctionalComputationCubic& b) {
+    using Quadratic = ICalibrationConstantsFunctionalComputationQuadratic;
+    return equalView(static_cast<const Quadratic&>(a), static_cast<const Quadratic&>(b)) &&
+           Utilities::relativelyEqual(a.GetC3(), b.GetC3());
+}
+
 /// Equality of constants of one family: `other` offers the family's view and the computation view, and the numbers of
 /// the latter and the calibration modes agree.
 template <class FamilyView, class ComputationView, class Constants>

@@ -4,6 +4,7 @@
 #include "legacycalibration/serialization/CalibBlobAccess.h"
 #include "legacycalibration/serialization/CalibrationBlocks.h"
 #include "legacycalibration/serialization/CalibratorUtil.h"
+#include "serialization/CompensationExtensions.h"
 #include "serialization/ICalibSerialization.h"
 #include "transformation/conversion/CCOConversionUtil.h"
 
@@ -33,6 +34,22 @@ TransformatorPtr readBlock(CalibBlobReadAccess& access, const Factory& factory) 
     return CCOConversionUtil::MapQSF2CCO(CalibratorUtil::ReadRecord<Block>(access), factory);
 }
 
+TransformatorPtr readTof2Compensated(CalibBlobReadAccess& access, const Factory& factory) {
+    const std::size_t start = access.Position();
+    const auto block = CalibratorUtil::ReadRecord<Tof2TempCorrCalibrationBlock>(access);
+    const auto factors = CalibratorUtil::ReadDoubles(access, start, block.factorsOffset, block.factorsCount);
+    return CCOConversionUtil::MapQSF2CCO(block, factors, factory);
+}
+
+TransformatorPtr readTof2CompensatedReference(CalibBlobReadAccess& access, const Factory& factory) {
+    const std::size_t start = access.Position();
+    const auto block = CalibratorUtil::ReadRecord<Tof2TempCorrCalibrationRefBlock>(access);
+    const auto temperatures =
+        CalibratorUtil::ReadDoubles(access, start, block.temperaturesOffset, block.temperaturesCount);
+    const auto factors = CalibratorUtil::ReadDoubles(access, start, block.factorsOffset, block.factorsCount);
+    return CCOConversionUtil::MapQSF2CCO(block, temperatures, factors, factory);
+}
+
 TransformatorPtr readUnsupported(CalibBlobReadAccess&, const Factory&) {
     throwNotSupported();
 }
@@ -40,23 +57,24 @@ TransformatorPtr readUnsupported(CalibBlobReadAccess&, const Factory&) {
 struct BlobType {
     std::uint16_t type;
     TransformatorPtr (*read)(CalibBlobReadAccess& access, const Factory& factory);
+    TransformatorPtr (*extend)(const TransformatorPtr& transformator, CalibBlobReadAccess& access);
 };
 
 constexpr BlobType g_blobTypes[] = {
-    {TOFCalibrationBlock::Type, readBlock<TOFCalibrationBlock>},
-    {2, readUnsupported},  // TOFCORRCalibrationRefBlock
-    {3, readUnsupported},  // TOFCORRCalibrationBlock
-    {TOFCalibrationRefBlock::Type, readBlock<TOFCalibrationRefBlock>},
-    {6, readUnsupported},    // PSDCalibrationBlock
-    {7, readUnsupported},    // KITE 1
-    {8, readUnsupported},    // KITE 2
-    {9, readUnsupported},    // TOF2CalibrationBlock
-    {10, readUnsupported},   // Tof2TempCorrCalibrationBlock
-    {11, readUnsupported},   // TOF2CalibrationRefBlock
-    {12, readUnsupported},   // Tof2TempCorrCalibrationRefBlock
-    {257, readUnsupported},  // FTMSCalibrationBlock
-    {IonTrapCalibrationBlock::Type, readBlock<IonTrapCalibrationBlock>},
-    {LINEARCalibrationBlock::Type, readBlock<LINEARCalibrationBlock>},
+    {TOFCalibrationBlock::Type, readBlock<TOFCalibrationBlock>, DeserializeExtension},
+    {TOFCORRCalibrationRefBlock::Type, readBlock<TOFCORRCalibrationRefBlock>, DeserializeRefExtension},
+    {TOFCORRCalibrationBlock::Type, readBlock<TOFCORRCalibrationBlock>, DeserializeExtension},
+    {TOFCalibrationRefBlock::Type, readBlock<TOFCalibrationRefBlock>, DeserializeRefExtension},
+    {6, readUnsupported, DeserializeExtension},  // PSDCalibrationBlock
+    {7, readUnsupported, DeserializeExtension},  // KITE 1
+    {8, readUnsupported, DeserializeExtension},  // KITE 2
+    {TOF2CalibrationBlock::Type, readBlock<TOF2CalibrationBlock>, DeserializeExtension},
+    {Tof2TempCorrCalibrationBlock::Type, readTof2Compensated, DeserializeExtension},
+    {TOF2CalibrationRefBlock::Type, readBlock<TOF2CalibrationRefBlock>, DeserializeRefExtension},
+    {Tof2TempCorrCalibrationRefBlock::Type, readTof2CompensatedReference, DeserializeRefExtension},
+    {FTMSCalibrationBlock::Type, readBlock<FTMSCalibrationBlock>, DeserializeExtension},
+    {IonTrapCalibrationBlock::Type, readBlock<IonTrapCalibrationBlock>, DeserializeExtension},
+    {LINEARCalibrationBlock::Type, readBlock<LINEARCalibrationBlock>, DeserializeExtension},
 };
 
 const ICalibSerialization& facetOf(const ICalibrationTransformator& transformator) {
@@ -71,6 +89,7 @@ void writeBlob(const ICalibrationTransformator& transformator, BlobForm form, st
     CalibBlobWriteAccess access(blob);
     CalibratorUtil::WriteRecord(access, CalibBlobHead{facet.GetBlobType(form), 0});
     facet.SerializeToBlob(form, access);
+    SerializeExtension(transformator, form, access);
 }
 
 void writeNoTransformator(std::vector<unsigned char>& blob) {
@@ -98,13 +117,14 @@ TransformatorPtr CalibrationTransformatorFactorySerialization::DeserializeFromBl
     if (row == std::end(g_blobTypes))
         return nullptr;
     auto transformator = row->read(access, *m_factory);
+    access.SeekToFarthest();  // arrays may stand in any order, and overlap
     if (head.hasGpx > 1)
         BOOST_THROW_EXCEPTION(
             std::runtime_error("kvan::calibration::CalibrationTransformatorFactorySerialization::DeserializeFromBlob: "
                                "Invalid serialization: transformator type unknown."));
-    if (head.hasGpx == 1 || !access.IsAtEnd())
+    if (head.hasGpx == 1)
         throwNotSupported();
-    return transformator;
+    return access.IsAtEnd() ? transformator : row->extend(transformator, access);
 }
 
 void CalibrationTransformatorFactorySerialization::SerializeToBlob(const TransformatorPtr& transformator,

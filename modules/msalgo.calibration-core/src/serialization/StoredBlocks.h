@@ -11,11 +11,18 @@
 
 namespace kvan::calibration {
 
+template <class Block>
+void writeBlock(const ICalibrationTransformator& transformator, tqclegacy::CALIBRATION::CalibBlobWriteAccess& access) {
+    Block block{};
+    CCOConversionUtil::MapCCO2QSF(transformator, block);
+    tqclegacy::CALIBRATION::CalibratorUtil::WriteRecord(access, block);
+}
+
 /// Stored form of a family whose blobs hold one block of fixed size; `ReferenceBlock` is void if the family has no
 /// reference form.
 template <class PlainBlock, class ReferenceBlock = void>
 struct StoredBlocks {
-    static std::uint16_t Type(BlobForm form) {
+    static std::uint16_t Type(const ICalibrationTransformator&, BlobForm form) {
         if (form == BlobForm::Plain)
             return PlainBlock::Type;
         if constexpr (!std::is_void_v<ReferenceBlock>)
@@ -26,21 +33,13 @@ struct StoredBlocks {
     static void Write(const ICalibrationTransformator& transformator, BlobForm form,
                       tqclegacy::CALIBRATION::CalibBlobWriteAccess& access) {
         if (form == BlobForm::Plain)
-            return WriteAs<PlainBlock>(transformator, access);
+            return writeBlock<PlainBlock>(transformator, access);
         if constexpr (!std::is_void_v<ReferenceBlock>)
-            return WriteAs<ReferenceBlock>(transformator, access);
+            return writeBlock<ReferenceBlock>(transformator, access);
         throwNoReferenceForm();
     }
 
 private:
-    template <class Block>
-    static void WriteAs(const ICalibrationTransformator& transformator,
-                        tqclegacy::CALIBRATION::CalibBlobWriteAccess& access) {
-        Block block;
-        CCOConversionUtil::MapCCO2QSF(transformator, block);
-        tqclegacy::CALIBRATION::CalibratorUtil::WriteRecord(access, block);
-    }
-
     [[noreturn]] static void throwNoReferenceForm() {
         BOOST_THROW_EXCEPTION(std::invalid_argument("invalid serialization: the family has no reference form"));
     }

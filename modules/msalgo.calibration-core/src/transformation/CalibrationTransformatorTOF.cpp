@@ -1,4 +1,4 @@
-#include "serialization/StoredBlocks.h"
+#include "serialization/TofStoredForms.h"
 #include "transformation/NewTransformator.h"
 #include "transformation/Transformator.h"
 #include "transformation/policies/ConstantsSettingNoAction.h"
@@ -14,8 +14,7 @@ class CalibrationTransformatorTOFLinear final
                            ConstantsSettingNoAction> {
 public:
     static constexpr const char* ClassName = "CalibrationTransformatorTOFLinear";
-    using StoredForm =
-        StoredBlocks<tqclegacy::CALIBRATION::TOFCalibrationBlock, tqclegacy::CALIBRATION::TOFCalibrationRefBlock>;
+    using StoredForm = TofStoredForm;
 };
 
 /// raw = mass * C2 + SignedSqrt(mass * C1) + C0. Fails where the curve has no real mass.
@@ -24,8 +23,7 @@ class CalibrationTransformatorTOFQuadratic final
                            ConstantsSettingNoAction> {
 public:
     static constexpr const char* ClassName = "CalibrationTransformatorTOFQuadratic";
-    using StoredForm =
-        StoredBlocks<tqclegacy::CALIBRATION::TOFCalibrationBlock, tqclegacy::CALIBRATION::TOFCalibrationRefBlock>;
+    using StoredForm = TofStoredForm;
 };
 
 template <>

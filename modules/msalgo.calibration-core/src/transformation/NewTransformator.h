@@ -6,6 +6,11 @@ namespace kvan::calibration::Transformation {
 
 class CalibrationTransformatorTOFLinear;
 class CalibrationTransformatorTOFQuadratic;
+class CalibrationTransformatorTOF2Linear;
+class CalibrationTransformatorTOF2Quadratic;
+class CalibrationTransformatorTOF2Cubic;
+class CalibrationTransformatorFTMS04;
+class CalibrationTransformatorFTMS15;
 class CalibrationTransformatorPaladinLinear;
 class CalibrationTransformatorPaladinQuadratic;
 class CalibrationTransformatorLinear;
@@ -19,6 +24,16 @@ template <>
 std::shared_ptr<ICalibrationTransformator> newTransformator<CalibrationTransformatorTOFLinear>();
 template <>
 std::shared_ptr<ICalibrationTransformator> newTransformator<CalibrationTransformatorTOFQuadratic>();
+template <>
+std::shared_ptr<ICalibrationTransformator> newTransformator<CalibrationTransformatorTOF2Linear>();
+template <>
+std::shared_ptr<ICalibrationTransformator> newTransformator<CalibrationTransformatorTOF2Quadratic>();
+template <>
+std::shared_ptr<ICalibrationTransformator> newTransformator<CalibrationTransformatorTOF2Cubic>();
+template <>
+std::shared_ptr<ICalibrationTransformator> newTransformator<CalibrationTransformatorFTMS04>();
+template <>
+std::shared_ptr<ICalibrationTransformator> newTransformator<CalibrationTransformatorFTMS15>();
 template <>
 std::shared_ptr<ICalibrationTransformator> newTransformator<CalibrationTransformatorPaladinLinear>();
 template <>

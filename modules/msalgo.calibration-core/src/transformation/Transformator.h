@@ -32,6 +32,8 @@ public:
         m_functional = cloneObject(constants);
         ConstantsSettingPolicy::ConstantsSet(m_functional.get(), m_physical.get());
         m_law.rawMass.UpdateFunctionalConstants(*m_functional);
+        if constexpr (ConstantsSettingPolicy::ChangesPhysical)
+            refreshRawIndex();
     }
 
     std::shared_ptr<ICalibrationConstantsPhysical> GetPhysicalConstants() const override {
@@ -43,7 +45,7 @@ public:
             return;
         m_physical = cloneObject(constants);
         ConstantsSettingPolicy::ConstantsSet(m_functional.get(), m_physical.get());
-        m_law.rawIndex.UpdatePhysicalConstants(*m_physical);
+        refreshRawIndex();
     }
 
     std::shared_ptr<IMeasurementModeInfo> GetMeasurementModeInfo() const override { return cloneObject(m_mode); }
@@ -70,13 +72,12 @@ public:
         if (m_functional)
             m_functional->ResetRawMode();
         m_law.indexOffset = 0.0;
-        if (m_physical)
-            m_law.rawIndex.UpdatePhysicalConstants(*m_physical);
+        refreshRawIndex();
     }
 
     void AdaptRawStart(double rawStart) override {
         physical().AdaptRawStart(rawStart);
-        m_law.rawIndex.UpdatePhysicalConstants(*m_physical);
+        refreshRawIndex();
     }
 
     void MassesToRaws(Doubles& values) const override { batch<MassRawTransformFunctor>(values, values); }
@@ -134,7 +135,7 @@ public:
     }
     double RawToDIndex(double raw) const override { return single<RawDIndexTransformFunctor>(raw); }
 
-    std::uint16_t GetBlobType(BlobForm form) const override { return Derived::StoredForm::Type(form); }
+    std::uint16_t GetBlobType(BlobForm form) const override { return Derived::StoredForm::Type(*this, form); }
     void SerializeToBlob(BlobForm form, tqclegacy::CALIBRATION::CalibBlobWriteAccess& access) const override {
         Derived::StoredForm::Write(*this, form, access);
     }
@@ -172,6 +173,11 @@ protected:
     }
 
 private:
+    void refreshRawIndex() {
+        if (m_physical)
+            m_law.rawIndex.UpdatePhysicalConstants(*m_physical);
+    }
+
     template <class Functor>
     typename Functor::Destination single(typename Functor::Source value) const {
         ThrowAtOnce failure;

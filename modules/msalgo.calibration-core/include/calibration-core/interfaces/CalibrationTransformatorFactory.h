@@ -14,8 +14,14 @@ public:
                                              const PhysicalPtr& physical) const override;
     TransformatorPtr createTransformatorLinear(const FunctionalPtr& functional,
                                                const PhysicalPtr& physical) const override;
+    TransformatorPtr createTransformatorIcr(const FunctionalPtr& functional,
+                                            const PhysicalPtr& physical) const override;
     TransformatorPtr createTransformatorTof(const FunctionalPtr& functional,
                                             const PhysicalPtr& physical) const override;
+    TransformatorPtr createTransformatorTof2(const FunctionalPtr& functional,
+                                             const PhysicalPtr& physical) const override;
+    FunctionalPtr createConstantsFunctionalIcr(int calibMode, int ftmsRawMode, int size, bool quadraticFlag,
+                                               double alpha, double beta, double freqHigh) const override;
 };
 
 }  // namespace kvan::calibration::Transformation

@@ -59,4 +59,25 @@ protected:
     ~ICalibrationConstantsPhysicalPaladin() = default;
 };
 
+/// Frequency axis of an FTMS instrument, which runs downward. Calibration mode and raw mode follow the functional
+/// constants as soon as a transformator holds both.
+class ICalibrationConstantsPhysicalFTMS {
+public:
+    /// 0 to 6.
+    virtual int GetCalibMode() const = 0;
+    virtual void SetCalibMode(int mode) = 0;
+    virtual int GetFTMSRawMode() const = 0;
+    virtual void SetFTMSRawMode(int mode) = 0;
+    virtual double GetFreqLow() const = 0;
+    virtual void SetFreqLow(double frequency) = 0;
+    virtual double GetFreqWidth() const = 0;
+    virtual void SetFreqWidth(double width) = 0;
+    /// Data points of the axis.
+    virtual int GetSize() const = 0;
+    virtual void SetSize(int size) = 0;
+
+protected:
+    ~ICalibrationConstantsPhysicalFTMS() = default;
+};
+
 }  // namespace kvan::calibration

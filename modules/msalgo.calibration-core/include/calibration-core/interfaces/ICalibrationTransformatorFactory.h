@@ -28,9 +28,22 @@ public:
     /// A straight line.
     virtual TransformatorPtr createTransformatorLinear(const FunctionalPtr& functional,
                                                        const PhysicalPtr& physical) const = 0;
-    /// TOF1: c2 == 0.0 linear, else quadratic.
+    /// FTMS by the calibration mode of the functional constants: 0 and 4 linear, 1 and 5 quadratic. Throws
+    /// `std::invalid_argument` for any other.
+    virtual TransformatorPtr createTransformatorIcr(const FunctionalPtr& functional,
+                                                    const PhysicalPtr& physical) const = 0;
+    /// TOF1, with or without temperature compensation: c2 == 0.0 linear, else quadratic.
     virtual TransformatorPtr createTransformatorTof(const FunctionalPtr& functional,
                                                     const PhysicalPtr& physical) const = 0;
+    /// TOF2, with or without temperature compensation: c3 != 0.0 cubic, else c2 != 0.0 quadratic, else linear.
+    virtual TransformatorPtr createTransformatorTof2(const FunctionalPtr& functional,
+                                                     const PhysicalPtr& physical) const = 0;
+
+    /// FTMS functional constants by the calibration mode: 0 and 4 of the linear law, which has no alpha and no flag, 1,
+    /// 3, 5 and 6 of the quadratic one. `size`, a number of the physical constants, is not looked at. Throws
+    /// `std::invalid_argument` for mode 2 and for unknown ones.
+    virtual FunctionalPtr createConstantsFunctionalIcr(int calibMode, int ftmsRawMode, int size, bool quadraticFlag,
+                                                       double alpha, double beta, double freqHigh) const = 0;
 };
 
 }  // namespace kvan::calibration

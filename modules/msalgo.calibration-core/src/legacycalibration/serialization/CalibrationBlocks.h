@@ -47,6 +47,84 @@ struct GenericCalibRef {
 using TOFCalibrationRefBlock = GenericCalibRef<TOFCalibrationBlock, 4>;
 static_assert(sizeof(TOFCalibrationRefBlock) == 44 && offsetof(TOFCalibrationRefBlock, key) == 40);
 
+struct TOFCORRCalibrationBlock {
+    static constexpr std::uint16_t Type = 3;
+
+    TOFCalibrationBlock tof;        //  0
+    std::int32_t compensationCode;  // 40
+    double correctionFactor;        // 44
+};
+static_assert(sizeof(TOFCORRCalibrationBlock) == 52 && offsetof(TOFCORRCalibrationBlock, correctionFactor) == 44);
+
+struct TOFCORRCalibrationRefBlock {
+    static constexpr std::uint16_t Type = 2;
+
+    TOFCalibrationBlock tof;        //  0
+    std::int32_t compensationCode;  // 40
+    CalibKey key;                   // 44
+    double referenceTemperature;    // 48
+    double correctionFactor;        // 56
+};
+static_assert(sizeof(TOFCORRCalibrationRefBlock) == 64 && offsetof(TOFCORRCalibrationRefBlock, key) == 44);
+
+struct TOF2CalibrationBlock {
+    static constexpr std::uint16_t Type = 9;
+
+    double timeDelay;  //  0
+    double timeBase;   //  8
+    double c0;         // 16
+    double c1;         // 24
+    double c2;         // 32
+    double c3;         // 40
+    double c4;         // 48
+};
+static_assert(sizeof(TOF2CalibrationBlock) == 56 && offsetof(TOF2CalibrationBlock, c4) == 48);
+
+using TOF2CalibrationRefBlock = GenericCalibRef<TOF2CalibrationBlock, 11>;
+static_assert(sizeof(TOF2CalibrationRefBlock) == 60 && offsetof(TOF2CalibrationRefBlock, key) == 56);
+
+/// The offsets of this and the following arrays of doubles count from the start of the block; a count of 0 needs none.
+struct Tof2TempCorrCalibrationBlock {
+    static constexpr std::uint16_t Type = 10;
+
+    TOF2CalibrationBlock tof2;      //  0
+    std::int32_t compensationCode;  // 56
+    std::uint32_t factorsOffset;    // 60
+    std::uint32_t factorsCount;     // 64
+};
+static_assert(sizeof(Tof2TempCorrCalibrationBlock) == 68 &&
+              offsetof(Tof2TempCorrCalibrationBlock, factorsOffset) == 60);
+
+struct Tof2TempCorrCalibrationRefBlock {
+    static constexpr std::uint16_t Type = 12;
+
+    TOF2CalibrationBlock tof2;         //  0
+    CalibKey key;                      // 56
+    std::uint8_t unread60[4];          // 60
+    std::int32_t compensationCode;     // 64
+    std::uint32_t temperaturesOffset;  // 68
+    std::uint32_t factorsOffset;       // 72
+    std::uint16_t temperaturesCount;   // 76
+    std::uint16_t factorsCount;        // 78
+};
+static_assert(sizeof(Tof2TempCorrCalibrationRefBlock) == 80 &&
+              offsetof(Tof2TempCorrCalibrationRefBlock, compensationCode) == 64);
+
+struct FTMSCalibrationBlock {
+    static constexpr std::uint16_t Type = 257;
+
+    std::int32_t calibMode;      //  0  0 to 6
+    double alpha;                //  4  0.0 in modes 0 and 4
+    double beta;                 // 12
+    double freqHigh;             // 20
+    std::int32_t quadraticFlag;  // 28  0 in modes 0 and 4
+    std::int32_t ftmsRawMode;    // 32
+    std::int32_t size;           // 36
+    double freqLow;              // 40
+    double freqWidth;            // 48
+};
+static_assert(sizeof(FTMSCalibrationBlock) == 56 && offsetof(FTMSCalibrationBlock, quadraticFlag) == 28);
+
 struct IonTrapCalibrationBlock {
     static constexpr std::uint16_t Type = 4097;
 
@@ -65,6 +143,47 @@ struct LINEARCalibrationBlock {
     double c1;  // 8
 };
 static_assert(sizeof(LINEARCalibrationBlock) == 16 && offsetof(LINEARCalibrationBlock, c1) == 8);
+
+constexpr std::uint16_t CALIB_EXTENSION_BLOCK_INFO_MAGIC = 49068;
+constexpr std::uint16_t TOF_COR_CALIB_EXTENSION_BLOCK_MAGIC = 53152;
+constexpr std::uint16_t TOF_COR_CALIB_REF_EXTENSION_BLOCK_MAGIC = 53153;
+
+/// Announces the extension block that follows at once.
+struct CALIB_EXTENSION_BLOCK_INFO {
+    std::uint16_t magic;        //  0
+    std::uint8_t unread2[2];    //  2
+    std::uint32_t identifier;   //  4  not looked at
+    std::uint32_t argument;     //  8  the compensation mode
+    std::uint8_t unread12[12];  // 12
+};
+static_assert(sizeof(CALIB_EXTENSION_BLOCK_INFO) == 24 && offsetof(CALIB_EXTENSION_BLOCK_INFO, argument) == 8);
+
+/// Of a spectrum's calibration. Array offsets count from the start of the extension block.
+struct TofTempCorrCalibrationExtensionBlock {
+    std::uint16_t magic;          //  0
+    std::uint8_t unread2[2];      //  2
+    std::uint32_t wholeSize;      //  4  from this block's start to what follows it
+    std::uint8_t unread8[4];      //  8
+    std::uint32_t factorsOffset;  // 12
+    std::uint16_t factorsCount;   // 16
+    std::uint8_t unread18[2];     // 18
+};
+static_assert(sizeof(TofTempCorrCalibrationExtensionBlock) == 20 &&
+              offsetof(TofTempCorrCalibrationExtensionBlock, factorsOffset) == 12);
+
+/// Of a reference calibration.
+struct TofTempCorrCalibrationRefExtensionBlock {
+    std::uint16_t magic;               //  0
+    std::uint8_t unread2[2];           //  2
+    std::uint32_t wholeSize;           //  4
+    std::uint8_t unread8[8];           //  8
+    std::uint32_t temperaturesOffset;  // 16
+    std::uint32_t factorsOffset;       // 20
+    std::uint16_t temperaturesCount;   // 24
+    std::uint16_t factorsCount;        // 26
+};
+static_assert(sizeof(TofTempCorrCalibrationRefExtensionBlock) == 28 &&
+              offsetof(TofTempCorrCalibrationRefExtensionBlock, temperaturesOffset) == 16);
 
 #pragma pack(pop)
 

@@ -1,8 +1,10 @@
 #include "transformation/conversion/CCOConversionUtil.h"
 
+#include "calibration-core/constants/CalibrationConstantsFTMS.h"
 #include "calibration-core/constants/CalibrationConstantsLinear.h"
 #include "calibration-core/constants/CalibrationConstantsPaladin.h"
 #include "calibration-core/constants/CalibrationConstantsTOF.h"
+#include "calibration-core/constants/CalibrationConstantsTemperatureCompensation.h"
 #include "calibration-core/interfaces/MeasurementModeInfo.h"
 
 #include <boost/throw_exception.hpp>
@@ -27,22 +29,136 @@ const View& viewFor(const std::shared_ptr<Constants>& constants, const char* blo
     return *view;
 }
 
+const ICalibrationConstantsFunctionalTemperatureCompensation& compensationOf(
+    const std::shared_ptr<ICalibrationConstantsFunctional>& functional, const char* block) {
+    return viewFor<ICalibrationConstantsFunctionalTemperatureCompensation>(
+        functional, block, "GetFunctionalConstants", "ICalibrationConstantsFunctionalTemperatureCompensation");
+}
+
+// The blocks are packed: their numbers are handed on by value.
+
+Constants::CalibrationConstantsFunctionalTOF1 lawOf(const TOFCalibrationBlock& block) {
+    return {block.c0, block.c1, block.c2};
+}
+
+Constants::CalibrationConstantsFunctionalTOF2 lawOf(const TOF2CalibrationBlock& block) {
+    return {block.c0, block.c1, block.c2, block.c3, block.c4};
+}
+
+template <class Block>
+std::shared_ptr<ICalibrationConstantsPhysical> axisOf(const Block& block) {
+    return std::make_shared<Constants::CalibrationConstantsPhysicalTOF>(double{block.timeDelay},
+                                                                        double{block.timeBase});
+}
+
+/// The vectors first: setting the temperatures sets a mode of its own.
+template <class Compensated, class Block>
+std::shared_ptr<Compensated> compensatedLawOf(const Block& block, std::int32_t compensationCode,
+                                              const std::vector<double>& temperatures,
+                                              const std::vector<double>& factors) {
+    auto law = std::make_shared<Compensated>(lawOf(block));
+    law->SetMeasuredTemperatures(temperatures);
+    law->SetCorrectionFactors(factors);
+    law->SetCompensationMode(CCOConversionUtil::modeOfCode(compensationCode));
+    return law;
+}
+
+using CompensatedTof1 = Constants::CalibrationConstantsFunctionalTOF1TemperatureCompensation;
+using CompensatedTof2 = Constants::CalibrationConstantsFunctionalTOF2TemperatureCompensation;
+
 }  // namespace
+
+ENUM_TEMPERATURE_COMPENSATION_MODE CCOConversionUtil::modeOfCode(std::int32_t compensationCode) {
+    switch (compensationCode) {
+        case 0:
+            return TEMPERATURE_COMPENSATION_MEASURED;
+        case 1:
+            return TEMPERATURE_COMPENSATION_ADAPTED_ONE;
+        default:
+            return TEMPERATURE_COMPENSATION_NONE;
+    }
+}
+
+std::int32_t CCOConversionUtil::codeOfMode(ENUM_TEMPERATURE_COMPENSATION_MODE mode) {
+    switch (mode) {
+        case TEMPERATURE_COMPENSATION_MEASURED:
+            return 0;
+        case TEMPERATURE_COMPENSATION_ADAPTED_ONE:
+            return 1;
+        default:
+            return 255;
+    }
+}
 
 CCOConversionUtil::TransformatorPtr CCOConversionUtil::MapQSF2CCO(const TOFCalibrationBlock& block,
                                                                   const Factory& factory) {
-    return factory.createTransformatorTof(
-        std::make_shared<Constants::CalibrationConstantsFunctionalTOF1>(double{block.c0}, double{block.c1},
-                                                                        double{block.c2}),
-        std::make_shared<Constants::CalibrationConstantsPhysicalTOF>(double{block.timeDelay}, double{block.timeBase}));
+    return factory.createTransformatorTof(std::make_shared<Constants::CalibrationConstantsFunctionalTOF1>(lawOf(block)),
+                                          axisOf(block));
 }
 
-CCOConversionUtil::TransformatorPtr CCOConversionUtil::MapQSF2CCO(const TOFCalibrationRefBlock& block,
+CCOConversionUtil::TransformatorPtr CCOConversionUtil::MapQSF2CCO(const TOF2CalibrationBlock& block,
                                                                   const Factory& factory) {
-    auto transformator = MapQSF2CCO(block.block, factory);
+    return factory.createTransformatorTof2(
+        std::make_shared<Constants::CalibrationConstantsFunctionalTOF2>(lawOf(block)), axisOf(block));
+}
+
+CCOConversionUtil::TransformatorPtr CCOConversionUtil::MapQSF2CCO(const TOFCORRCalibrationBlock& block,
+                                                                  const Factory& factory) {
+    const Values value{block.correctionFactor};
+    return factory.createTransformatorTof(
+        compensatedLawOf<CompensatedTof1>(block.tof, block.compensationCode, value, value), axisOf(block.tof));
+}
+
+CCOConversionUtil::TransformatorPtr CCOConversionUtil::MapQSF2CCO(const Tof2TempCorrCalibrationBlock& block,
+                                                                  const Values& factors, const Factory& factory) {
+    return factory.createTransformatorTof2(
+        compensatedLawOf<CompensatedTof2>(block.tof2, block.compensationCode, factors, factors), axisOf(block.tof2));
+}
+
+CCOConversionUtil::TransformatorPtr CCOConversionUtil::MapQSF2CCO(const TOFCORRCalibrationRefBlock& block,
+                                                                  const Factory& factory) {
+    return asReference(
+        factory.createTransformatorTof(
+            compensatedLawOf<CompensatedTof1>(block.tof, block.compensationCode, {double{block.referenceTemperature}},
+                                              {double{block.correctionFactor}}),
+            axisOf(block.tof)),
+        block.key);
+}
+
+CCOConversionUtil::TransformatorPtr CCOConversionUtil::MapQSF2CCO(const Tof2TempCorrCalibrationRefBlock& block,
+                                                                  const Values& temperatures, const Values& factors,
+                                                                  const Factory& factory) {
+    if (temperatures.empty() && factors.empty())
+        return asReference(MapQSF2CCO(block.tof2, factory), block.key);
+    return asReference(factory.createTransformatorTof2(
+                           compensatedLawOf<CompensatedTof2>(block.tof2, block.compensationCode, temperatures, factors),
+                           axisOf(block.tof2)),
+                       block.key);
+}
+
+CCOConversionUtil::TransformatorPtr CCOConversionUtil::MapQSF2CCO(const FTMSCalibrationBlock& block,
+                                                                  const Factory& factory) {
+    return factory.createTransformatorIcr(
+        factory.createConstantsFunctionalIcr(block.calibMode, block.ftmsRawMode, block.size, block.quadraticFlag != 0,
+                                             block.alpha, block.beta, block.freqHigh),
+        std::make_shared<Constants::CalibrationConstantsPhysicalFTMS>(double{block.freqLow}, double{block.freqWidth},
+                                                                      int{block.size}, int{block.calibMode},
+                                                                      int{block.ftmsRawMode}));
+}
+
+CCOConversionUtil::TransformatorPtr CCOConversionUtil::asReference(TransformatorPtr transformator,
+                                                                   const CalibKey& key) {
     transformator->SetMeasurementModeInfo(std::make_shared<Transformation::MeasurementModeInfo>(
-        block.key.polarity, block.key.acquisitionMode, block.key.scanMode, block.key.msLevel));
+        key.polarity, key.acquisitionMode, key.scanMode, key.msLevel));
     return transformator;
+}
+
+CalibKey CCOConversionUtil::keyOf(const ICalibrationTransformator& transformator) {
+    const auto mode = transformator.GetMeasurementModeInfo();
+    if (!mode)
+        BOOST_THROW_EXCEPTION(
+            std::invalid_argument("CCOConversionUtil::MapCCO2QSF: no mode of GetMeasurementModeInfo."));
+    return {mode->GetAcquisitionMode(), mode->GetPolarity(), mode->GetMSMSLevel(), mode->GetScanMode()};
 }
 
 CCOConversionUtil::TransformatorPtr CCOConversionUtil::MapQSF2CCO(const IonTrapCalibrationBlock& block,
@@ -71,13 +187,95 @@ void CCOConversionUtil::MapCCO2QSF(const ICalibrationTransformator& transformato
     block.c2 = law.GetStoredC2();
 }
 
-void CCOConversionUtil::MapCCO2QSF(const ICalibrationTransformator& transformator, TOFCalibrationRefBlock& block) {
-    MapCCO2QSF(transformator, block.block);
-    const auto mode = transformator.GetMeasurementModeInfo();
-    if (!mode)
-        BOOST_THROW_EXCEPTION(std::invalid_argument(
-            "CCOConversionUtil::MapCCO2QSF(TOFCalibrationRefBlock): no mode of GetMeasurementModeInfo."));
-    block.key = {mode->GetAcquisitionMode(), mode->GetPolarity(), mode->GetMSMSLevel(), mode->GetScanMode()};
+void CCOConversionUtil::MapCCO2QSF(const ICalibrationTransformator& transformator, TOF2CalibrationBlock& block) {
+    const auto physical = transformator.GetPhysicalConstants();
+    const auto& axis = viewFor<ICalibrationConstantsPhysicalTOF>(
+        physical, "TOF2CalibrationBlock", "GetPhysicalConstants", "ICalibrationConstantsPhysicalTOF");
+    const auto functional = transformator.GetFunctionalConstants();
+    const auto& law = viewFor<Constants::CalibrationConstantsFunctionalTOF2>(
+        functional, "TOF2CalibrationBlock", "GetFunctionalConstants", "ICalibrationConstantsFunctionalTOF2");
+    block = {axis.GetTimeDelay(), axis.GetTimeBase(), law.GetStoredC0(), law.GetStoredC1(),
+             law.GetStoredC2(),   law.GetStoredC3(),  law.GetShift()};
+}
+
+void CCOConversionUtil::MapCCO2QSF(const ICalibrationTransformator& transformator, TOFCORRCalibrationBlock& block) {
+    MapCCO2QSF(transformator, block.tof);
+    const auto functional = transformator.GetFunctionalConstants();
+    const auto& law = compensationOf(functional, "TOFCORRCalibrationBlock");
+    block.compensationCode = codeOfMode(law.GetCompensationMode());
+    block.correctionFactor = law.GetCorrectionFactors().at(0);
+}
+
+void CCOConversionUtil::MapCCO2QSF(const ICalibrationTransformator& transformator, TOFCORRCalibrationRefBlock& block) {
+    MapCCO2QSF(transformator, block.tof);
+    block.key = keyOf(transformator);
+    const auto functional = transformator.GetFunctionalConstants();
+    const auto& law = compensationOf(functional, "TOFCORRCalibrationRefBlock");
+    block.compensationCode = codeOfMode(law.GetCompensationMode());
+    block.referenceTemperature = law.GetMeasuredTemperatures().at(0);
+    block.correctionFactor = law.GetCorrectionFactors().at(0);
+}
+
+void CCOConversionUtil::MapCCO2QSF(const ICalibrationTransformator& transformator,
+                                   Tof2TempCorrCalibrationBlock& block) {
+    MapCCO2QSF(transformator, block.tof2);
+    const auto functional = transformator.GetFunctionalConstants();
+    block.compensationCode =
+        codeOfMode(compensationOf(functional, "Tof2TempCorrCalibrationBlock").GetCompensationMode());
+}
+
+void CCOConversionUtil::MapCCO2QSF(const ICalibrationTransformator& transformator,
+                                   Tof2TempCorrCalibrationRefBlock& block) {
+    MapCCO2QSF(transformator, block.tof2);
+    block.key = keyOf(transformator);
+    const auto functional = transformator.GetFunctionalConstants();
+    block.compensationCode =
+        codeOfMode(compensationOf(functional, "Tof2TempCorrCalibrationRefBlock").GetCompensationMode());
+}
+
+void CCOConversionUtil::MapCCO2QSF(const ICalibrationTransformator& transformator, FTMSCalibrationBlock& block) {
+    const auto functional = transformator.GetFunctionalConstants();
+    const auto& law = viewFor<ICalibrationConstantsFunctionalFTMS>(
+        functional, "FTMSCalibrationBlock", "GetFunctionalConstants", "ICalibrationConstantsFunctionalFTMS");
+    const auto physical = transformator.GetPhysicalConstants();
+    const auto& axis = viewFor<ICalibrationConstantsPhysicalFTMS>(
+        physical, "FTMSCalibrationBlock", "GetPhysicalConstants", "ICalibrationConstantsPhysicalFTMS");
+    const int mode = functional->GetCalibMode();
+    block.calibMode = mode;
+    block.ftmsRawMode = law.GetFTMSRawMode();
+    block.size = axis.GetSize();
+    block.freqLow = axis.GetFreqLow();
+    block.freqWidth = axis.GetFreqWidth();
+    switch (mode) {
+        case 0:
+        case 4: {
+            const auto& linear = viewFor<ICalibrationConstantsFunctionalFTMS04>(
+                functional, "FTMSCalibrationBlock", "GetFunctionalConstants", "ICalibrationConstantsFunctionalFTMS04");
+            block.alpha = 0.0;
+            block.beta = linear.GetBeta();
+            block.freqHigh = linear.GetFreqHigh();
+            block.quadraticFlag = 0;
+            return;
+        }
+        case 1:
+        case 3:
+        case 5:
+        case 6: {
+            const auto& quadratic = viewFor<ICalibrationConstantsFunctionalFTMS1356>(
+                functional, "FTMSCalibrationBlock", "GetFunctionalConstants",
+                "ICalibrationConstantsFunctionalFTMS1356");
+            block.alpha = quadratic.GetAlpha();
+            block.beta = quadratic.GetBeta();
+            block.freqHigh = quadratic.GetFreqHigh();
+            block.quadraticFlag = law.GetQuadraticFlag() ? 1 : 0;
+            return;
+        }
+        case 2:
+            BOOST_THROW_EXCEPTION(std::invalid_argument("MapCCO2QSF: CalibMode 2 not implemented [QX]."));
+        default:
+            BOOST_THROW_EXCEPTION(std::invalid_argument(
+                "MapCCO2QSF: Invalid FTMS Mode: 0, 1, 2, 3, 4, 5 and 6 are possible, got " + std::to_string(mode)));
+    }
 }
 
 void CCOConversionUtil::MapCCO2QSF(const ICalibrationTransformator& transformator, IonTrapCalibrationBlock& block) {

@@ -1,5 +1,6 @@
 #include "calibration-core/interfaces/CalibrationTransformatorFactory.h"
 
+#include "calibration-core/constants/CalibrationConstantsFTMS.h"
 #include "transformation/NewTransformator.h"
 
 #include <boost/throw_exception.hpp>
@@ -53,8 +54,12 @@ const std::shared_ptr<const ICalibrationTransformatorFactory>& CalibrationTransf
 
 Factory::TransformatorPtr CalibrationTransformatorFactory::createTransformator(const FunctionalPtr& functional,
                                                                                const PhysicalPtr& physical) const {
+    if (isFamily<ICalibrationConstantsFunctionalTOF2, ICalibrationConstantsPhysicalTOF>(functional, physical))
+        return createTransformatorTof2(functional, physical);
     if (isFamily<ICalibrationConstantsFunctionalTOF1, ICalibrationConstantsPhysicalTOF>(functional, physical))
         return createTransformatorTof(functional, physical);
+    if (isFamily<ICalibrationConstantsFunctionalFTMS, ICalibrationConstantsPhysicalFTMS>(functional, physical))
+        return createTransformatorIcr(functional, physical);
     if (isFamily<ICalibrationConstantsFunctionalPaladin, ICalibrationConstantsPhysicalPaladin>(functional, physical))
         return createTransformatorTrap(functional, physical);
     if (isFamily<ICalibrationConstantsFunctionalLinear, ICalibrationConstantsPhysicalLinear>(functional, physical))
@@ -84,6 +89,67 @@ Factory::TransformatorPtr CalibrationTransformatorFactory::createTransformatorTo
                                                                       "ICalibrationConstantsFunctionalTOF1");
     return law.GetStoredC2() == 0.0 ? make<CalibrationTransformatorTOFLinear>(functional, physical)
                                     : make<CalibrationTransformatorTOFQuadratic>(functional, physical);
+}
+
+Factory::TransformatorPtr CalibrationTransformatorFactory::createTransformatorTof2(const FunctionalPtr& functional,
+                                                                                   const PhysicalPtr& physical) const {
+    const auto& law = familyView<ICalibrationConstantsFunctionalTOF2>(functional, "createTransformatorTof2",
+                                                                      "ICalibrationConstantsFunctionalTOF2");
+    if (law.GetStoredC3() != 0.0)
+        return make<CalibrationTransformatorTOF2Cubic>(functional, physical);
+    return law.GetStoredC2() != 0.0 ? make<CalibrationTransformatorTOF2Quadratic>(functional, physical)
+                                    : make<CalibrationTransformatorTOF2Linear>(functional, physical);
+}
+
+Factory::TransformatorPtr CalibrationTransformatorFactory::createTransformatorIcr(const FunctionalPtr& functional,
+                                                                                  const PhysicalPtr& physical) const {
+    if (dynamic_cast<const ICalibrationConstantsFunctionalFTMS*>(functional.get()) == nullptr)
+        BOOST_THROW_EXCEPTION(
+            std::invalid_argument("kvan::calibration::Transformation::CalibrationTransformatorFactory::"
+                                  "createTransformatorIcr: expected ICalibrationConstantsFunctionalFTMS"));
+    switch (const int mode = functional->GetCalibMode()) {
+        case 0:
+        case 4:
+            return make<CalibrationTransformatorFTMS04>(functional, physical);
+        case 1:
+        case 5:
+            return make<CalibrationTransformatorFTMS15>(functional, physical);
+        case 2:
+            BOOST_THROW_EXCEPTION(std::invalid_argument(
+                "CalibrationTransformatorFactory::createTransformatorIcr: mode 2 not supported [QX]"));
+        case 3:
+        case 6:
+            BOOST_THROW_EXCEPTION(std::invalid_argument(
+                "CalibrationTransformatorFactory::createTransformatorIcr: mode 3 and 6 not supported [QX]"));
+        default:
+            BOOST_THROW_EXCEPTION(std::invalid_argument(
+                "CalibrationTransformatorFactory::createTransformatorIcr: unknown ftms mode. Expected 0..6, but "
+                "CalibMode = " +
+                std::to_string(mode)));
+    }
+}
+
+Factory::FunctionalPtr CalibrationTransformatorFactory::createConstantsFunctionalIcr(int calibMode, int ftmsRawMode,
+                                                                                     int, bool quadraticFlag,
+                                                                                     double alpha, double beta,
+                                                                                     double freqHigh) const {
+    switch (calibMode) {
+        case 0:
+        case 4:
+            return std::make_shared<Constants::CalibrationConstantsFunctionalFTMS04>(beta, freqHigh, calibMode,
+                                                                                     ftmsRawMode);
+        case 1:
+        case 3:
+        case 5:
+        case 6:
+            return std::make_shared<Constants::CalibrationConstantsFunctionalFTMS1356>(
+                alpha, beta, freqHigh, quadraticFlag, calibMode, ftmsRawMode);
+        case 2:
+            BOOST_THROW_EXCEPTION(std::invalid_argument(
+                "CalibrationTransformatorFactory::createConstantsFunctionalIcr: mode 2 not supported [QX]"));
+        default:
+            BOOST_THROW_EXCEPTION(std::invalid_argument("unknown icr mode in serialization"));
+    }
 }
 
 }  // namespace kvan::calibration::Transformation

@@ -1,0 +1,162 @@
+#include "serialization/CompensationExtensions.h"
+
+#include "legacycalibration/serialization/CalibrationBlocks.h"
+#include "legacycalibration/serialization/CalibratorUtil.h"
+#include "temperaturecompensation/TemperatureCompensationInfo.h"
+
+#include <boost/numeric/conversion/cast.hpp>
+#include <boost/throw_exception.hpp>
+#include <stdexcept>
+#include <string>
+
+namespace kvan::calibration {
+
+using namespace tqclegacy::CALIBRATION;
+
+namespace {
+
+using TransformatorPtr = std::shared_ptr<ICalibrationTransformator>;
+using Compensation = ICalibrationConstantsFunctionalTemperatureCompensation;
+using Values = std::vector<double>;
+
+/// Written into every info; readers do not look at it.
+constexpr std::uint32_t g_identifier = 1;
+
+/// The vectors first: setting the temperatures sets a mode of its own.
+void setCompensation(ICalibrationTransformator& transformator, const Values& temperatures, const Values& factors,
+                     ENUM_TEMPERATURE_COMPENSATION_MODE mode) {
+    const auto functional = transformator.GetFunctionalConstants();
+    auto& compensation = dynamic_cast<Compensation&>(*functional);
+    compensation.SetMeasuredTemperatures(temperatures);
+    compensation.SetCorrectionFactors(factors);
+    compensation.SetCompensationMode(mode);
+    transformator.SetFunctionalConstants(functional);
+}
+
+/// Goes behind the block that began at `start`. Nothing may follow it.
+void endAtBlockEnd(CalibBlobReadAccess& access, std::size_t start, std::uint32_t wholeSize, const char* reader) {
+    if (!access.Seek(start + wholeSize))
+        CalibratorUtil::ThrowReadFailure();
+    if (!access.IsAtEnd())
+        BOOST_THROW_EXCEPTION(std::runtime_error(
+            std::string("kvan::calibration::CalibrationTransformatorFactorySerialization::") + reader +
+            ": Invalid serialization: data invalid. Was data written with newer software?"));
+}
+
+void writeInfo(CalibBlobWriteAccess& access, const Compensation& compensation) {
+    CALIB_EXTENSION_BLOCK_INFO info{};
+    info.magic = CALIB_EXTENSION_BLOCK_INFO_MAGIC;
+    info.identifier = g_identifier;
+    info.argument = static_cast<std::uint32_t>(compensation.GetCompensationMode());
+    CalibratorUtil::WriteRecord(access, info);
+}
+
+void writeExtension(const Compensation& compensation, CalibBlobWriteAccess& access) {
+    const Values& factors = compensation.GetCorrectionFactors();
+    writeInfo(access, compensation);
+    TofTempCorrCalibrationExtensionBlock block{};
+    block.magic = TOF_COR_CALIB_EXTENSION_BLOCK_MAGIC;
+    block.wholeSize = static_cast<std::uint32_t>(sizeof block + factors.size() * sizeof(double));
+    block.factorsOffset = sizeof block;
+    block.factorsCount = boost::numeric_cast<std::uint16_t>(factors.size());
+    CalibratorUtil::WriteRecord(access, block);
+    CalibratorUtil::WriteDoubles(access, factors);
+}
+
+void writeRefExtension(const Compensation& compensation, CalibBlobWriteAccess& access) {
+    const Values& temperatures = compensation.GetMeasuredTemperatures();
+    const Values& factors = compensation.GetCorrectionFactors();
+    const std::size_t temperaturesEnd = sizeof(TofTempCorrCalibrationRefExtensionBlock) + temperatures.size() * 8;
+    writeInfo(access, compensation);
+    TofTempCorrCalibrationRefExtensionBlock block{};
+    block.magic = TOF_COR_CALIB_REF_EXTENSION_BLOCK_MAGIC;
+    block.wholeSize = static_cast<std::uint32_t>(temperaturesEnd + factors.size() * 8);
+    block.temperaturesOffset = sizeof block;
+    block.temperaturesCount = boost::numeric_cast<std::uint16_t>(temperatures.size());
+    block.factorsOffset = static_cast<std::uint32_t>(temperaturesEnd);
+    block.factorsCount = boost::numeric_cast<std::uint16_t>(factors.size());
+    CalibratorUtil::WriteRecord(access, block);
+    CalibratorUtil::WriteDoubles(access, temperatures);
+    CalibratorUtil::WriteDoubles(access, factors);
+}
+
+}  // namespace
+
+TransformatorPtr DeserializeExtension(const TransformatorPtr& transformator, CalibBlobReadAccess& access) {
+    const auto info = CalibratorUtil::ReadRecord<CALIB_EXTENSION_BLOCK_INFO>(access);
+    if (info.magic != CALIB_EXTENSION_BLOCK_INFO_MAGIC)
+        BOOST_THROW_EXCEPTION(
+            std::runtime_error("kvan::calibration::CalibrationTransformatorFactorySerialization::DeserializeExtension: "
+                               "invalid serialization: id unknown"));
+    const auto mode = Compensation::compensationModeFromInt(static_cast<int>(info.argument));
+    auto compensated = TemperatureCompensation::addTemperatureCompensationInfo(transformator, {}, {});
+
+    const std::size_t start = access.Position();
+    const auto block = CalibratorUtil::ReadRecord<TofTempCorrCalibrationExtensionBlock>(access);
+    if (block.magic != TOF_COR_CALIB_EXTENSION_BLOCK_MAGIC)
+        BOOST_THROW_EXCEPTION(std::runtime_error(
+            "VerifyExtensionInfoHeader(const CALIB_EXTENSION_BLOCK_INFO& header): Magic number is not "
+            "TOF_COR_CALIB_EXTENSION_BLOCK_MAGIC. Expected " +
+            std::to_string(TOF_COR_CALIB_EXTENSION_BLOCK_MAGIC) +
+            " but m_Data.stHeader.usMagicNumber = " + std::to_string(block.magic)));
+    const Values factors = CalibratorUtil::ReadDoubles(access, start, block.factorsOffset, block.factorsCount);
+    endAtBlockEnd(access, start, block.wholeSize, "DeserializeExtension");
+    setCompensation(*compensated, factors, factors, mode);
+    return compensated;
+}
+
+TransformatorPtr DeserializeRefExtension(const TransformatorPtr& transformator, CalibBlobReadAccess& access) {
+    const auto info = CalibratorUtil::ReadRecord<CALIB_EXTENSION_BLOCK_INFO>(access);
+    if (info.magic != CALIB_EXTENSION_BLOCK_INFO_MAGIC)
+        BOOST_THROW_EXCEPTION(std::runtime_error(
+            "kvan::calibration::CalibrationTransformatorFactorySerialization::DeserializeRefExtension: invalid "
+            "serialization: id unknown: Should be CALIB_EXTENSION_BLOCK_INFO_MAGIC (" +
+            std::to_string(CALIB_EXTENSION_BLOCK_INFO_MAGIC) + ") but is " + std::to_string(info.magic) + "."));
+    const auto mode = Compensation::compensationModeFromInt(static_cast<int>(info.argument));
+    auto compensated = TemperatureCompensation::addTemperatureCompensationInfo(transformator, {}, {});
+
+    const std::size_t start = access.Position();
+    const auto block = CalibratorUtil::ReadRecord<TofTempCorrCalibrationRefExtensionBlock>(access);
+    if (block.magic != TOF_COR_CALIB_REF_EXTENSION_BLOCK_MAGIC)
+        BOOST_THROW_EXCEPTION(std::runtime_error(
+            "Read(FileAccessPolicy& FileAccess): Magic number is not TOF_COR_CALIB_REF_EXTENSION_BLOCK_MAGIC. "
+            "Expected " +
+            std::to_string(TOF_COR_CALIB_REF_EXTENSION_BLOCK_MAGIC) +
+            " but m_Data.stHeader.usMagicNumber = " + std::to_string(block.magic)));
+    const Values temperatures =
+        CalibratorUtil::ReadDoubles(access, start, block.temperaturesOffset, block.temperaturesCount);
+    const Values factors = CalibratorUtil::ReadDoubles(access, start, block.factorsOffset, block.factorsCount);
+    endAtBlockEnd(access, start, block.wholeSize, "DeserializeRefExtension");
+    setCompensation(*compensated, temperatures, factors, mode);
+    return compensated;
+}
+
+void SerializeExtension(const ICalibrationTransformator& transformator, BlobForm form, CalibBlobWriteAccess& access) {
+    constexpr int compensatedTof1 = 9;
+    if (transformator.GetFunctionalTypeCode() != compensatedTof1)
+        return;
+    const auto functional = transformator.GetFunctionalConstants();
+    const auto& compensation = dynamic_cast<const Compensation&>(*functional);
+    const std::size_t temperatures = compensation.GetMeasuredTemperatures().size();
+    const std::size_t factors = compensation.GetCorrectionFactors().size();
+    if (form == BlobForm::Plain && factors > 1)
+        writeExtension(compensation, access);
+    if (form == BlobForm::Reference && (temperatures > 1 || factors > 1))
+        writeRefExtension(compensation, access);
+}
+
+void requireReferenceData(const Compensation& compensation) {
+    if (compensation.GetMeasuredTemperatures().empty())
+        BOOST_THROW_EXCEPTION(std::runtime_error("Invalid reference calibrator: no temperatures"));
+    if (compensation.GetCorrectionFactors().empty())
+        BOOST_THROW_EXCEPTION(std::runtime_error("Invalid reference calibrator: no correction factors"));
+}
+
+bool holdsReferenceData(const Compensation& compensation) {
+    if (compensation.GetMeasuredTemperatures().empty() && compensation.GetCorrectionFactors().empty())
+        return false;
+    requireReferenceData(compensation);
+    return true;
+}
+
+}  // namespace kvan::calibration

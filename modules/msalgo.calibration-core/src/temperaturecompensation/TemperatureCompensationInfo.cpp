@@ -1,0 +1,29 @@
+#include "temperaturecompensation/TemperatureCompensationInfo.h"
+
+#include "calibration-core/constants/CalibrationConstantsTemperatureCompensation.h"
+
+#include <boost/throw_exception.hpp>
+#include <stdexcept>
+
+namespace kvan::calibration::TemperatureCompensation {
+
+std::shared_ptr<ICalibrationTransformator> addTemperatureCompensationInfo(
+    const std::shared_ptr<ICalibrationTransformator>& transformator, const std::vector<double>& temperatures,
+    const std::vector<double>& factors) {
+    const auto functional = transformator->GetFunctionalConstants();
+    if (std::dynamic_pointer_cast<ICalibrationConstantsFunctionalTemperatureCompensation>(functional))
+        BOOST_THROW_EXCEPTION(std::runtime_error("Already contains temp-comp info."));
+    const auto law = std::dynamic_pointer_cast<Constants::CalibrationConstantsFunctionalTOF1>(functional);
+    if (!law || transformator->GetFunctionalTypeCode() != 1)
+        BOOST_THROW_EXCEPTION(std::runtime_error("Non-supported strategy."));
+
+    const auto compensated =
+        std::make_shared<Constants::CalibrationConstantsFunctionalTOF1TemperatureCompensation>(*law);
+    compensated->SetMeasuredTemperatures(temperatures);
+    compensated->SetCorrectionFactors(factors);
+    auto copy = cloneObject(transformator);
+    copy->SetFunctionalConstants(compensated);
+    return copy;
+}
+
+}  // namespace kvan::calibration::TemperatureCompensation
