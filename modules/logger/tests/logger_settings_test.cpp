@@ -1,6 +1,7 @@
 #include "lib/isink.h"
 #include "log_fixture.h"
 
+#include <cstdlib>
 #include <regex>
 
 namespace kvan::logging::impl {
@@ -85,6 +86,21 @@ TEST_F(LoggerSettingsTest, LongestNameRulesAndInheritsWhatItLeavesOpen) {
         entry.sink->write("line\n");
     EXPECT_EQ(contentOf("b.log"), "line\nline\n");
     EXPECT_EQ(contentOf("a.log"), "") << "made, though nothing was written";
+}
+
+TEST_F(LoggerSettingsTest, ExamplesOfTheDocumentationAreAccepted) {
+    ::setenv("HOME", m_directory.c_str(), 1);
+    ::setenv("XDG_DATA_HOME", m_directory.c_str(), 1);
+    boost::filesystem::ifstream file(LOGGING_DOCUMENTATION);
+    const std::string text{std::istreambuf_iterator<char>(file), {}};
+    const std::regex block("(<kvan-logconf>[^]*?</kvan-logconf>)");
+    int examples = 0;
+    for (std::sregex_iterator found(text.begin(), text.end(), block), end; found != end; ++found, ++examples) {
+        const std::string example = std::regex_replace((*found)[1].str(), std::regex("exe\\.home"), "user.home");
+        EXPECT_NO_THROW(LoggerSettings::parse(example, "example")) << example;
+    }
+    EXPECT_EQ(examples, 6);
+    EXPECT_TRUE(boost::filesystem::exists(at("qsf.log")));
 }
 
 }  // namespace

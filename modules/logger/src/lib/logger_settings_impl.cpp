@@ -17,9 +17,9 @@ namespace {
 
 using boost::property_tree::ptree;
 
-/// The reader of XML goes one call deeper with each nested element, so their number is what the stack must hold. A
-/// configuration of a thousand loggers stays far below.
-constexpr std::ptrdiff_t g_mostTags = 10000;
+/// The reader of XML goes one call deeper with each nested element, some 300 bytes of stack, so their number is
+/// bounded. A configuration of a thousand loggers stays below.
+constexpr std::ptrdiff_t g_mostTags = 4000;
 
 [[noreturn]] void fail(const std::string& reason) {
     BOOST_THROW_EXCEPTION(std::runtime_error(reason));
