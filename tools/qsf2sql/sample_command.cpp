@@ -115,6 +115,12 @@ void addSampleCommand(CLI::App& app, Output& output) {
                {"paladin-quadratic", sample::CalibrationFamily::PaladinQuadratic},
                {"linear", sample::CalibrationFamily::Linear}},
               "Law of the m/z axis (tof-quadratic)");
+    addChoice(command, "--compressor", run.compressor,
+              {{"none", sample::Compressor::None},
+               {"vlc", sample::Compressor::Vlc},
+               {"vli2", sample::Compressor::Vli2},
+               {"zlib", sample::Compressor::ZLib}},
+              "How profiles are stored (none); vlc and vli2 take integers only");
     command.add_flag("--float", run.floatProfiles, "Store profiles as 32-bit floats");
     command.add_flag("--no-lines", options->noLines, "Write no peak lists");
     command.add_flag("--no-references", options->noReferences, "Write no reference calibrations");
@@ -122,6 +128,7 @@ void addSampleCommand(CLI::App& app, Output& output) {
     command.footer(R"(Examples:
   qsf2sql sample demo-run
   qsf2sql sample big --spectra 1000000 --profiles none --max-lines 8
+  qsf2sql sample packed --compressor vlc
   qsf2sql sample trap --calibration paladin-quadratic --points 30000 --polarity both)");
     command.callback([options, &output] { writeSample(*options, output); });
 }

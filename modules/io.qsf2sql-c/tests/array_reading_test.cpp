@@ -1,4 +1,5 @@
 #include "road.h"
+#include "sample-analysis/packing.h"
 
 #include <boost/filesystem/fstream.hpp>
 #include <limits>
@@ -35,6 +36,52 @@ TEST_F(ArrayReading, ScansOfEveryServedElementTypeAsEveryType) {
     EXPECT_EQ(storage.read<float>(scan(2))[1], 16777216.0F);
     EXPECT_EQ(storage.length(scan(3)), 0);
     EXPECT_TRUE(storage.read<float>(scan(3)).empty());
+}
+
+// Counts of all sizes, with repeats, signs of differences and runs of zeros; long enough for every road in a decoder.
+std::vector<std::uint32_t> counts() {
+    std::vector<std::uint32_t> elements(70'000);
+    for (std::uint32_t index = 0; index < elements.size(); ++index)
+        elements[index] = index % 1000 < 300 ? 0 : index * 2654435761u >> index % 31;
+    return elements;
+}
+
+TEST_F(ArrayReading, ScansOfEveryCompressorAsEveryType) {
+    const std::vector<std::uint32_t> profile = counts();
+    for (const auto compressor : {sample::Compressor::Vlc, sample::Compressor::Vli2, sample::Compressor::ZLib}) {
+        SCOPED_TRACE(sample::guidOf(compressor));
+        sample::ProfilePacker packer(compressor);
+        std::vector<SpectrumData> spectra = {{.profile = packer.pack(profile)},
+                                             {.profile = packer.pack(std::vector<std::uint32_t>())},
+                                             {.profile = profile}};
+        const bool isZLib = compressor == sample::Compressor::ZLib;
+        if (isZLib)
+            spectra.push_back({.profile = packer.pack(std::vector<float>(profile.begin(), profile.end()))});
+        const auto locations = write(spectra, {.compressors = {sample::guidOf(compressor)}});
+        const Storage storage(mainFile());
+        const auto scan = [&](std::size_t index) { return arrayId(66, locations[index].scan); };
+        EXPECT_EQ(storage.read<std::uint32_t>(scan(0)), profile);
+        EXPECT_EQ(storage.read<double>(scan(0)), std::vector<double>(profile.begin(), profile.end()));
+        EXPECT_EQ(storage.read<float>(scan(0)), std::vector<float>(profile.begin(), profile.end()));
+        EXPECT_EQ(storage.length(scan(1)), 0);
+        EXPECT_EQ(storage.read<std::uint32_t>(scan(2)), profile) << "a plain scan among packed ones";
+        if (isZLib) {
+            EXPECT_EQ(storage.read<float>(scan(3)), std::vector<float>(profile.begin(), profile.end()));
+        }
+    }
+}
+
+TEST_F(ArrayReading, DamagedPackedScanIsNamedAndSpoilsNoOther) {
+    sample::ProfilePacker packer(sample::Compressor::Vlc);
+    auto packed = std::get<sample::PackedVector>(packer.pack(counts()));
+    const SpectrumData whole{.profile = packed};
+    packed.bytes[4] ^= 1;
+    const auto locations =
+        write({{.profile = packed}, whole}, {.compressors = {sample::guidOf(sample::Compressor::Vlc)}});
+    const Storage storage(mainFile());
+    EXPECT_EQ(storage.failureOf(arrayId(66, locations[0].scan)),
+              "Decompression failed; std::exception::what() = !(originalSize == *integerInDestination)");
+    EXPECT_EQ(storage.read<std::uint32_t>(arrayId(66, locations[1].scan)), counts());
 }
 
 TEST_F(ArrayReading, SignedScansAreCountedButNotServed) {

@@ -1,4 +1,5 @@
 #include "block_file.h"
+#include "element_types.h"
 #include "header_blocks.h"
 #include "qsf2sql/qsflib/MainFileRecords.h"
 #include "sample-analysis/native_files.h"
@@ -28,22 +29,6 @@ Record conditionRecord(std::uint16_t type, const Bytes& pool) {
     record.resource = makeHead(type, sizeof record + pool.size());
     record.poolOffset = pool.empty() ? 0 : std::uint32_t{sizeof record};
     return record;
-}
-
-constexpr qsf::ElementType elementTypeOf(std::int32_t) {
-    return qsf::ELEMENT_INT32;
-}
-constexpr qsf::ElementType elementTypeOf(std::uint32_t) {
-    return qsf::ELEMENT_UINT32;
-}
-constexpr qsf::ElementType elementTypeOf(std::int64_t) {
-    return qsf::ELEMENT_INT64;
-}
-constexpr qsf::ElementType elementTypeOf(float) {
-    return qsf::ELEMENT_FLOAT32;
-}
-constexpr qsf::ElementType elementTypeOf(double) {
-    return qsf::ELEMENT_FLOAT64;
 }
 
 template <class T>

@@ -9,6 +9,7 @@
 #include <boost/throw_exception.hpp>
 #include <cmath>
 #include <stdexcept>
+#include <utility>
 
 namespace kvan::sample {
 
@@ -70,6 +71,7 @@ private:
     const double m_duration;
     Elution m_elution;
     AnalysisWriter m_writer;
+    ProfilePacker m_packer;
     Random m_random;
     Instrument m_instrument;
 
@@ -94,6 +96,7 @@ Acquisition::Acquisition(const boost::filesystem::path& directory, const SampleR
       m_duration(durationOf(parameters)),
       m_elution(parameters.seed, m_duration, parameters.coelutingPeptides),
       m_writer(directory, header()),
+      m_packer(parameters.compressor),
       m_random(parameters.seed ^ 0x5A),
       m_instrument(parameters.seed),
       m_negative(parameters.polarities == Polarities::Negative) {}
@@ -114,6 +117,8 @@ AnalysisHeaderData Acquisition::header() const {
     description.instrumentFamily = m_parameters.instrumentFamily;
     if (m_parameters.variables)
         header.variables = Instrument::declarations();
+    if (m_parameters.compressor != Compressor::None)
+        header.compressors.push_back(guidOf(m_parameters.compressor));
     if (!m_parameters.referenceCalibrations || !m_axis.hasReferences())
         return header;
     for (const std::uint8_t polarity : polarities()) {
@@ -206,7 +211,13 @@ void Acquisition::write(const Instrument::Moment& moment, bool withProfile) {
     m_spectrum.info.calibration = MassAxis::blobOf(calibration);
     if (m_parameters.variables)
         m_spectrum.pool = m_instrument.readings(moment);
+    if (!m_spectrum.profile || m_parameters.compressor == Compressor::None) {
+        m_writer.addSpectrum(m_spectrum);
+        return;
+    }
+    ScanData plain = std::exchange(*m_spectrum.profile, m_packer.pack(*m_spectrum.profile));
     m_writer.addSpectrum(m_spectrum);
+    m_spectrum.profile = std::move(plain);  // the detector goes on in its memory
 }
 
 void Acquisition::collectIons() {

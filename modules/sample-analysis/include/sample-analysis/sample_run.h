@@ -1,5 +1,7 @@
 #pragma once
 
+#include "sample-analysis/packing.h"
+
 #include <boost/filesystem/path.hpp>
 #include <cstdint>
 
@@ -23,7 +25,8 @@ struct SampleRunParameters {
     double mzUpper = 1700.0;
     std::uint32_t points = 200'000;  ///< data points of the axis from `mzLower` to `mzUpper`, at least 2
     Profiles profiles = Profiles::Surveys;
-    bool floatProfiles = false;  ///< counts stored as 32-bit floats instead of unsigned integers
+    bool floatProfiles = false;                ///< counts stored as 32-bit floats instead of unsigned integers
+    Compressor compressor = Compressor::None;  ///< of the profiles; only `ZLib` takes floats
     bool lines = true;
     std::uint32_t maxLines = 1000;  ///< the most intense lines of a spectrum that are kept
     std::uint32_t fragmentsPerSurvey = 4;
@@ -43,7 +46,8 @@ struct SampleRunParameters {
 /// fragmented into b and y ions. Peak heights carry counting noise, profiles the noise of the electronics as well. Each
 /// spectrum has its own calibration, which drifts by some parts per million over the run.
 ///
-/// Throws `std::invalid_argument` for parameters that make no run and `std::runtime_error` for a file that cannot be
+/// Throws `std::invalid_argument` for parameters that make no run, the compressor's failure for profiles that it does
+/// not support, and `std::runtime_error` for a file that cannot be
 /// written.
 boost::filesystem::path writeSampleRun(const boost::filesystem::path& directory,
                                        const SampleRunParameters& parameters = {});
