@@ -27,6 +27,7 @@ using kvan::compression::ICompressor;
 
 constexpr char g_vlc[] = "4F1EA0CB-5A6A-43ED-9562-D6D873034577";
 constexpr char g_vli2[] = "7F88E97F-2038-40ba-8F3A-FCA9A9719569";
+constexpr char g_zlib[] = "6BB2E64A-27A0-4575-A66A-4E312C8B9AD7";
 
 std::vector<Profile> profiles(ProfileKind kind, std::size_t count) {
     const std::size_t spectra = count < 100'000 ? 64 : 6;
@@ -87,6 +88,15 @@ void againstInflate(benchmark::State& state, const char* id, ProfileKind kind, d
     benchmarks::reportRatio(state, goal, compressor(id, arrays), decoding(deflated(arrays, 6), arrays, bareInflate));
 }
 
+/// Streams of zlib's own making against zlib.
+void zlibStreams(benchmark::State& state, int level) {
+    const auto arrays = profiles(ProfileKind::Noisy, static_cast<std::size_t>(state.range(0)));
+    const auto blocks = deflated(arrays, level);
+    const auto coder = kvan::compression::getCompressor(boost::uuids::string_generator()(g_zlib));
+    const auto decode = [coder](const Bytes& block, Profile& decoded) { coder->Decompress(block, decoded); };
+    benchmarks::reportRatio(state, 1.15, decoding(blocks, arrays, decode), decoding(blocks, arrays, bareInflate));
+}
+
 /// One kind of data in the place of another, by the element.
 void againstFastest(benchmark::State& state, const char* id, ProfileKind kind, ProfileKind fastest) {
     const auto points = static_cast<std::size_t>(state.range(0));
@@ -132,5 +142,7 @@ BENCHMARK_CAPTURE(againstInflate, vli2_noisy, g_vli2, ProfileKind::Noisy, 1 / 3.
     ->UseManualTime();
 BENCHMARK_CAPTURE(againstInflate, vli2_quiet, g_vli2, ProfileKind::Quiet, 1 / 3.5)->Arg(200'000)->UseManualTime();
 BENCHMARK_CAPTURE(againstInflate, vli2_sparse, g_vli2, ProfileKind::Sparse, 1 / 8.0)->Arg(200'000)->UseManualTime();
+BENCHMARK_CAPTURE(zlibStreams, level_6, 6)->Arg(200'000)->Arg(5'000)->UseManualTime();
+BENCHMARK_CAPTURE(zlibStreams, level_0, 0)->Arg(200'000)->Arg(5'000)->UseManualTime();
 
 }  // namespace

@@ -28,22 +28,16 @@ private:
     std::unique_ptr<Impl> m_impl;
 };
 
-/// Decompresses a zlib stream (RFC 1950) out of `source`, which outlives the stream, and reads ahead in it.
+/// Decompresses a zlib stream (RFC 1950) out of `source`, which outlives the stream, and reads ahead in it. The flags
+/// go there and back as with `OCompressBinary`.
 ///
 /// Damage fails when the part that holds it is decompressed, that is up to a buffer ahead of the bytes that are asked
 /// for. A stream that is cut off ends where its bytes end.
 class IDecompressBinary final : public IBinaryBase {
 public:
-    /// A stream without a source; only `open` may be called.
-    explicit IDecompressBinary(std::uint64_t bufferSize);
     /// `bufferSize` as for `OCompressBinary`.
     IDecompressBinary(IBinaryBase& source, std::uint64_t bufferSize);
     ~IDecompressBinary() override;
-
-    /// Leaves the source and begins a new stream out of `source` in the memory that is there.
-    void open(IBinaryBase& source);
-    /// Leaves the source and gives it the flags back.
-    void close();
 
     void doRead(unsigned char* destination, std::uint64_t bytes) override;
     std::uint64_t readSome(unsigned char* destination, std::uint64_t bytes) override;

@@ -153,7 +153,8 @@ void OCompressBinary::close() {
 /// stream is thus always cut at the same places, whatever the sizes asked for.
 class IDecompressBinary::Impl {
 public:
-    explicit Impl(std::uint64_t bufferSize) : m_input(checkedBufferSize(bufferSize)), m_output(m_input.size()) {
+    Impl(IBinaryBase& source, std::uint64_t bufferSize)
+        : m_source(source), m_input(checkedBufferSize(bufferSize)), m_output(m_input.size()) {
         checkInitialized(inflateInit(&m_stream), m_stream);
     }
     ~Impl() { inflateEnd(&m_stream); }
@@ -161,17 +162,9 @@ public:
     Impl(const Impl&) = delete;
     Impl& operator=(const Impl&) = delete;
 
-    void open(IBinaryBase& source) {
-        m_source = &source;
-        m_isExhausted = m_isEnded = false;
-        setInput(m_stream, m_input.data(), 0);
-        checkInitialized(inflateReset(&m_stream), m_stream);
-        m_drained = m_filled = 0;
-        m_filled = zLibInflation(m_output.data());
-    }
+    IBinaryBase& source() const { return m_source; }
 
-    IBinaryBase* source() const { return m_source; }
-    void letGo() { m_source = nullptr; }
+    void readAhead() { m_filled = zLibInflation(m_output.data()); }
 
     std::uint64_t read(unsigned char* destination, std::uint64_t bytes) {
         std::uint64_t done = 0;
@@ -218,12 +211,12 @@ private:
     }
 
     void fetch() {
-        const std::uint64_t fetched = m_source->readSome(m_input.data(), m_input.size());
+        const std::uint64_t fetched = m_source.readSome(m_input.data(), m_input.size());
         m_isExhausted = fetched < m_input.size();
         setInput(m_stream, m_input.data(), fetched);
     }
 
-    IBinaryBase* m_source = nullptr;
+    IBinaryBase& m_source;
     std::vector<unsigned char> m_input;
     std::vector<unsigned char> m_output;
     std::size_t m_drained = 0;  // of the bytes in m_output
@@ -233,26 +226,14 @@ private:
     z_stream m_stream{};
 };
 
-IDecompressBinary::IDecompressBinary(std::uint64_t bufferSize) : m_impl(std::make_unique<Impl>(bufferSize)) {}
-
-IDecompressBinary::IDecompressBinary(IBinaryBase& source, std::uint64_t bufferSize) : IDecompressBinary(bufferSize) {
-    open(source);
+IDecompressBinary::IDecompressBinary(IBinaryBase& source, std::uint64_t bufferSize)
+    : m_impl(std::make_unique<Impl>(source, bufferSize)) {
+    setFlags(source.getFlags());
+    m_impl->readAhead();
 }
 
 IDecompressBinary::~IDecompressBinary() {
-    close();
-}
-
-void IDecompressBinary::open(IBinaryBase& source) {
-    close();
-    setFlags(source.getFlags());
-    m_impl->open(source);
-}
-
-void IDecompressBinary::close() {
-    if (m_impl->source())
-        m_impl->source()->setFlags(getFlags());
-    m_impl->letGo();
+    m_impl->source().setFlags(getFlags());
 }
 
 void IDecompressBinary::doRead(unsigned char* destination, std::uint64_t bytes) {

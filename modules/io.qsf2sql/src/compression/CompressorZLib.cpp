@@ -1,40 +1,70 @@
 #include "compression/CompressorZLib.h"
 
+#include "binaryio/compressed_binary.h"
 #include "compression/integer_block.h"
 #include "compression/unsupported_slot.h"
 #include "qsf2sql/qsflib/SpectrumRecords.h"
 
-#include <array>
 #include <boost/numeric/conversion/cast.hpp>
+#include <new>
+#include <optional>
+
+#include <zlib.h>
 
 namespace kvan::compression {
 
 namespace {
 
-/// A stream that reads a source and leaves it whatever happens.
-class OpenedStream {
-public:
-    OpenedStream(binaryio::IDecompressBinary& stream, binaryio::IBinaryBase& source) : m_stream(stream) {
-        try {
-            m_stream.open(source);
-        } catch (...) {
-            m_stream.close();
-            throw;
-        }
-    }
-    ~OpenedStream() { m_stream.close(); }
-    OpenedStream(const OpenedStream&) = delete;
-    OpenedStream& operator=(const OpenedStream&) = delete;
+constexpr int g_level = 0;
+constexpr std::uint64_t g_bufferSize = 0x10000;
 
-    std::uint64_t readSome(unsigned char* destination, std::uint64_t bytes) {
-        return m_stream.readSome(destination, bytes);
+template <class T>
+unsigned char* bytesOf(std::vector<T>& elements) {
+    return reinterpret_cast<unsigned char*>(elements.data());
+}
+
+}  // namespace
+
+/// Inflates whole streams in place, in one step if the array is not longer than its destination, else by doubling that.
+class CompressZLibImpl::Inflater {
+public:
+    Inflater() {
+        if (inflateInit(&m_stream) != Z_OK)
+            BOOST_THROW_EXCEPTION(std::bad_alloc());
+    }
+    ~Inflater() { inflateEnd(&m_stream); }
+    Inflater(const Inflater&) = delete;
+    Inflater& operator=(const Inflater&) = delete;
+
+    /// Gives the bytes of the array; nothing if `source` does not lead to the end of a zlib stream.
+    template <class T>
+    std::optional<std::size_t> inflateWhole(const std::vector<unsigned char>& source, std::vector<T>& destination) {
+        inflateReset(&m_stream);
+        m_stream.next_in = const_cast<unsigned char*>(source.data());
+        m_stream.avail_in = boost::numeric_cast<uInt>(source.size());
+        for (std::size_t bytes = 0;;) {
+            const std::size_t room = destination.size() * sizeof(T) - bytes;
+            m_stream.next_out = bytesOf(destination) + bytes;
+            m_stream.avail_out = static_cast<uInt>(room);
+            const int result = inflate(&m_stream, Z_FINISH);
+            bytes += room - m_stream.avail_out;
+            if (result == Z_STREAM_END)
+                return bytes;
+            if (result != Z_BUF_ERROR || m_stream.avail_out > 0)
+                return {};
+            if (destination.size() == g_maximumElements)
+                BOOST_THROW_EXCEPTION(std::runtime_error("ZLib compressor: array of more than 4 GiB"));
+            destination.resize(std::min<std::size_t>(destination.size() * 2, g_maximumElements));
+        }
     }
 
 private:
-    binaryio::IDecompressBinary& m_stream;
+    z_stream m_stream{};
 };
 
-}  // namespace
+CompressZLibImpl::CompressZLibImpl() : m_inflater(std::make_unique<Inflater>()) {}
+
+CompressZLibImpl::~CompressZLibImpl() = default;
 
 bool CompressZLibImpl::SupportsType(std::uint32_t code) const {
     return code == KVAN::io::QSF::ELEMENT_INT32 || code == KVAN::io::QSF::ELEMENT_UINT32 ||
@@ -54,29 +84,19 @@ void CompressZLibImpl::CompressHelper(const T* source, unsigned count, unsigned 
     *destination = m_output.data();
 }
 
-/// The array grows from what it was before, or from what the source would hold uncompressed, by doubling.
+/// A stream without its end gives what comes out of its bytes a buffer at a time, and damage is told with those words.
 template <class T>
 void CompressZLibImpl::DecompressHelper(const std::vector<unsigned char>& source, std::vector<T>& destination) {
     static_assert(sizeof(T) == 4);
-    binaryio::IHeapBinary bytes(source.data(), source.size());
-    OpenedStream stream(m_inflating, bytes);
-    destination.resize(std::max(destination.size(), source.size() / sizeof(T)));
-    std::size_t done = 0;
-    for (;;) {
-        const std::size_t room = destination.size() * sizeof(T) - done;
-        const std::size_t read = stream.readSome(reinterpret_cast<unsigned char*>(destination.data()) + done, room);
-        done += read;
-        std::array<unsigned char, 64 * sizeof(T)> ahead;
-        const std::size_t more = read < room ? 0 : stream.readSome(ahead.data(), ahead.size());
-        if (more == 0)
-            break;
-        if (destination.size() + 64 > g_maximumElements)
-            BOOST_THROW_EXCEPTION(std::runtime_error("ZLib compressor: array of more than 4 GiB"));
-        destination.resize(std::min<std::size_t>(destination.size() * 2 + 64, g_maximumElements));
-        std::memcpy(reinterpret_cast<unsigned char*>(destination.data()) + done, ahead.data(), more);
-        done += more;
+    constexpr std::size_t leastRoom = 64;
+    destination.resize(std::max({destination.size(), source.size() / sizeof(T), leastRoom}));
+    std::optional<std::size_t> bytes = m_inflater->inflateWhole(source, destination);
+    if (!bytes) {
+        binaryio::IHeapBinary heap(source.data(), source.size());
+        binaryio::IDecompressBinary stream(heap, g_bufferSize);
+        bytes = stream.readSome(bytesOf(destination), destination.size() * sizeof(T));
     }
-    destination.resize(done / sizeof(T));
+    destination.resize(*bytes / sizeof(T));
 }
 
 void CompressZLibImpl::Compress(const float* source, unsigned count, unsigned char** destination,

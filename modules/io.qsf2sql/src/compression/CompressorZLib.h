@@ -1,8 +1,9 @@
 #pragma once
 
-#include "binaryio/compressed_binary.h"
 #include "binaryio/heap_binary.h"
 #include "compression/icompressor.h"
+
+#include <memory>
 
 namespace kvan::compression {
 
@@ -11,6 +12,9 @@ namespace kvan::compression {
 class CompressZLibImpl final : public ICompressor {
 public:
     static constexpr char g_id[] = "6BB2E64A-27A0-4575-A66A-4E312C8B9AD7";
+
+    CompressZLibImpl();
+    ~CompressZLibImpl() override;
 
     std::string GetId() const override { return g_id; }
     std::string GetDescription() const override { return "ZLib based compressor"; }
@@ -34,8 +38,7 @@ public:
     void Decompress(const std::vector<unsigned char>& source, std::vector<std::int32_t>& destination) override;
 
 private:
-    static constexpr int g_level = 0;
-    static constexpr std::uint64_t g_bufferSize = 0x10000;
+    class Inflater;
 
     template <class T>
     void CompressHelper(const T* source, unsigned count, unsigned char** destination, unsigned* destinationBytes);
@@ -43,7 +46,7 @@ private:
     void DecompressHelper(const std::vector<unsigned char>& source, std::vector<T>& destination);
 
     binaryio::OHeapBinary m_output;
-    binaryio::IDecompressBinary m_inflating{g_bufferSize};
+    std::unique_ptr<Inflater> m_inflater;
 };
 
 }  // namespace kvan::compression
