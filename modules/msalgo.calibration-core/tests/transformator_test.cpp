@@ -95,9 +95,9 @@ TEST(Transformator, TellsWhatItHoldsAndWhatItCannot) {
         "\tMeasurementModeInfo[ Polarity = -, AcquisitionMode = TOF reflector, ScanMode = 7, MSMSLevel = 255 ]\n"
         "\tIndex offset[1.5]\n]\n");
     EXPECT_EQ(dumpOf(*linear(1, 2)).substr(0, 31), "CalibrationTransformatorLinear[");
-    EXPECT_EQ(failureOf([&] { law->monotonicMassRange(500); }),
+    EXPECT_EQ(failureOf([&] { linear(1, 2)->monotonicMassRange(500); }),
               "runtime_error: monotonicMassRange() not yet implemented for this particular transformator.");
-    EXPECT_EQ(failureOf([&] { law->usableMassRange(500, 0.1); }),
+    EXPECT_EQ(failureOf([&] { ftms(0, 0, 1, 0, 1, 2)->usableMassRange(500, 0.1); }),
               "runtime_error: usableMassRange() not yet implemented for this particular transformator.");
 }
 

@@ -1,8 +1,5 @@
-#include "serialization/TofStoredForms.h"
 #include "transformation/NewTransformator.h"
-#include "transformation/Transformator.h"
-#include "transformation/policies/ConstantsSettingNoAction.h"
-#include "transformation/policies/RILinear.h"
+#include "transformation/TofTransformator.h"
 #include "transformation/policies/RMLinear.h"
 #include "transformation/policies/RMQuadratic.h"
 
@@ -10,8 +7,7 @@ namespace kvan::calibration::Transformation {
 
 /// raw = SignedSqrt(mass * C1) + C0. A raw value before C0 gives a negative mass.
 class CalibrationTransformatorTOFLinear final
-    : public Transformator<CalibrationTransformatorTOFLinear, RMLinear<SquareRoot>, RILinear,
-                           ConstantsSettingNoAction> {
+    : public TofTransformator<CalibrationTransformatorTOFLinear, RMLinear<SquareRoot>, 1> {
 public:
     static constexpr const char* ClassName = "CalibrationTransformatorTOFLinear";
     using StoredForm = TofStoredForm;
@@ -19,8 +15,7 @@ public:
 
 /// raw = mass * C2 + SignedSqrt(mass * C1) + C0. Fails where the curve has no real mass.
 class CalibrationTransformatorTOFQuadratic final
-    : public Transformator<CalibrationTransformatorTOFQuadratic, RMQuadratic<SquareRoot>, RILinear,
-                           ConstantsSettingNoAction> {
+    : public TofTransformator<CalibrationTransformatorTOFQuadratic, RMQuadratic<SquareRoot>, 2> {
 public:
     static constexpr const char* ClassName = "CalibrationTransformatorTOFQuadratic";
     using StoredForm = TofStoredForm;

@@ -1,19 +1,16 @@
-#include "serialization/TofStoredForms.h"
 #include "transformation/NewTransformator.h"
-#include "transformation/Transformator.h"
-#include "transformation/policies/ConstantsSettingNoAction.h"
-#include "transformation/policies/RILinear.h"
+#include "transformation/TofTransformator.h"
 #include "transformation/policies/RMCubic.h"
 #include "transformation/policies/RMLinear.h"
 #include "transformation/policies/RMQuadratic.h"
 #include "transformation/policies/RMShift.h"
+#include "transformation/tof2/Tof2CubicRange.h"
 
 namespace kvan::calibration::Transformation {
 
 /// raw = SignedSqrt((mass + shift) * C1) + C0.
 class CalibrationTransformatorTOF2Linear final
-    : public Transformator<CalibrationTransformatorTOF2Linear, RMShift<RMLinear<SquareRoot>>, RILinear,
-                           ConstantsSettingNoAction> {
+    : public TofTransformator<CalibrationTransformatorTOF2Linear, RMShift<RMLinear<SquareRoot>>, 1> {
 public:
     static constexpr const char* ClassName = "CalibrationTransformatorTOF2Linear";
     using StoredForm = Tof2StoredForm;
@@ -21,8 +18,7 @@ public:
 
 /// raw = (mass + shift) * C2 + SignedSqrt((mass + shift) * C1) + C0. Fails where the curve has no real mass.
 class CalibrationTransformatorTOF2Quadratic final
-    : public Transformator<CalibrationTransformatorTOF2Quadratic, RMShift<RMQuadratic<SquareRoot>>, RILinear,
-                           ConstantsSettingNoAction> {
+    : public TofTransformator<CalibrationTransformatorTOF2Quadratic, RMShift<RMQuadratic<SquareRoot>>, 2> {
 public:
     static constexpr const char* ClassName = "CalibrationTransformatorTOF2Quadratic";
     using StoredForm = Tof2StoredForm;
@@ -30,11 +26,14 @@ public:
 
 /// raw = ((t * C3 + C2) * t + B) * t + C0 with t = SignedSqrt(mass + shift). The way back is approximate.
 class CalibrationTransformatorTOF2Cubic final
-    : public Transformator<CalibrationTransformatorTOF2Cubic, RMShift<RMCubic<SquareRoot>>, RILinear,
-                           ConstantsSettingNoAction> {
+    : public TofTransformator<CalibrationTransformatorTOF2Cubic, RMShift<RMCubic<SquareRoot>>, 3> {
 public:
     static constexpr const char* ClassName = "CalibrationTransformatorTOF2Cubic";
     using StoredForm = Tof2StoredForm;
+
+    Range usableMassRange(double mass, double tolerance) const override {
+        return Tof2CubicRange(*this, functional()).usableMassRange(mass, tolerance);
+    }
 };
 
 template <>

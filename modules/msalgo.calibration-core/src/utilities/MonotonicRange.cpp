@@ -1,0 +1,52 @@
+#include "utilities/MonotonicRange.h"
+
+#include "logger/logger.h"
+#include "math-base/polynomials.h"
+#include "utilities/CalibrationTOFUtilities.h"
+
+#include <boost/throw_exception.hpp>
+#include <cmath>
+#include <stdexcept>
+
+namespace kvan::calibration::Utilities {
+
+std::pair<double, double> monotonicPolyShiftedSqrtRange(const std::vector<double>& polynomial, double m0,
+                                                        double shift) {
+    const auto logger = logging::Logger::getLogger("kvan.calibration_core.monotonicPolySqrtRange");
+    const double x = m0 + shift;
+    if (x < 0.0)
+        BOOST_THROW_EXCEPTION(std::runtime_error("Mass->time mapping not defined for specified value of 'm0'"));
+    auto [lower, upper] = math::monotonicPolyRange(polynomial, std::sqrt(x));
+    KVAN_LOG(logger, TRACE) << "Calculated monotonic x range is: [" << lower << ", " << upper << "]";
+    if (lower < 0.0)
+        lower = 0.0;
+    const std::pair<double, double> masses{std::pow(lower, 2.0) - shift, std::pow(upper, 2.0) - shift};
+    KVAN_LOG(logger, TRACE) << "Calculated monotonic mass range is: [" << masses.first << ", " << masses.second << "]";
+    return masses;
+}
+
+TofPolynomial::TofPolynomial(const ICalibrationConstantsFunctional& constants) : c3(0.0), shift(0.0) {
+    double c1 = 0.0;
+    if (const auto* const tof2 = dynamic_cast<const ICalibrationConstantsFunctionalTOF2*>(&constants)) {
+        c0 = tof2->GetStoredC0();
+        c1 = tof2->GetStoredC1();
+        c2 = tof2->GetStoredC2();
+        c3 = tof2->GetStoredC3();
+        shift = dynamic_cast<const ICalibrationConstantsFunctionalComputationShift&>(constants).GetShift();
+    } else if (const auto* const tof = dynamic_cast<const ICalibrationConstantsFunctionalTOF1*>(&constants)) {
+        c0 = tof->GetStoredC0();
+        c1 = tof->GetStoredC1();
+        c2 = tof->GetStoredC2();
+    } else {
+        BOOST_THROW_EXCEPTION(std::invalid_argument("The constants are not those of a time-of-flight law."));
+    }
+    b = std::sqrt(CalibrationTOFUtilities::StoredC1ToComputation(c1));
+}
+
+std::vector<double> TofPolynomial::coefficients(std::size_t degree) const {
+    std::vector<double> all{c0, b, c2, c3};
+    all.resize(degree + 1);
+    return all;
+}
+
+}  // namespace kvan::calibration::Utilities
