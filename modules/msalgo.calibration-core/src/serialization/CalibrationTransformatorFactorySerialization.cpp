@@ -4,13 +4,17 @@
 #include "legacycalibration/serialization/CalibBlobAccess.h"
 #include "legacycalibration/serialization/CalibrationBlocks.h"
 #include "legacycalibration/serialization/CalibratorUtil.h"
+#include "logger/logger.h"
+#include "serialization/CalibrationTextForm.h"
 #include "serialization/CompensationExtensions.h"
 #include "serialization/ICalibSerialization.h"
 #include "transformation/conversion/CCOConversionUtil.h"
+#include "utilities/IndexTruncation.h"
 
 #include <algorithm>
 #include <boost/throw_exception.hpp>
 #include <iterator>
+#include <limits>
 #include <stdexcept>
 
 namespace kvan::calibration::Transformation {
@@ -27,6 +31,12 @@ constexpr std::uint16_t g_noTransformator = 255;
 
 [[noreturn]] void throwNotSupported() {
     BOOST_THROW_EXCEPTION(std::runtime_error("Calibration family not supported yet."));
+}
+
+[[noreturn]] void throwInvalidText() {
+    BOOST_THROW_EXCEPTION(
+        std::runtime_error("kvan::calibration::Transformation::CalibrationTransformatorFactorySerialization::"
+                           "DeserializeFromString: Error in serialization string."));
 }
 
 template <class Block>
@@ -97,6 +107,44 @@ void writeNoTransformator(std::vector<unsigned char>& blob) {
     CalibratorUtil::WriteRecord(access, CalibBlobHead{g_noTransformator, 0});
 }
 
+/// The tokens ahead of the constants.
+struct TextHead {
+    int version;
+    int strategy;
+    int indexOffset = 0;
+    bool hasRange = false;
+};
+
+int GetStringVersionNumberOfStringPrefix(std::string_view token) {
+    constexpr std::string_view versions[] = {"V1.0CCalibrator", "V2.0CCalibrator", "V3.0CCalibrator"};
+    const auto* const found = std::find(std::begin(versions), std::end(versions), token);
+    if (found == std::end(versions))
+        BOOST_THROW_EXCEPTION(
+            std::runtime_error("kvan::calibration::Transformation::CalibrationTransformatorFactorySerialization::"
+                               "GetStringVersionNumberOfStringPrefix: Version id not supported."));
+    return static_cast<int>(found - std::begin(versions)) + 1;
+}
+
+TextHead readTextHead(CalibrationTextReader& reader) {
+    const auto integer = [&reader] {
+        const auto value = reader.Int();
+        if (!value)
+            throwInvalidText();
+        return *value;
+    };
+    TextHead head{GetStringVersionNumberOfStringPrefix(reader.Token()), integer()};
+    const int kind = integer();
+    if (kind != 1 && kind != 100 && kind != 109)
+        throwInvalidText();
+    if (head.version >= 2) {
+        head.indexOffset = integer();
+        head.hasRange = integer() == 1;
+        integer();  // lower and upper end of the range
+        integer();
+    }
+    return head;
+}
+
 }  // namespace
 
 CalibrationTransformatorFactorySerialization::CalibrationTransformatorFactorySerialization()
@@ -147,6 +195,39 @@ void CalibrationTransformatorFactorySerialization::SerializeReferenceToBlob(cons
         BOOST_THROW_EXCEPTION(
             std::logic_error("invalid serialization: a normal transformator is serialized as a reference one"));
     writeBlob(*transformator, BlobForm::Reference, blob);
+}
+
+TransformatorPtr CalibrationTransformatorFactorySerialization::DeserializeFromString(const std::string& text) const {
+    CalibrationTextReader reader(text);
+    const TextHead head = readTextHead(reader);
+    auto transformator = CalibrationTextForm::ReadConstants(head.strategy, reader, *m_factory);
+    if (head.version == 3 && CalibrationTextGpx::Read(reader).use)
+        throwNotSupported();
+    transformator->SetIndexOffset(head.indexOffset);
+    if (head.hasRange)
+        throwNotSupported();
+    return transformator;
+}
+
+std::string CalibrationTransformatorFactorySerialization::SerializeToString(
+    const TransformatorPtr& transformator) const {
+    if (!transformator)
+        BOOST_THROW_EXCEPTION(std::invalid_argument(
+            "CalibrationTransformatorFactorySerialization::SerializeToString: no transformator."));
+    facetOf(*transformator);
+    const int strategy = CalibrationTextForm::StrategyOf(*transformator);
+    if (strategy != transformator->GetFunctionalTypeCode()) {
+        const auto logger =
+            logging::Logger::getLogger("kvan.calibration_core.CalibrationTransformatorFactorySerialization");
+        KVAN_LOG(logger, WARN) << "The temperature compensation of a TOF1 calibration is lost in its text form.";
+    }
+    using Limits = std::numeric_limits<std::int32_t>;
+    std::string text;
+    CalibrationTextWriter writer(text);
+    writer << "V3.0CCalibrator" << strategy << 1 << Utilities::truncateToIndex(transformator->GetIndexOffset() + 0.5)
+           << 0 << Limits::min() << Limits::max();
+    CalibrationTextForm::SerializePraefixAndConstants(strategy, *transformator, writer);
+    return text + CalibrationTextGpx::None;
 }
 
 }  // namespace kvan::calibration::Transformation

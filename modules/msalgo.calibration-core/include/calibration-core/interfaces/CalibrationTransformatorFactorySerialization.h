@@ -19,6 +19,8 @@ public:
                          std::vector<unsigned char>& blob) const override;
     void SerializeReferenceToBlob(const std::shared_ptr<ICalibrationTransformator>& transformator,
                                   std::vector<unsigned char>& blob) const override;
+    std::shared_ptr<ICalibrationTransformator> DeserializeFromString(const std::string& text) const override;
+    std::string SerializeToString(const std::shared_ptr<ICalibrationTransformator>& transformator) const override;
 
 private:
     std::shared_ptr<const ICalibrationTransformatorFactory> m_factory;

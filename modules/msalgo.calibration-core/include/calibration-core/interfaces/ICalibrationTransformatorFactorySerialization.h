@@ -3,6 +3,7 @@
 #include "calibration-core/interfaces/ICalibrationTransformator.h"
 
 #include <memory>
+#include <string>
 #include <vector>
 
 namespace kvan::calibration {
@@ -28,6 +29,16 @@ public:
     /// transformator must hold, else `std::logic_error`.
     virtual void SerializeReferenceToBlob(const std::shared_ptr<ICalibrationTransformator>& transformator,
                                           std::vector<unsigned char>& blob) const = 0;
+
+    /// The transformator of a calibration text (docs/calibration-text.md); never null. Throws `std::runtime_error` for
+    /// a text that is damaged, of an unknown version or strategy, or of a family that is not supported, and
+    /// `std::invalid_argument` for constants that the factory refuses.
+    virtual std::shared_ptr<ICalibrationTransformator> DeserializeFromString(const std::string& text) const = 0;
+
+    /// The text of the transformator, in the newest version. The measurement mode has no place in it, nor has the
+    /// temperature compensation of TOF1 constants, which is dropped with a WARN line; the index offset is rounded.
+    /// Throws `std::invalid_argument` for null and for a transformator without constants or without a stored form.
+    virtual std::string SerializeToString(const std::shared_ptr<ICalibrationTransformator>& transformator) const = 0;
 };
 
 }  // namespace kvan::calibration

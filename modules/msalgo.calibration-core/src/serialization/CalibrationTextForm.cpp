@@ -1,0 +1,356 @@
+#include "serialization/CalibrationTextForm.h"
+
+#include "calibration-core/constants/CalibrationConstantsFTMS.h"
+#include "calibration-core/constants/CalibrationConstantsLinear.h"
+#include "calibration-core/constants/CalibrationConstantsPaladin.h"
+#include "calibration-core/constants/CalibrationConstantsTemperatureCompensation.h"
+
+#include <algorithm>
+#include <boost/throw_exception.hpp>
+#include <iterator>
+#include <stdexcept>
+
+namespace kvan::calibration {
+
+namespace {
+
+using namespace Constants;
+using TransformatorPtr = CalibrationTextForm::TransformatorPtr;
+using Factory = ICalibrationTransformatorFactory;
+using Compensation = ICalibrationConstantsFunctionalTemperatureCompensation;
+
+const char* const g_tof2Prefix = "V1.0CTOF2CalibrationConstants";
+
+/// Tokens that must be there, in the words of one reading operation.
+class Fields {
+public:
+    Fields(CalibrationTextReader& reader, const char* operation) : m_reader(reader), m_operation(operation) {}
+
+    void Prefix(const char* const* begin, const char* const* end) {
+        const std::string_view token = m_reader.Token();
+        if (std::none_of(begin, end, [token](const char* prefix) { return prefix != nullptr && token == prefix; }))
+            fail();
+    }
+    double Double() { return valueOf(m_reader.Double()); }
+    int Int() { return valueOf(m_reader.Int()); }
+    std::vector<double> Vector() { return m_reader.Vector(); }
+
+private:
+    template <class Number>
+    Number valueOf(const std::optional<Number>& number) {
+        if (!number)
+            fail();
+        return *number;
+    }
+
+    [[noreturn]] void fail() const {
+        BOOST_THROW_EXCEPTION(std::runtime_error(
+            std::string("kvan::calibration::Transformation::CalibrationTransformatorFactorySerialization::") +
+            m_operation + ": Calibration deserialization failed: invalid calibration constants prefix string '" +
+            std::string(m_reader.LastToken()) + "'."));
+    }
+
+    CalibrationTextReader& m_reader;
+    const char* m_operation;
+};
+
+/// The constants of a transformator that is written, each in the view `View`.
+struct WrittenConstants {
+    std::shared_ptr<ICalibrationConstantsFunctional> functional;
+    std::shared_ptr<ICalibrationConstantsPhysical> physical;
+
+    template <class View>
+    const View& law() const {
+        return viewOf<View>(functional.get());
+    }
+    template <class View>
+    const View& axis() const {
+        return viewOf<View>(physical.get());
+    }
+
+private:
+    template <class View, class Held>
+    static const View& viewOf(const Held* held) {
+        const auto* const view = dynamic_cast<const View*>(held);
+        if (view == nullptr)
+            BOOST_THROW_EXCEPTION(std::invalid_argument(
+                "CalibrationTransformatorFactorySerialization::SerializePraefixAndConstants: Constants do not offer "
+                "serialization interface."));
+        return *view;
+    }
+};
+
+// The numbers of a line are read one by one: arguments of a call have no order.
+
+TransformatorPtr readTof(Fields& fields, const Factory& factory) {
+    const double timeDelay = fields.Double();
+    const double timeBase = fields.Double();
+    const double c0 = fields.Double();
+    const double c1 = fields.Double();
+    const double c2 = fields.Double();
+    const int calibMode = fields.Int();
+    return factory.createTransformatorTof(std::make_shared<CalibrationConstantsFunctionalTOF1>(c0, c1, c2, calibMode),
+                                          std::make_shared<CalibrationConstantsPhysicalTOF>(timeDelay, timeBase));
+}
+
+void writeTof(const WrittenConstants& constants, CalibrationTextWriter& writer) {
+    const auto& axis = constants.axis<ICalibrationConstantsPhysicalTOF>();
+    const auto& law = constants.law<ICalibrationConstantsFunctionalTOF1>();
+    writer << axis.GetTimeDelay() << axis.GetTimeBase() << law.GetStoredC0() << law.GetStoredC1() << law.GetStoredC2()
+           << constants.functional->GetCalibMode();
+}
+
+struct Tof2Numbers {
+    std::shared_ptr<CalibrationConstantsPhysicalTOF> axis;
+    CalibrationConstantsFunctionalTOF2 law;
+};
+
+Tof2Numbers readTof2Numbers(Fields& fields) {
+    const double timeDelay = fields.Double();
+    const double timeBase = fields.Double();
+    const double c0 = fields.Double();
+    const double c1 = fields.Double();
+    const double c2 = fields.Double();
+    const double c3 = fields.Double();
+    const double c4 = fields.Double();
+    const int calibMode = fields.Int();
+    return {std::make_shared<CalibrationConstantsPhysicalTOF>(timeDelay, timeBase), {c0, c1, c2, c3, c4, calibMode}};
+}
+
+TransformatorPtr readTof2(Fields& fields, const Factory& factory) {
+    const Tof2Numbers numbers = readTof2Numbers(fields);
+    return factory.createTransformatorTof2(std::make_shared<CalibrationConstantsFunctionalTOF2>(numbers.law),
+                                           numbers.axis);
+}
+
+void writeTof2(const WrittenConstants& constants, CalibrationTextWriter& writer) {
+    const auto& axis = constants.axis<ICalibrationConstantsPhysicalTOF>();
+    const auto& law = constants.law<CalibrationConstantsFunctionalTOF2>();
+    writer << axis.GetTimeDelay() << axis.GetTimeBase() << law.GetStoredC0() << law.GetStoredC1() << law.GetStoredC2()
+           << law.GetStoredC3() << law.GetShift() << law.GetCalibMode();
+}
+
+TransformatorPtr readTof2Compensated(Fields& fields, const Factory& factory) {
+    fields.Prefix(&g_tof2Prefix, &g_tof2Prefix + 1);
+    const Tof2Numbers numbers = readTof2Numbers(fields);
+    const auto mode = Compensation::compensationModeFromInt(fields.Int());
+    const auto law = std::make_shared<CalibrationConstantsFunctionalTOF2TemperatureCompensation>(numbers.law);
+    law->SetMeasuredTemperatures(fields.Vector());
+    law->SetCorrectionFactors(fields.Vector());
+    law->SetCompensationMode(mode);  // last: setting the temperatures sets a mode of its own
+    return factory.createTransformatorTof2(law, numbers.axis);
+}
+
+void writeTof2Compensated(const WrittenConstants& constants, CalibrationTextWriter& writer) {
+    const auto& compensation = constants.law<Compensation>();
+    writer << g_tof2Prefix;
+    writeTof2(constants, writer);
+    writer << compensation.GetCompensationMode() << compensation.GetMeasuredTemperatures()
+           << compensation.GetCorrectionFactors();
+}
+
+TransformatorPtr readPaladin(Fields& fields, const Factory& factory) {
+    const double c0 = fields.Double();
+    const double c1 = fields.Double();
+    const double c2 = fields.Double();
+    const int calibMode = fields.Int();
+    const double measurementsPerRawMass = fields.Double();
+    const double beginRawMass = fields.Double();
+    return factory.createTransformatorTrap(
+        std::make_shared<CalibrationConstantsFunctionalPaladin>(c0, c1, c2, calibMode),
+        std::make_shared<CalibrationConstantsPhysicalPaladin>(beginRawMass, measurementsPerRawMass));
+}
+
+void writePaladin(const WrittenConstants& constants, CalibrationTextWriter& writer) {
+    const auto& law = constants.law<ICalibrationConstantsFunctionalPaladin>();
+    const auto& axis = constants.axis<ICalibrationConstantsPhysicalPaladin>();
+    writer << law.GetStoredC0() << law.GetStoredC1() << law.GetStoredC2() << constants.functional->GetCalibMode()
+           << axis.GetMeasurementsPerRawMass() << axis.GetBeginRawMass();
+}
+
+TransformatorPtr readLinear(Fields& fields, const Factory& factory) {
+    const double a0 = fields.Double();
+    const double a1 = fields.Double();
+    const double c0 = fields.Double();
+    const double c1 = fields.Double();
+    const int calibMode = fields.Int();
+    return factory.createTransformatorLinear(std::make_shared<CalibrationConstantsFunctionalLinear>(c0, c1, calibMode),
+                                             std::make_shared<CalibrationConstantsPhysicalLinear>(a0, a1));
+}
+
+void writeLinear(const WrittenConstants& constants, CalibrationTextWriter& writer) {
+    const auto& axis = constants.axis<ICalibrationConstantsPhysicalLinear>();
+    const auto& law = constants.law<ICalibrationConstantsFunctionalLinear>();
+    writer << axis.GetA0() << axis.GetA1() << law.GetStoredC0() << law.GetStoredC1()
+           << constants.functional->GetCalibMode();
+}
+
+/// Throws for the calibration modes that no text has.
+void checkFtmsMode(int mode) {
+    switch (mode) {
+        case 0:
+        case 1:
+        case 4:
+        case 5:
+            return;
+        case 3:
+        case 6:
+            BOOST_THROW_EXCEPTION(std::runtime_error(
+                "CalibrationTransformatorFactorySerialization::DeserializeFromStringFTMS: mode 3 or 6 not supported."));
+        case 2:
+            BOOST_THROW_EXCEPTION(std::runtime_error(
+                "CalibrationTransformatorFactorySerialization::DeserializeFromStringFTMS: mode 2 not supported."));
+        default:
+            BOOST_THROW_EXCEPTION(std::runtime_error(
+                "CalibrationTransformatorFactorySerialization::DeserializeFromStringFTMS: unknown FTMS operation "
+                "mode: " +
+                std::to_string(mode)));
+    }
+}
+
+TransformatorPtr readFtms(Fields& fields, const Factory& factory) {
+    const double alpha = fields.Double();
+    const double beta = fields.Double();
+    const double freqHigh = fields.Double();
+    const double freqLow = fields.Double();
+    const double freqWidth = fields.Double();
+    const int calibMode = fields.Int();
+    checkFtmsMode(calibMode);
+    const int ftmsRawMode = fields.Int();
+    const int size = fields.Int();
+    const bool quadraticFlag = fields.Int() != 0;
+    return factory.createTransformatorIcr(
+        factory.createConstantsFunctionalIcr(calibMode, ftmsRawMode, size, quadraticFlag, alpha, beta, freqHigh),
+        std::make_shared<CalibrationConstantsPhysicalFTMS>(freqLow, freqWidth, size, calibMode, ftmsRawMode));
+}
+
+void writeFtms(const WrittenConstants& constants, CalibrationTextWriter& writer) {
+    const auto& axis = constants.axis<ICalibrationConstantsPhysicalFTMS>();
+    if (const auto* const linear =
+            dynamic_cast<const ICalibrationConstantsFunctionalFTMS04*>(constants.functional.get())) {
+        writer << 0.0 << linear->GetBeta() << linear->GetFreqHigh();
+    } else {
+        const auto& quadratic = constants.law<ICalibrationConstantsFunctionalFTMS1356>();
+        writer << quadratic.GetAlpha() << quadratic.GetBeta() << quadratic.GetFreqHigh();
+    }
+    const auto& law = constants.law<ICalibrationConstantsFunctionalFTMS>();
+    writer << axis.GetFreqLow() << axis.GetFreqWidth() << constants.functional->GetCalibMode() << law.GetFTMSRawMode()
+           << axis.GetSize() << int{law.GetQuadraticFlag()};
+}
+
+struct TextFamily {
+    int strategy;
+    const char* prefixes[3];  // oldest first, null where there is none; the newest is written
+    const char* operation;    // named in failures
+    bool oneLine;             // whether the constants end with the line of the prefix
+    TransformatorPtr (*read)(Fields& fields, const Factory& factory);
+    void (*write)(const WrittenConstants& constants, CalibrationTextWriter& writer);
+};
+
+constexpr TextFamily g_families[] = {
+    {1,
+     {"V1.0CTOFCalibrationConstants", "V2.0CTOFCalibrationConstants", "V3.0CTOFCalibrationConstants"},
+     "DeserializeFromStringLinear",  // deliberate: the words that readers of these texts know
+     false,
+     readTof,
+     writeTof},
+    {2,
+     {"V1.0CPaladinCalibrationConstants", "V2.0CPaladinCalibrationConstants", "V3.0CPaladinCalibrationConstants"},
+     "DeserializeFromStringPaladin",
+     true,
+     readPaladin,
+     writePaladin},
+    {3,
+     {"V1.0CICRCalibrationConstants", "V2.0CICRCalibrationConstants", "V3.0CICRCalibrationConstants"},
+     "DeserializeFromStringFTMS",
+     true,
+     readFtms,
+     writeFtms},
+    {4,
+     {"V1.0CLinearCalibrationConstants", "V2.0CLinearCalibrationConstants", "V3.0CLinearCalibrationConstants"},
+     "DeserializeFromStringLinear",
+     true,
+     readLinear,
+     writeLinear},
+    {12, {nullptr, nullptr, g_tof2Prefix}, "DeserializeFromStringTOF2", true, readTof2, writeTof2},
+    {13,
+     {nullptr, nullptr, "V1.0CTOF2TemperatureCompensatedCalibrationConstants"},
+     "DeserializeFromStringTOF2TemperatureCompensated",
+     true,
+     readTof2Compensated,
+     writeTof2Compensated},
+};
+
+/// PSD, KITE 1 and KITE 2.
+constexpr int g_unsupportedStrategies[] = {6, 7, 10};
+
+const TextFamily& familyOf(int strategy) {
+    if (std::find(std::begin(g_unsupportedStrategies), std::end(g_unsupportedStrategies), strategy) !=
+        std::end(g_unsupportedStrategies))
+        BOOST_THROW_EXCEPTION(std::runtime_error("Calibration family not supported yet."));
+    const auto* const family = std::find_if(std::begin(g_families), std::end(g_families),
+                                            [=](const TextFamily& row) { return row.strategy == strategy; });
+    if (family == std::end(g_families))
+        BOOST_THROW_EXCEPTION(std::runtime_error("Calibration deserialization failed: unknown calibration strategy: " +
+                                                 std::to_string(strategy)));
+    return *family;
+}
+
+void requireGpx(bool condition) {
+    if (!condition)
+        BOOST_THROW_EXCEPTION(
+            std::runtime_error("kvan::calibration::CalibrationTransformatorFactorySerialization::"
+                               "DeserializeFromString: failed to create gpxTransformator"));
+}
+
+}  // namespace
+
+TransformatorPtr CalibrationTextForm::ReadConstants(int strategy, CalibrationTextReader& reader,
+                                                    const Factory& factory) {
+    const TextFamily& family = familyOf(strategy);
+    Fields fields(reader, family.operation);
+    fields.Prefix(std::begin(family.prefixes), std::end(family.prefixes));
+    if (family.oneLine)
+        reader.LimitToLine();
+    auto transformator = family.read(fields, factory);
+    reader.LiftLimit();
+    return transformator;
+}
+
+int CalibrationTextForm::StrategyOf(const ICalibrationTransformator& transformator) {
+    constexpr int tof1 = 1;
+    constexpr int compensatedTof1 = 9;
+    const int code = transformator.GetFunctionalTypeCode();
+    return code == compensatedTof1 ? tof1 : code;
+}
+
+void CalibrationTextForm::SerializePraefixAndConstants(int strategy, const ICalibrationTransformator& transformator,
+                                                       CalibrationTextWriter& writer) {
+    const TextFamily& family = familyOf(strategy);
+    writer << *std::rbegin(family.prefixes);
+    family.write({transformator.GetFunctionalConstants(), transformator.GetPhysicalConstants()}, writer);
+}
+
+CalibrationTextGpx CalibrationTextGpx::Read(CalibrationTextReader& reader) {
+    const auto word = [&](const char* expected) { requireGpx(reader.Token() == expected); };
+    const auto number = [&](const char* name) {
+        word(name);
+        const auto value = reader.Double();
+        requireGpx(value.has_value());
+        return *value;
+    };
+    CalibrationTextGpx gpx;
+    word("V1.0CGPXData");
+    number("Order");  // the count of coefficients says as much
+    word("vCoeff");
+    gpx.coefficients = reader.Vector();
+    gpx.c2 = number("c2");
+    gpx.c0 = number("c0");
+    gpx.minMass = number("minMass");
+    gpx.maxMass = number("maxMass");
+    gpx.use = number("bUse") != 0.0;
+    word("endCGPXData");
+    return gpx;
+}
+
+}  // namespace kvan::calibration

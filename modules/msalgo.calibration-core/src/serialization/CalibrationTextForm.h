@@ -1,0 +1,46 @@
+#pragma once
+
+#include "calibration-core/interfaces/ICalibrationTransformatorFactory.h"
+#include "serialization/CalibrationTextTokens.h"
+
+#include <string>
+
+namespace kvan::calibration {
+
+/// A family's part of the text form: the prefix token and the constants.
+class CalibrationTextForm {
+public:
+    using TransformatorPtr = std::shared_ptr<ICalibrationTransformator>;
+
+    /// Reads from the prefix on. Throws `std::runtime_error` for a strategy that no family has, a prefix that is not
+    /// the strategy's, and numbers that are missing or none, in the words of docs/calibration-text.md.
+    static TransformatorPtr ReadConstants(int strategy, CalibrationTextReader& reader,
+                                          const ICalibrationTransformatorFactory& factory);
+
+    /// The strategy under which the transformator is written: its functional type code, but 1 for compensated TOF1
+    /// constants, whose compensation has no place in a text.
+    static int StrategyOf(const ICalibrationTransformator& transformator);
+
+    /// Writes the prefix and the constants. Throws `std::invalid_argument` when constants are missing or of another
+    /// family.
+    static void SerializePraefixAndConstants(int strategy, const ICalibrationTransformator& transformator,
+                                             CalibrationTextWriter& writer);
+};
+
+/// The correction data of a text.
+struct CalibrationTextGpx {
+    std::vector<double> coefficients;
+    double c2 = 0.0;
+    double c0 = 0.0;
+    double minMass = 0.0;
+    double maxMass = 0.0;
+    bool use = false;
+
+    static CalibrationTextGpx Read(CalibrationTextReader& reader);
+
+    /// What stands in the text of a transformator without such data, ahead of it no blank.
+    static constexpr const char* None =
+        "V1.0CGPXData  Order 0 vCoeff V1.0VectorDouble 0  c2 0 c0 0 minMass 0 maxMass 0 bUse 0 endCGPXData ";
+};
+
+}  // namespace kvan::calibration

@@ -1,0 +1,188 @@
+#include "calibration-core/interfaces/CalibrationTransformatorFactorySerialization.h"
+#include "transformators.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include <gtest/gtest.h>
+
+namespace kvan::calibration {
+
+namespace {
+
+const Transformation::CalibrationTransformatorFactorySerialization g_serialization;
+
+const std::string g_class =
+    "runtime_error: kvan::calibration::Transformation::"
+    "CalibrationTransformatorFactorySerialization::";
+const std::string g_headFailure = g_class + "DeserializeFromString: Error in serialization string.";
+const std::string g_noGpx =
+    " V1.0CGPXData  Order 0 vCoeff V1.0VectorDouble 0  c2 0 c0 0 minMass 0 maxMass 0 bUse 0 endCGPXData ";
+const std::string g_tail = " 1 0 0 -2147483648 2147483647 ";
+
+TransformatorPtr read(const std::string& text) {
+    return g_serialization.DeserializeFromString(text);
+}
+
+std::string failureOfReading(const std::string& text) {
+    return failureOf([&] { read(text); });
+}
+
+std::string prefixFailure(const char* operation, const std::string& token) {
+    return g_class + operation + ": Calibration deserialization failed: invalid calibration constants prefix string '" +
+           token + "'.";
+}
+
+TransformatorPtr compensatedTof2() {
+    const auto law = std::make_shared<Constants::CalibrationConstantsFunctionalTOF2TemperatureCompensation>(
+        Constants::CalibrationConstantsFunctionalTOF2(8, 2.5e11, -0.125, 0.5, 4, 7));
+    law->SetMeasuredTemperatures({25, 26.5});
+    law->SetCorrectionFactors({});
+    law->SetCompensationMode(TEMPERATURE_COMPENSATION_ADAPTED_SEVERAL);
+    return factory().createTransformatorTof2(law,
+                                             std::make_shared<Constants::CalibrationConstantsPhysicalTOF>(10, 0.5));
+}
+
+struct TextCase {
+    TransformatorPtr transformator;
+    std::string text;
+};
+
+const TextCase g_cases[] = {
+    {tof(8, 2.5e11, -0.125, 10, 0.5),
+     "V3.0CCalibrator 1" + g_tail + "V3.0CTOFCalibrationConstants 10 0.5 8 250000000000 -0.125 0" + g_noGpx},
+    {paladin(1, 0.1, 0, 24, 8),
+     "V3.0CCalibrator 2" + g_tail + "V3.0CPaladinCalibrationConstants 1 0.100000000000000006 0 0 8 24" + g_noGpx},
+    {ftms(4, -24, 1024, 240, 160, 5),
+     "V3.0CCalibrator 3" + g_tail + "V3.0CICRCalibrationConstants 0 -24 1024 240 160 4 0 5 0" + g_noGpx},
+    {ftmsQuadratic(1, -1e-300, -24, 1024, 240, 160, 5),
+     "V3.0CCalibrator 3" + g_tail + "V3.0CICRCalibrationConstants -1.00000000000000003e-300 -24 1024 240 160 1 0 5 0" +
+         g_noGpx},
+    {linear(1, 2), "V3.0CCalibrator 4" + g_tail + "V3.0CLinearCalibrationConstants 0 1 1 2 0" + g_noGpx},
+    {tof2(8, 2.5e11, -0.125, 0.5, 4, 10, 0.5),
+     "V3.0CCalibrator 12" + g_tail + "V1.0CTOF2CalibrationConstants 10 0.5 8 250000000000 -0.125 0.5 4 0" + g_noGpx},
+    {compensatedTof2(),
+     "V3.0CCalibrator 13" + g_tail +
+         "V1.0CTOF2TemperatureCompensatedCalibrationConstants V1.0CTOF2CalibrationConstants 10 0.5 8 250000000000 "
+         "-0.125 0.5 4 7 3 V1.0VectorDouble 2 25 26.5 V1.0VectorDouble 0" +
+         g_noGpx},
+};
+
+TEST(CalibrationText, IsWrittenAndReadBack) {
+    for (const TextCase& sample : g_cases) {
+        EXPECT_EQ(g_serialization.SerializeToString(sample.transformator), sample.text);
+        const auto again = read(sample.text);
+        EXPECT_TRUE(again->IsEqual(*sample.transformator)) << sample.text;
+        EXPECT_EQ(again->IndexToMass(3), sample.transformator->IndexToMass(3)) << sample.text;
+        EXPECT_EQ(again->GetFunctionalTypeCode(), sample.transformator->GetFunctionalTypeCode());
+    }
+}
+
+TEST(CalibrationText, OlderVersionsAndFormsAreRead) {
+    const std::string constants = "CTOFCalibrationConstants +10 5e-1 8 2.5e11\n\t-0.125 3";
+    for (const char* text :
+         {"V1.0CCalibrator 1 1 V1.0", "V1.0CCalibrator 1 109 V3.0", "V2.0CCalibrator\n1 100 4 0 7 8 V2.0"})
+        EXPECT_EQ(read(text + constants)->RawToMass(14), 16) << text;
+    EXPECT_EQ(read("V2.0CCalibrator 1 100 -4 0 7 8 V1.0" + constants)->GetIndexOffset(), -4);
+    EXPECT_EQ(read("V1.0CCalibrator 1 1 V1.0" + constants)->GetCalibMode(), 3);
+    // A single number is a vector; what follows the last token of a version without correction data is not looked at.
+    const auto compensated = std::dynamic_pointer_cast<ICalibrationConstantsFunctionalTemperatureCompensation>(
+        read("V1.0CCalibrator 13 1 V1.0CTOF2TemperatureCompensatedCalibrationConstants V1.0CTOF2CalibrationConstants "
+             "1 1 0 1 0 0 0 0 2 3.5 V1.0VectorDouble 1 4.5 and more")
+            ->GetFunctionalConstants());
+    EXPECT_EQ(compensated->GetMeasuredTemperatures(), Doubles{3.5});
+    EXPECT_EQ(compensated->GetCorrectionFactors(), Doubles{4.5});
+    // Correction data on a line of their own.
+    EXPECT_NE(read("V3.0CCalibrator 4" + g_tail + "V1.0CLinearCalibrationConstants 0 1 1 2 0\n" + g_noGpx), nullptr);
+}
+
+TEST(CalibrationText, CutAtEveryTokenFailsInTheWordsOfThePart) {
+    const std::pair<int, const char*> parts[] = {{0, "GetStringVersionNumberOfStringPrefix: Version id not supported."},
+                                                 {7, "DeserializeFromString: Error in serialization string."}};
+    for (const TextCase& sample : g_cases) {
+        int token = 0;
+        for (std::size_t end = 0; end < sample.text.rfind("endCGPXData"); end = sample.text.find(' ', end + 1)) {
+            const std::string failure = failureOfReading(sample.text.substr(0, end));
+            if (token == 0)
+                EXPECT_EQ(failure, g_class + parts[0].second);
+            else if (token < parts[1].first)
+                EXPECT_EQ(failure, g_class + parts[1].second) << token;
+            else
+                EXPECT_TRUE(failure.find("prefix string ''.") != std::string::npos ||
+                            failure == "runtime_error: vector deserialization" ||
+                            failure.find("failed to create gpxTransformator") != std::string::npos)
+                    << sample.text.substr(0, end) << "|" << failure;
+            token += sample.text[end] == ' ' && sample.text[end + 1] != ' ';
+            token += end == 0;
+        }
+    }
+}
+
+TEST(CalibrationText, DamageIsToldInItsWords) {
+    const std::string vector =
+        "V1.0CCalibrator 13 1 V1.0CTOF2TemperatureCompensatedCalibrationConstants "
+        "V1.0CTOF2CalibrationConstants 1 1 0 1 0 0 0 0 ";
+    const std::string ftmsText = "V1.0CCalibrator 3 1 V1.0CICRCalibrationConstants 0 0 1 0 1 ";
+    const std::string ftmsFailure =
+        "runtime_error: CalibrationTransformatorFactorySerialization::"
+        "DeserializeFromStringFTMS: ";
+    const std::string strategyFailure =
+        "runtime_error: Calibration deserialization failed: unknown calibration strategy: ";
+    const struct {
+        std::string text, failure;
+    } cases[] = {
+        {"V4.0CCalibrator 1 1", g_class + "GetStringVersionNumberOfStringPrefix: Version id not supported."},
+        {"V1.0CCalibrator 1 2 V1.0CTOFCalibrationConstants 10 1 1 1 1 1", g_headFailure},
+        {"V2.0CCalibrator 1 1 99999999999 0 0 0 ", g_headFailure},
+        {"V1.0CCalibrator 9 1 V1.0CTOFCalibrationConstants", strategyFailure + "9"},
+        {"V1.0CCalibrator -1 1 ", strategyFailure + "-1"},
+        {"V1.0CCalibrator 1 1 V1.0CPaladinCalibrationConstants 1",
+         prefixFailure("DeserializeFromStringLinear", "V1.0CPaladinCalibrationConstants")},
+        {"V1.0CCalibrator 12 1 V2.0CTOF2CalibrationConstants 1",
+         prefixFailure("DeserializeFromStringTOF2", "V2.0CTOF2CalibrationConstants")},
+        {"V1.0CCalibrator 1 1 V1.0CTOFCalibrationConstants 10 1x 1 1 1 1",
+         prefixFailure("DeserializeFromStringLinear", "1x")},
+        {"V1.0CCalibrator 4 1 V1.0CLinearCalibrationConstants 0 1 1\n 2 0",
+         prefixFailure("DeserializeFromStringLinear", "")},
+        {ftmsText + "0", prefixFailure("DeserializeFromStringFTMS", "")},
+        {ftmsText + "2 0 1 0", ftmsFailure + "mode 2 not supported."},
+        {ftmsText + "3 0 1 0", ftmsFailure + "mode 3 or 6 not supported."},
+        {ftmsText + "6", ftmsFailure + "mode 3 or 6 not supported."},
+        {ftmsText + "7 0 1 0", ftmsFailure + "unknown FTMS operation mode: 7"},
+        {vector + "4 1 1",
+         "runtime_error: ICalibrationConstantsFunctionalTemperatureCompensation::compensationModeFromInt: No such "
+         "compensation mode: 4"},
+        {vector + "2 V1.0VectorDouble 2000000000 1 2 3", "runtime_error: vector deserialization"},
+        {vector + "2 V1.0VectorDouble -1 1 2 3", "runtime_error: vector deserialization"},
+        {vector + "2 V2.0VectorDouble 1 1", "runtime_error: vector deserialization"},
+        {"V3.0CCalibrator 4" + g_tail + "V1.0CLinearCalibrationConstants 0 1 1 2 0 V1.0CGPXData Order one",
+         "runtime_error: kvan::calibration::CalibrationTransformatorFactorySerialization::DeserializeFromString: "
+         "failed to create gpxTransformator"},
+    };
+    for (const auto& sample : cases)
+        EXPECT_EQ(failureOfReading(sample.text), sample.failure) << sample.text;
+    EXPECT_EQ(failureOf([] { g_serialization.SerializeToString(nullptr); }).substr(0, 17), "invalid_argument:");
+    const auto law = linear(1, 2);
+    law->SetFunctionalConstants(tof(0, 1, 0, 0, 1)->GetFunctionalConstants());
+    EXPECT_EQ(failureOf([&] { g_serialization.SerializeToString(law); }).substr(0, 17), "invalid_argument:");
+}
+
+TEST(CalibrationText, LosesWhatHasNoPlaceInIt) {
+    const auto law = std::make_shared<Constants::CalibrationConstantsFunctionalTOF1TemperatureCompensation>();
+    law->SetMeasuredTemperatures({25});
+    const auto transformator =
+        factory().createTransformator(law, std::make_shared<Constants::CalibrationConstantsPhysicalTOF>());
+    transformator->SetIndexOffset(-2.6);
+    const std::string text = g_serialization.SerializeToString(transformator);
+    EXPECT_EQ(text.substr(0, 25), "V3.0CCalibrator 1 1 -2 0 ");
+    EXPECT_EQ(read(text)->GetFunctionalTypeCode(), 1);
+    EXPECT_EQ(read(text)->GetIndexOffset(), -2);
+    for (const double odd : {std::nan(""), HUGE_VAL, 5e-324, -0.0, 1.7976931348623157e308}) {
+        const double again = read(g_serialization.SerializeToString(linear(1, odd)))->RawToMass(1);
+        EXPECT_TRUE(again == odd + 1 || std::isnan(odd)) << odd;
+    }
+}
+
+}  // namespace
+
+}  // namespace kvan::calibration
