@@ -1,4 +1,4 @@
-#include "temperaturecompensation/TemperatureCompensationInfo.h"
+#include "calibration-core/temperaturecompensation/TemperatureCompensationInfo.h"
 
 #include "calibration-core/constants/CalibrationConstantsTemperatureCompensation.h"
 

@@ -1,0 +1,42 @@
+#include "calibration-core/temperaturecompensation/CalibrationTemperatureCompensator.h"
+
+#include "calibration-core/interfaces/ICalibrationConstantsFunctionalTemperatureCompensation.h"
+
+#include <ostream>
+
+namespace kvan::calibration::TemperatureCompensation {
+
+ICalibrationTemperatureCompensator::TransformatorPtr CalibrationTemperatureCompensator::Compensate(
+    const TransformatorPtr& transformator) const {
+    if (!transformator || !m_reference)
+        return nullptr;
+    auto result = cloneObject(m_reference);
+    const auto functional = transformator->GetFunctionalConstants();
+    const auto compensation =
+        std::dynamic_pointer_cast<ICalibrationConstantsFunctionalTemperatureCompensation>(functional);
+    if (!compensation)
+        return result;
+    result->SetPhysicalConstants(transformator->GetPhysicalConstants());
+    compensation->AdaptToReference(*m_reference->GetFunctionalConstants(), m_referenceTemperatures,
+                                   m_correctionFactors);
+    result->SetFunctionalConstants(functional);
+    result->SetMeasurementModeInfo(nullptr);
+    return result;
+}
+
+void CalibrationTemperatureCompensator::Dump(std::ostream& sink) const {
+    const auto writeValues = [&sink](const char* name, const Values& values) {
+        sink << "\t" << name << "[";
+        for (const double value : values)
+            sink << " " << value;
+        sink << " ]\n";
+    };
+    sink << "CalibrationTemperatureCompensator[ ";
+    if (m_reference)
+        m_reference->Dump(sink);
+    writeValues("reference temperatures", m_referenceTemperatures);
+    writeValues("correction factors", m_correctionFactors);
+    sink << "]\n";
+}
+
+}  // namespace kvan::calibration::TemperatureCompensation
