@@ -1,4 +1,5 @@
 #include "analysis.h"
+#include "calibration_kinds.h"
 #include "commands.h"
 #include "sketch.h"
 #include "text.h"
@@ -32,6 +33,7 @@ void writeSpectraSummary(Database& database, Output& output) {
                    fixed(*query.real(4), 2) + " to " + fixed(query.real(5).value_or(0.0), 2) + " s");
     if (query.integer(6))
         writeEntry(output, "Acquired m/z", count(6) + " to " + count(7));
+    writeEntry(output, "Calibration", calibrationKinds(database));
 }
 
 void writeKinds(Database& database, Output& output) {

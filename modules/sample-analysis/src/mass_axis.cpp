@@ -1,8 +1,9 @@
 #include "mass_axis.h"
 
+#include "calibration-core/constants/CalibrationConstantsFTMS.h"
 #include "calibration-core/constants/CalibrationConstantsLinear.h"
 #include "calibration-core/constants/CalibrationConstantsPaladin.h"
-#include "calibration-core/constants/CalibrationConstantsTOF.h"
+#include "calibration-core/constants/CalibrationConstantsTemperatureCompensation.h"
 #include "calibration-core/interfaces/CalibrationTransformatorFactory.h"
 #include "calibration-core/interfaces/CalibrationTransformatorFactorySerialization.h"
 #include "calibration-core/interfaces/MeasurementModeInfo.h"
@@ -22,7 +23,31 @@ namespace {
 constexpr double g_tofC0 = 120.0;
 constexpr double g_tofC1 = 6.1e5;
 constexpr double g_tofC2 = 0.004;
+constexpr double g_tof2C3 = -2.5e-5;
+constexpr double g_tof2C4 = 0.02;
 constexpr double g_trapC2 = 1.5e-6;
+/// Cyclotron frequencies in a field of seven tesla.
+constexpr double g_ftmsFreqHigh = 1.0747e8;
+constexpr double g_ftmsAlpha = -3.2e7;
+constexpr double g_ftmsBeta = -1.5;
+
+/// The flight tube grows by 10 parts per million a degree; a second sensor sees a steady temperature.
+constexpr double g_referenceTemperature = 25.0;
+constexpr double g_expansion = 10.0;
+constexpr double g_steadyTemperature = 31.5;
+
+/// A spectrum stores its temperatures alone, a reference also the factors that go with them.
+template <class Compensated, class Law>
+std::shared_ptr<Compensated> compensated(const Law& law, double ppm, std::size_t sensors, bool reference) {
+    std::vector<double> temperatures{g_referenceTemperature + ppm / g_expansion, g_steadyTemperature};
+    std::vector<double> factors{g_expansion, g_expansion / 2};
+    temperatures.resize(sensors);
+    factors.resize(sensors);
+    auto constants = std::make_shared<Compensated>(law);
+    constants->SetMeasuredTemperatures(temperatures);
+    constants->SetCorrectionFactors(reference ? factors : temperatures);
+    return constants;
+}
 
 }  // namespace
 
@@ -37,7 +62,17 @@ MassAxis::MassAxis(const SampleRunParameters& parameters)
 }
 
 bool MassAxis::isTof() const {
-    return m_family == CalibrationFamily::TofLinear || m_family == CalibrationFamily::TofQuadratic;
+    return m_family <= CalibrationFamily::Tof2Compensated;
+}
+
+bool MassAxis::isFtms() const {
+    return m_family == CalibrationFamily::Ftms || m_family == CalibrationFamily::FtmsQuadratic;
+}
+
+double MassAxis::peakWidth(double mz) const {
+    if (isTof())
+        return mz / 18'000.0;
+    return isFtms() ? mz * mz / 1e7 : 0.25;
 }
 
 bool MassAxis::hasReferences() const {
@@ -57,7 +92,8 @@ Bytes MassAxis::blobOf(const Calibration& calibration) {
 
 Bytes MassAxis::referenceBlob(std::uint8_t polarity, std::uint8_t acquisitionMode, std::uint8_t scanMode,
                               std::uint8_t msLevel) const {
-    const Calibration reference = calibration(0.0);
+    const Calibration reference = transformation::CalibrationTransformatorFactory::instance()->createTransformator(
+        functional(0.0, true), m_physical);
     reference->SetMeasurementModeInfo(
         std::make_shared<transformation::MeasurementModeInfo>(polarity, acquisitionMode, scanMode, msLevel));
     Bytes blob;
@@ -65,13 +101,36 @@ Bytes MassAxis::referenceBlob(std::uint8_t polarity, std::uint8_t acquisitionMod
     return blob;
 }
 
-MassAxis::Functional MassAxis::functional(double ppm) const {
+MassAxis::Functional MassAxis::functional(double ppm, bool reference) const {
+    using Tof = constants::CalibrationConstantsFunctionalTOF1;
+    using Tof2 = constants::CalibrationConstantsFunctionalTOF2;
+    using CompensatedTof = constants::CalibrationConstantsFunctionalTOF1TemperatureCompensation;
+    using CompensatedTof2 = constants::CalibrationConstantsFunctionalTOF2TemperatureCompensation;
     const double scale = 1.0 + ppm * 1e-6;
+    const double tofC1 = g_tofC1 * scale;
     switch (m_family) {
         case CalibrationFamily::TofLinear:
-            return std::make_shared<constants::CalibrationConstantsFunctionalTOF1>(g_tofC0, g_tofC1 * scale, 0.0);
+            return std::make_shared<Tof>(g_tofC0, tofC1, 0.0);
         case CalibrationFamily::TofQuadratic:
-            return std::make_shared<constants::CalibrationConstantsFunctionalTOF1>(g_tofC0, g_tofC1 * scale, g_tofC2);
+            return std::make_shared<Tof>(g_tofC0, tofC1, g_tofC2);
+        case CalibrationFamily::TofCompensated:
+            return compensated<CompensatedTof>(Tof(g_tofC0, tofC1, g_tofC2), ppm, 1, reference);
+        case CalibrationFamily::TofCompensatedSeveral:
+            return compensated<CompensatedTof>(Tof(g_tofC0, tofC1, g_tofC2), ppm, 2, reference);
+        case CalibrationFamily::Tof2Linear:
+            return std::make_shared<Tof2>(g_tofC0, tofC1, 0.0, 0.0, g_tof2C4);
+        case CalibrationFamily::Tof2Quadratic:
+            return std::make_shared<Tof2>(g_tofC0, tofC1, g_tofC2, 0.0, g_tof2C4);
+        case CalibrationFamily::Tof2Cubic:
+            return std::make_shared<Tof2>(g_tofC0, tofC1, g_tofC2, g_tof2C3, g_tof2C4);
+        case CalibrationFamily::Tof2Compensated:
+            return compensated<CompensatedTof2>(Tof2(g_tofC0, tofC1, g_tofC2, g_tof2C3, g_tof2C4), ppm, 2, reference);
+        case CalibrationFamily::Ftms:
+            return std::make_shared<constants::CalibrationConstantsFunctionalFTMS04>(g_ftmsBeta, g_ftmsFreqHigh * scale,
+                                                                                     0);
+        case CalibrationFamily::FtmsQuadratic:
+            return std::make_shared<constants::CalibrationConstantsFunctionalFTMS1356>(g_ftmsAlpha, g_ftmsBeta,
+                                                                                       g_ftmsFreqHigh * scale, true, 1);
         case CalibrationFamily::PaladinLinear:
             return std::make_shared<constants::CalibrationConstantsFunctionalPaladin>(0.0, scale, 0.0);
         case CalibrationFamily::PaladinQuadratic:
@@ -87,6 +146,8 @@ MassAxis::Functional MassAxis::functional(double ppm) const {
 MassAxis::Physical MassAxis::defaultPhysical() const {
     if (isTof())
         return std::make_shared<constants::CalibrationConstantsPhysicalTOF>();
+    if (isFtms())
+        return std::make_shared<constants::CalibrationConstantsPhysicalFTMS>();
     if (m_family == CalibrationFamily::Linear)
         return std::make_shared<constants::CalibrationConstantsPhysicalLinear>();
     return std::make_shared<constants::CalibrationConstantsPhysicalPaladin>();
@@ -100,7 +161,11 @@ MassAxis::Physical MassAxis::physical() const {
     const Calibration law = transformation::CalibrationTransformatorFactory::instance()->createTransformator(
         functional(0.0), defaultPhysical());
     const double first = law->MassToRaw(m_lower);
-    const double step = (law->MassToRaw(m_upper) - first) / (m_points - 1);
+    const double last = law->MassToRaw(m_upper);
+    if (isFtms())
+        return std::make_shared<constants::CalibrationConstantsPhysicalFTMS>(last, first - last,
+                                                                             static_cast<int>(m_points));
+    const double step = (last - first) / (m_points - 1);
     if (isTof())
         return std::make_shared<constants::CalibrationConstantsPhysicalTOF>(first, step);
     return std::make_shared<constants::CalibrationConstantsPhysicalPaladin>(first / step, 1.0 / step);

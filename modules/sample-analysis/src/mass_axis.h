@@ -26,8 +26,8 @@ public:
     bool hasReferences() const;
 
     /// Full width at half maximum, in m/z: a time of flight is measured with constant resolution, an ion trap has peaks
-    /// of constant width.
-    double peakWidth(double mz) const { return isTof() ? mz / 18'000.0 : 0.25; }
+    /// of constant width, and frequencies have a width of their own.
+    double peakWidth(double mz) const;
 
     double lower() const { return m_lower; }
     double upper() const { return m_upper; }
@@ -38,7 +38,10 @@ private:
     using Physical = std::shared_ptr<kvan::calibration::ICalibrationConstantsPhysical>;
 
     bool isTof() const;
-    Functional functional(double ppm) const;
+    bool isFtms() const;
+    /// The law while the instrument drifts by `ppm`; of a reference the temperatures and factors that take the drift
+    /// out again.
+    Functional functional(double ppm, bool reference = false) const;
     Physical defaultPhysical() const;
     Physical physical() const;
 

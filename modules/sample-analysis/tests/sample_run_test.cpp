@@ -47,10 +47,8 @@ TEST(SampleRun, BytesDependOnTheParametersAlone) {
 }
 
 TEST(SampleRun, RunsOfAllShapesEnd) {
-    const auto calibrations = {CalibrationFamily::TofLinear, CalibrationFamily::TofQuadratic,
-                               CalibrationFamily::PaladinLinear, CalibrationFamily::PaladinQuadratic,
-                               CalibrationFamily::Linear};
-    for (const CalibrationFamily calibration : calibrations) {
+    for (auto calibration = CalibrationFamily::TofLinear; calibration <= CalibrationFamily::Linear;
+         calibration = static_cast<CalibrationFamily>(static_cast<int>(calibration) + 1)) {
         for (const std::uint32_t spectra : {0U, 1U, 12U})
             EXPECT_FALSE(bytesOfRun({.spectra = spectra,
                                      .calibration = calibration,

@@ -7,8 +7,23 @@
 
 namespace kvan::sample {
 
-/// The law that ties the data points of the run to m/z.
-enum class CalibrationFamily { TofLinear, TofQuadratic, PaladinLinear, PaladinQuadratic, Linear };
+/// The law that ties the data points of the run to m/z. The compensated ones record temperatures with each spectrum,
+/// one or several.
+enum class CalibrationFamily {
+    TofLinear,
+    TofQuadratic,
+    TofCompensated,
+    TofCompensatedSeveral,
+    Tof2Linear,
+    Tof2Quadratic,
+    Tof2Cubic,
+    Tof2Compensated,
+    Ftms,
+    FtmsQuadratic,
+    PaladinLinear,
+    PaladinQuadratic,
+    Linear
+};
 
 /// Which spectra have a profile.
 enum class Profiles { None, Surveys, All };
