@@ -31,7 +31,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     scanFile(bytes, g_indexFileHead, [](QSFBlockedReader& reader) { readRecord<FILE_CONTAINER_INDEX_ENTRY>(reader); });
     QuickInfoEntry entry;
     scanFile(bytes, g_extraFileHead, [&](QSFBlockedReader& reader) {
-        entry.Read(reader);
+        entry.Read(reader, reader.blockPosition + reader.blockSize);
         if (entry.calibration.size() < sizeof entry.record.calibrationHead || entry.masses.size() > 255)
             std::abort();
     });

@@ -90,7 +90,7 @@ Bytes variable(std::uint16_t index) {
 
 TEST(VarTabDescBlock, ReadsEntriesAndRefusesThoseThatHoldLessThanTheyClaim) {
     const Bytes head = block(0x3002, 12).set(8, std::uint16_t{14}).set(10, std::uint16_t{2}).add("..");
-    const auto block = readBlock<VarTabDescBlock>(Bytes(head).add(variable(7)).add(variable(9)));
+    const auto block = readBlock<VarTabDescBlock>(Bytes(head).add(variable(7)).add(variable(9)).sized());
     ASSERT_EQ(block.entries.size(), 2u);
     const VarTabDescEntryBlock& entry = block.entries[1];
     EXPECT_EQ(entry.variable, 9);
@@ -98,13 +98,15 @@ TEST(VarTabDescBlock, ReadsEntriesAndRefusesThoseThatHoldLessThanTheyClaim) {
     EXPECT_EQ(entry.isVector, 1);
     EXPECT_EQ(entry.texts, (std::array<std::string, 6>{"Nam", "", "e", "", "", "V"}));
 
-    EXPECT_EQ(failureReading<VarTabDescBlock>(Bytes(head).add(variable(7))), g_readError);
+    EXPECT_EQ(failureReading<VarTabDescBlock>(Bytes(head).add(variable(7)).sized()), g_readError);
+    EXPECT_EQ(failureReading<VarTabDescBlock>(Bytes(head).add(variable(7)).sized().add(variable(9))), g_readError)
+        << "the second one lies behind the block";
     // Entries of a few bytes that all claim the same long texts would make gigabytes of a small file.
     Bytes swarm = Bytes(head).set(10, std::uint16_t{65535});
     for (int index = 0; index < 65535; ++index)
         swarm.add(
             variable(1).set(10, std::uint16_t{1}).set(12, std::uint16_t{65535}).cutAt(20).set(0, std::uint16_t{20}));
-    EXPECT_EQ(failureReading<VarTabDescBlock>(swarm), g_readError);
+    EXPECT_EQ(failureReading<VarTabDescBlock>(swarm.sized()), g_readError);
     for (const std::uint16_t size : {std::uint16_t{0}, std::uint16_t{19}})
         EXPECT_EQ(failureReading<VarTabDescBlock>(Bytes(head).add(variable(7).set(0, size)).add(swarm)), g_readError);
 }

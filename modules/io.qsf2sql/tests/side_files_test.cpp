@@ -51,26 +51,36 @@ Bytes quickInfo() {
 
 constexpr std::size_t g_record = 15;
 
+QuickInfoEntry readEntry(const std::string& bytes, std::uint64_t start = 0) {
+    const auto reader = readerOf(bytes);
+    reader->seekTo(start);
+    QuickInfoEntry entry;
+    entry.Read(*reader, start + quickInfo().size());
+    return entry;
+}
+
 TEST(QuickInfoEntry, ReadsMassesAndCalibrationWhereTheRecordSays) {
     using Calibration = std::vector<std::uint8_t>;
     const Bytes whole = quickInfo();
-    auto entry = readBlock<QuickInfoEntry>("+" + whole, 1);
+    auto entry = readEntry("+" + whole, 1);
     EXPECT_EQ(entry.record.spectrum, 42u);
     EXPECT_EQ(entry.masses, (std::vector<float>{500.5f, 250.25f}));
     EXPECT_EQ(entry.calibration, (Calibration{1, 2, 3, 4, 'a', 'b', 'c'}));
 
     for (const unsigned offset : {0u, 71u, 72u})
-        EXPECT_EQ(
-            readBlock<QuickInfoEntry>(Bytes(whole).set(g_record + 4, static_cast<std::uint16_t>(offset))).calibration,
-            (Calibration{1, 2, 3, 4}));
-    entry.Read(*readerOf(Bytes(whole).set(g_record + 2, 0u)));
+        EXPECT_EQ(readEntry(Bytes(whole).set(g_record + 4, static_cast<std::uint16_t>(offset))).calibration,
+                  (Calibration{1, 2, 3, 4}));
+    entry.Read(*readerOf(Bytes(whole).set(g_record + 2, 0u)), whole.size());
     EXPECT_TRUE(entry.masses.empty()) << "those of the entry before are forgotten";
     EXPECT_EQ(entry.calibration.size(), 4u);
-    EXPECT_TRUE(readBlock<QuickInfoEntry>(Bytes(whole).set(g_record + 50, std::uint8_t{0})).masses.empty());
+    EXPECT_TRUE(readEntry(Bytes(whole).set(g_record + 50, std::uint8_t{0})).masses.empty());
     for (std::size_t size = 0; size < whole.size(); ++size)
-        EXPECT_EQ(failureOf([&] { readBlock<QuickInfoEntry>(whole.cutAt(size)); }), g_readError) << size;
-    EXPECT_EQ(failureOf([&] { readBlock<QuickInfoEntry>(Bytes(whole).set(g_record, std::uint16_t{72})); }),
-              g_readError);
+        EXPECT_EQ(failureOf([&] { readEntry(whole.cutAt(size)); }), g_readError) << size;
+    const Bytes behind = Bytes(whole).add("the next container");
+    for (const Bytes& beyond :
+         {Bytes(behind).set(g_record, std::uint16_t{72}), Bytes(behind).set(g_record + 2, std::uint16_t{64}),
+          Bytes(behind).set(4, std::uint16_t{30})})
+        EXPECT_EQ(failureOf([&] { readEntry(beyond); }), g_readError) << "reaches beyond its container";
 }
 
 }  // namespace

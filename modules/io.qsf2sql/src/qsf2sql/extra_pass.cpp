@@ -51,7 +51,7 @@ void ExtraPass::run(const boost::filesystem::path& extraFile) {
     SideFileScan scan(reader, g_extraFileHead, m_logger);
     QuickInfoEntry entry;
     while (scan.nextEntry() != 0) {
-        entry.Read(reader);
+        entry.Read(reader, reader.blockPosition + reader.blockSize);
         handle(entry);
     }
     KVAN_LOG(m_logger, TRACE) << "XTR file scanned successfully.";

@@ -4,16 +4,23 @@
 
 namespace KVAN::io::QSF {
 
-void QuickInfoEntry::Read(kvan::io::QSFBlockedReader& reader) {
+void QuickInfoEntry::Read(kvan::io::QSFBlockedReader& reader, std::uint64_t containerEnd) {
+    // Else many small containers could share one large record, and a small file ask for a huge cache.
+    const auto requireInside = [&](std::uint64_t position, std::uint64_t size) {
+        if (position + size > containerEnd)
+            reader.readError();
+    };
     const std::uint64_t start = reader.tell();
     const auto head = kvan::io::readRecord<QuickInfoHead>(reader);
     const std::uint64_t recordStart = start + head.recordOffset;
+    requireInside(recordStart, sizeof record);
     reader.seekTo(recordStart);
     record = kvan::io::readRecord<QuickInfoRecord>(reader);
 
     const std::size_t massCount = record.massOffset != 0 ? record.msLevel : 0;
     masses.resize(massCount);
     if (massCount != 0) {
+        requireInside(recordStart + record.massOffset, massCount * sizeof(float));
         reader.seekTo(recordStart + record.massOffset);
         reader.read(reinterpret_cast<char*>(masses.data()), static_cast<std::int64_t>(massCount * sizeof(float)));
     }
@@ -21,6 +28,7 @@ void QuickInfoEntry::Read(kvan::io::QSFBlockedReader& reader) {
     constexpr std::size_t headSize = sizeof record.calibrationHead;
     const bool hasBytes = record.calibrationOffset != 0 && record.size > record.calibrationOffset;
     const std::size_t byteCount = hasBytes ? static_cast<std::size_t>(record.size - record.calibrationOffset) : 0;
+    requireInside(recordStart, byteCount != 0 ? record.size : 0);
     calibration.resize(headSize + byteCount);
     std::copy_n(record.calibrationHead, headSize, calibration.begin());
     if (byteCount != 0) {

@@ -11,8 +11,9 @@ namespace KVAN::io::QSF {
 /// A quick-info entry of the extra file. One object reads many entries without taking memory for each.
 class QuickInfoEntry {
 public:
-    /// Reads the entry at the reader's position. Nothing in it is verified beyond its lengths.
-    void Read(kvan::io::QSFBlockedReader& reader);
+    /// Reads the entry at the reader's position, of a container that ends at `containerEnd` in the file. What would
+    /// reach beyond it is a read error; nothing else is verified.
+    void Read(kvan::io::QSFBlockedReader& reader, std::uint64_t containerEnd);
 
     QuickInfoRecord record{};
     std::vector<float> masses;              ///< one a precursor stage, or none

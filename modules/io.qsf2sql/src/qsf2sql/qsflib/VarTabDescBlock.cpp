@@ -26,6 +26,8 @@ void VarTabDescBlock::Read(kvan::io::QSFBlockedReader& reader) {
         reader.seekTo(position);
         entries.emplace_back().Read(reader);
         position += entries.back().size;
+        if (position > start + header.resource.size)
+            reader.readError();
     }
 }
 
