@@ -9,6 +9,7 @@
 #include <boost/format.hpp>
 #include <boost/throw_exception.hpp>
 #include <cstring>
+#include <locale>
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -44,8 +45,8 @@ void checkUtf8(const std::string& text) {
     const auto fault = utf8::find_invalid(text.begin(), text.end());
     if (fault != text.end())
         BOOST_THROW_EXCEPTION(std::runtime_error(
-            str(boost::format("Invalid UTF-8 code unit at index %1%: %2$#x") % (fault - text.begin()) %
-                static_cast<unsigned>(static_cast<unsigned char>(*fault)))));
+            str(boost::format("Invalid UTF-8 code unit at index %1%: %2$#x", std::locale::classic()) %
+                (fault - text.begin()) % static_cast<unsigned>(static_cast<unsigned char>(*fault)))));
 }
 
 std::string sqliteCacheFilename(const std::string& path, bool allVariables) {

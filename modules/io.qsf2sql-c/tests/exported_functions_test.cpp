@@ -1,6 +1,7 @@
 #include "road.h"
 
 #include <boost/thread/thread.hpp>
+#include <locale>
 
 extern "C" double sum_of_array(const char* path, std::uint64_t id);
 
@@ -67,6 +68,20 @@ TEST_F(ExportedFunctions, PathsMustBeUtf8) {
     const fs::path directory = m_directory / "L\xC3\xB6sung \xE2\x82\xAC";
     AnalysisWriter(directory).finish();
     EXPECT_TRUE(Storage((directory / "analysis.qsf").string()));
+}
+
+TEST_F(ExportedFunctions, TextsDoNotDependOnTheLocaleOfTheHost) {
+    struct Grouping : std::numpunct<char> {
+        char do_thousands_sep() const override { return ','; }
+        std::string do_grouping() const override { return "\3"; }
+    };
+    const std::locale former = std::locale::global(std::locale(std::locale::classic(), new Grouping));
+    write({{}});
+    const Storage storage(mainFile());
+    EXPECT_EQ(storage.failureOf(1234567).substr(0, 60), "Requested array with non-existing Id 1234567 (0x12d687) - up");
+    EXPECT_EQ(qsf2sql_array_open_storage(0, (std::string(1500, 'a') + "\xFF").c_str()), 0u);
+    EXPECT_EQ(lastError(), "Invalid UTF-8 code unit at index 1500: 0xff");
+    std::locale::global(former);
 }
 
 TEST_F(ExportedFunctions, BadIdsFailAndLeaveTheHandleUsable) {

@@ -6,6 +6,7 @@
 #include <boost/format.hpp>
 #include <boost/throw_exception.hpp>
 #include <cstring>
+#include <locale>
 
 namespace kvan::binaryio {
 
@@ -57,8 +58,9 @@ void IHeapBinary::skip(std::uint64_t bytes) {
 
 void IHeapBinary::requireAvailable(std::uint64_t bytes) const {
     if (bytes > m_size - m_position) {
-        const boost::format text = boost::format("Trying to read %1% bytes from buffer of size %2% at offset %3%") %
-                                   bytes % m_size % m_position;
+        const boost::format text =
+            boost::format("Trying to read %1% bytes from buffer of size %2% at offset %3%", std::locale::classic()) %
+            bytes % m_size % m_position;
         BOOST_THROW_EXCEPTION(BinaryFailure(StreamError::PositionOutOfBounds, text.str()));
     }
 }

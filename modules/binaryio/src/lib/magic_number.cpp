@@ -4,6 +4,7 @@
 
 #include <boost/format.hpp>
 #include <boost/throw_exception.hpp>
+#include <locale>
 #include <mutex>
 #include <shared_mutex>
 #include <string_view>
@@ -59,8 +60,8 @@ std::string MagicNumber::nameOf(std::uint32_t value) {
 void MagicNumber::assertMagicIs(std::uint32_t found) const {
     if (found == m_value)
         return;
-    const boost::format text = boost::format("Found %|1$x|x (%2%) but expected %|3$x|x (%4%)") % found % nameOf(found) %
-                               m_value % nameOf(m_value);
+    const boost::format text = boost::format("Found %|1$x|x (%2%) but expected %|3$x|x (%4%)", std::locale::classic()) %
+                               found % nameOf(found) % m_value % nameOf(m_value);
     BOOST_THROW_EXCEPTION(BinaryFailure(StreamError::UnexpectedMagicNumber, text.str()));
 }
 

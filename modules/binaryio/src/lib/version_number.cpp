@@ -4,11 +4,13 @@
 
 #include <boost/format.hpp>
 #include <boost/throw_exception.hpp>
+#include <locale>
 
 namespace kvan::binaryio {
 
 std::string VersionNumber::toString() const {
-    return m_parts ? (boost::format("%|1$d|.%|2$d|") % m_parts->first % m_parts->second).str() : std::string();
+    return m_parts ? (boost::format("%|1$d|.%|2$d|", std::locale::classic()) % m_parts->first % m_parts->second).str()
+                   : std::string();
 }
 
 IBinaryBase& operator>>(IBinaryBase& stream, VersionNumber& version) {
@@ -25,9 +27,9 @@ IBinaryBase& operator>>(IBinaryBase& stream, const expected_type<VersionNumber>&
     VersionNumber found;
     stream >> found;
     if (found != expected.get()) {
-        const boost::format text = boost::format("Found V%|1$d|.%|2$d| but expecting V%|3$d|.%|4$d|") %
-                                   found.getMajor() % found.getMinor() % expected.get().getMajor() %
-                                   expected.get().getMinor();
+        const boost::format text =
+            boost::format("Found V%|1$d|.%|2$d| but expecting V%|3$d|.%|4$d|", std::locale::classic()) %
+            found.getMajor() % found.getMinor() % expected.get().getMajor() % expected.get().getMinor();
         BOOST_THROW_EXCEPTION(BinaryFailure(StreamError::UnexpectedVersionNumber, text.str()));
     }
     return stream;

@@ -3,6 +3,7 @@
 #include "qsf2sql/qsf2sql_impl.h"
 
 #include <boost/throw_exception.hpp>
+#include <locale>
 #include <sstream>
 #include <type_traits>
 
@@ -36,6 +37,7 @@ struct NativeTraits<unsigned int> {
 
 std::string idText(std::uint64_t id) {
     std::ostringstream text;
+    text.imbue(std::locale::classic());  // whatever the host has set
     text << id << " (0x" << std::hex << id << ")";
     return text.str();
 }
