@@ -1,5 +1,8 @@
 #include "sql.h"
 
+#include "sysutils/platform.h"
+
+#include <boost/filesystem/operations.hpp>
 #include <stdexcept>
 
 #include <sqlite3.h>
@@ -21,7 +24,9 @@ void Database::Close::operator()(sqlite3* connection) const {
 
 Database::Database(const std::string& path) {
     sqlite3* connection = nullptr;
-    const int result = sqlite3_open_v2(path.c_str(), &connection, SQLITE_OPEN_READONLY, nullptr);
+    // Absolute, so that no name is taken for a URI.
+    const std::string name = boost::filesystem::absolute(kvan::sys::pathFromUtf8(path)).string();
+    const int result = sqlite3_open_v2(name.c_str(), &connection, SQLITE_OPEN_READONLY, nullptr);
     m_connection.reset(connection);
     if (result != SQLITE_OK)
         throwError(connection);

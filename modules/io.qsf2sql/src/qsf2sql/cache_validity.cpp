@@ -41,7 +41,16 @@ auto readOrReport(const logging::Logger& logger, const char* fault, Read read) -
     return {};
 }
 
+/// Whether nothing but plain tables bears the names that are read. A view or a virtual table could run for ever.
+bool hasPlainTables(CppSQLite3DB& database) {
+    return database.execScalar(
+               "SELECT COUNT(*) FROM sqlite_master WHERE (type <> 'table' OR rootpage = 0) AND name COLLATE NOCASE IN "
+               "('Info', 'RequestedVariables', 'Spectra', 'AcquisitionKeys', 'Transformators')") == 0;
+}
+
 std::optional<std::string> schemaVersion(CppSQLite3DB& database) {
+    if (!hasPlainTables(database))
+        return {};
     const CppSQLite3Query query = database.execQuery("SELECT SchemaVersion FROM Info");
     if (query.eof() || query.fieldIsNull(0))
         return {};

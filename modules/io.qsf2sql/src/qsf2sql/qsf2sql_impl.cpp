@@ -32,10 +32,12 @@ Qsf2SqlImpl::Qsf2SqlImpl(const logging::Logger& logger, const boost::filesystem:
 void Qsf2SqlImpl::openCache(const VariablesPrefs& variablesPrefs) {
     bool isTemporary = false;
     auto database = getValidSQLiteCache(m_qsfFile, m_cacheFile, &isTemporary, variablesPrefs);
-    if (isTemporary)
-        m_database = std::shared_ptr<cppsqlite::CppSQLite3DB>(database.release(), CacheDeleter(m_cacheFile));
-    else
+    if (isTemporary) {
+        CacheDeleter deleter(m_cacheFile);
+        m_database = std::shared_ptr<cppsqlite::CppSQLite3DB>(database.release(), std::move(deleter));
+    } else {
         m_database = std::shared_ptr<cppsqlite::CppSQLite3DB>(database.release(), CacheCloser());
+    }
     KVAN_LOG(m_logger, TRACE) << "Using SQLite cache: " << sys::pathToUtf8(m_cacheFile);
 }
 

@@ -167,9 +167,10 @@ std::unique_ptr<PrivateFile> PrivateFile::create(const boost::filesystem::path& 
             fault = lastFault();
             return nullptr;
         }
-        const bool isLocked = ::flock(descriptor.get(), LOCK_EX | LOCK_NB) == 0;
-        fault = isLocked ? boost::system::error_code() : lastFault();
-        if (isLocked && isStillNamed(descriptor.get(), path.c_str()))
+        // Some network file systems know no locks: there nobody holds one, and nobody removes what is left behind.
+        const bool isTaken = ::flock(descriptor.get(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
+        fault = isTaken ? lastFault() : boost::system::error_code();
+        if (!isTaken && isStillNamed(descriptor.get(), path.c_str()))
             return std::make_unique<LinuxPrivateFile>(std::move(descriptor), path);
         ::unlink(path.c_str());
     }
