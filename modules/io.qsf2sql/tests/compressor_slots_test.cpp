@@ -1,9 +1,7 @@
-#include "compression/compressor_registry.h"
+#include "compressor_calls.h"
 
 #include <bit>
-#include <boost/algorithm/hex.hpp>
 #include <boost/uuid/nil_generator.hpp>
-#include <boost/uuid/string_generator.hpp>
 #include <cstring>
 #include <numeric>
 #include <stdexcept>
@@ -14,42 +12,9 @@
 namespace kvan::compression {
 namespace {
 
-using Bytes = std::vector<unsigned char>;
-
 constexpr const char* g_ids[] = {"4F1EA0CB-5A6A-43ED-9562-D6D873034577", "7F88E97F-2038-40ba-8F3A-FCA9A9719569",
                                  "6BB2E64A-27A0-4575-A66A-4E312C8B9AD7"};
 constexpr const char* g_names[] = {"vlc", "vli2", "ZLib"};
-
-std::shared_ptr<ICompressor> compressor(const char* id) {
-    return getCompressor(boost::uuids::string_generator()(id));
-}
-
-template <class Action>
-std::string failureOf(Action action) {
-    try {
-        action();
-    } catch (const std::exception& failure) {
-        return failure.what();
-    }
-    return {};
-}
-
-template <class T>
-Bytes packed(ICompressor& compressor, const std::vector<T>& elements) {
-    const T none{};
-    unsigned char* bytes = nullptr;
-    unsigned size = 0;
-    compressor.Compress(elements.empty() ? &none : elements.data(), static_cast<unsigned>(elements.size()), &bytes,
-                        &size);
-    return {bytes, bytes + size};
-}
-
-template <class T>
-std::vector<T> unpacked(ICompressor& compressor, const Bytes& bytes) {
-    std::vector<T> elements(3);
-    compressor.Decompress(bytes, elements);
-    return elements;
-}
 
 /// What a slot says about no bytes to decompress, and about null to compress.
 template <class T>
@@ -94,9 +59,8 @@ Bytes deflated(const Bytes& plain, int level) {
 
 TEST(ZLibCompressor, WritesStoredStreams) {
     const auto coder = compressor(g_ids[2]);
-    const auto hex = [](const Bytes& bytes) { return boost::algorithm::hex(std::string(bytes.begin(), bytes.end())); };
-    EXPECT_EQ(hex(packed(*coder, std::vector<float>{})), "7801010000FFFF00000001");
-    EXPECT_EQ(hex(packed(*coder, std::vector<std::uint32_t>{0x04030201})), "7801010400FBFF010203040018000B");
+    EXPECT_EQ(packed(*coder, std::vector<float>{}), hex("7801 01 0000FFFF 00000001"));
+    EXPECT_EQ(packed(*coder, std::vector<std::uint32_t>{0x04030201}), hex("7801 01 0400FBFF 01020304 0018000B"));
     EXPECT_EQ(unpacked<float>(*coder, packed(*coder, std::vector<float>{})), std::vector<float>{});
     const float odd = std::bit_cast<float>(0x7F812345u);
     const auto read = unpacked<float>(*coder, packed(*coder, std::vector<float>{odd}));
@@ -136,6 +100,9 @@ TEST(ZLibCompressor, EndsWhereACutStreamEndsAndNamesDamage) {
     EXPECT_EQ(failureOf([&] { unpacked<float>(*coder, damaged); }),
               "An error occurred during zlib inflation: incorrect header check: Unspecified stream error");
     EXPECT_EQ(unpacked<std::uint32_t>(*coder, whole), (std::vector<std::uint32_t>{1, 2, 3}));  // nothing stays behind
+    Bytes longer = whole;
+    longer.push_back(7);
+    EXPECT_EQ(unpacked<std::uint32_t>(*coder, longer).size(), 3u);
 }
 
 }  // namespace

@@ -1,9 +1,7 @@
-#include "compression/compressor_registry.h"
+#include "compressor_calls.h"
 
 #include <algorithm>
 #include <bitset>
-#include <boost/algorithm/hex.hpp>
-#include <boost/uuid/string_generator.hpp>
 #include <random>
 #include <stdexcept>
 
@@ -12,7 +10,6 @@
 namespace kvan::compression {
 namespace {
 
-using Bytes = std::vector<unsigned char>;
 using Elements = std::vector<std::uint32_t>;
 
 constexpr char g_vlc[] = "4f1ea0cb-5a6a-43ed-9562-d6d873034577";
@@ -21,17 +18,6 @@ constexpr char g_wrongCount[] = "!(originalSize == *integerInDestination)";
 
 /// Head of a second coder's block behind the count.
 const std::string g_table = "0000001A 00040506 07090A0B 20 01020304 05060708 09 00000001 0000000A";
-
-std::shared_ptr<ICompressor> compressor(const char* id) {
-    return getCompressor(boost::uuids::string_generator()(id));
-}
-
-Bytes hex(std::string text) {
-    std::erase(text, ' ');
-    Bytes bytes;
-    boost::algorithm::unhex(text, std::back_inserter(bytes));
-    return bytes;
-}
 
 /// A head and a stream written down bit by bit.
 Bytes stream(const std::string& head, std::string bits) {
@@ -43,33 +29,6 @@ Bytes stream(const std::string& head, std::string bits) {
         bytes.push_back(static_cast<unsigned char>(std::bitset<8>(byte).to_ulong()));
     }
     return bytes;
-}
-
-template <class T>
-Bytes packed(ICompressor& compressor, const std::vector<T>& elements) {
-    const T none{};
-    unsigned char* bytes = nullptr;
-    unsigned size = 0;
-    compressor.Compress(elements.empty() ? &none : elements.data(), static_cast<unsigned>(elements.size()), &bytes,
-                        &size);
-    return {bytes, bytes + size};
-}
-
-template <class T>
-std::vector<T> unpacked(ICompressor& compressor, const Bytes& bytes) {
-    std::vector<T> elements(3, 77);
-    compressor.Decompress(bytes, elements);
-    return elements;
-}
-
-template <class Action>
-std::string failureOf(Action action) {
-    try {
-        action();
-    } catch (const std::exception& failure) {
-        return failure.what();
-    }
-    return {};
 }
 
 std::string repeated(const std::string& text, std::size_t count) {
