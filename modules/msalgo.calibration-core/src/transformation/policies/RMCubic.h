@@ -39,7 +39,7 @@ public:
         const double slope = (s * 3.0 * m_C3 + 2.0 * m_root.C2) * s + m_root.B;
         s = s - (AtSquareOf(s) - raw) / slope;
         s = s - (AtSquareOf(s) - raw) / slope;  // the same slope again: a chord, no second Newton step
-        return SignedSquare((root > 0.0) & (m_C3 != 0.0) ? s : root);
+        return SignedSquare(((root > 0.0) & (m_C3 != 0.0)) ? s : root);
     }
 
 private:

@@ -28,7 +28,7 @@ struct FlippedContinuedQuadraticEquation {
         numerator = flipped ? flippedNumerator : numerator;
         denominator = flipped ? flippedDenominator : denominator;
         const double x = numerator / denominator;
-        return flipped & (b > 0.0) ? -x : x;
+        return (flipped & (b > 0.0)) ? -x : x;
     }
 
 private:
