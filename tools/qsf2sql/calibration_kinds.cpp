@@ -30,7 +30,8 @@ constexpr Kind g_kinds[] = {
     {"0210", "linear", Degree::Fixed},
 };
 
-/// A plain block with an extension is a compensated one. Columns: head, whether c2, c3 and an ion trap's c2 are 0.0, FTMS mode, spectra.
+/// A plain block with an extension is a compensated one. Columns: head, whether c2, c3 and an ion trap's c2 are 0.0,
+/// FTMS mode, spectra.
 constexpr const char* g_query =
     "SELECT CASE WHEN hex(substr(t.Blob, 1, 4)) = '01000000' AND hex(substr(t.Blob, 45, 2)) = 'ACBF' THEN '0300' ELSE "
     "hex(substr(t.Blob, 1, 2)) END, substr(t.Blob, 37, 8) = zeroblob(8), substr(t.Blob, 45, 8) = zeroblob(8), "
