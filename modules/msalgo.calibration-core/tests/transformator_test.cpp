@@ -56,6 +56,15 @@ TEST(Transformator, ConstantsThatDoNotFitAreHeldButNotUsed) {
               "invalid_argument: kvan::calibration::Transformation::RMQuadratic:");
     EXPECT_EQ(transformator->RawToMass(24), 16);
     EXPECT_EQ(transformator->GetFunctionalTypeCode(), 4);
+
+    const auto checked = ftms(0, 0, 1, 100, 50, 11);
+    const double raw = checked->IndexToRaw(1);
+    EXPECT_NE(raw, 20);
+    EXPECT_NE(failureOf([&] {
+                  checked->SetPhysicalConstants(std::make_shared<CalibrationConstantsPhysicalTOF>(10, 10));
+              }).find("FTMSIndexChecker::UpdatePhysicalConstants("),
+              std::string::npos);
+    EXPECT_EQ(checked->IndexToRaw(1), raw);
 }
 
 TEST(Transformator, AModeIsRemovedByNull) {

@@ -35,7 +35,8 @@ public:
                           unsigned* destinationBytes) = 0;
 
     /// Decompresses a whole array. `destination` gets exactly its elements; what was in there is lost. Throws
-    /// `std::runtime_error` for bytes that are no array of this compressor.
+    /// `std::runtime_error` for bytes that are no array of this compressor, `std::invalid_argument` for no bytes at all
+    /// where an array needs some.
     virtual void Decompress(const std::vector<unsigned char>& source, std::vector<double>& destination) = 0;
     virtual void Decompress(const std::vector<unsigned char>& source, std::vector<float>& destination) = 0;
     virtual void Decompress(const std::vector<unsigned char>& source, std::vector<std::int64_t>& destination) = 0;

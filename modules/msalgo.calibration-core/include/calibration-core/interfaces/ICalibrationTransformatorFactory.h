@@ -21,8 +21,8 @@ public:
     virtual TransformatorPtr createTransformator(const FunctionalPtr& functional,
                                                  const PhysicalPtr& physical) const = 0;
 
-    /// Ion trap: c2 == 0.0 linear, else quadratic. This and the following throw `std::runtime_error` when the
-    /// functional constants are of another family or the physical ones do not give a line.
+    /// Ion trap: c2 == 0.0 linear, else quadratic. This and the following throw `std::invalid_argument` when
+    /// the functional constants are of another family or the physical ones do not give a line.
     virtual TransformatorPtr createTransformatorTrap(const FunctionalPtr& functional,
                                                      const PhysicalPtr& physical) const = 0;
     /// A straight line.

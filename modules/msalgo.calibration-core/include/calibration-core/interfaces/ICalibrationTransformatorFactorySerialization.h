@@ -15,7 +15,7 @@ public:
 
     /// The transformator of a calibration blob. Null for no bytes at all, for type 255 ("no transformator") and for
     /// types that no family has. Throws `std::runtime_error` for bytes that end too early, a damaged part, or a family
-    /// that is not supported.
+    /// that is not supported, and `std::invalid_argument` for constants that the factory refuses.
     virtual std::shared_ptr<ICalibrationTransformator> DeserializeFromBlob(
         const std::vector<unsigned char>& blob) const = 0;
 
@@ -26,7 +26,8 @@ public:
                                  std::vector<unsigned char>& blob) const = 0;
 
     /// As `SerializeToBlob`, in the reference form: the block is followed by the measurement mode, which the
-    /// transformator must hold, else `std::logic_error`.
+    /// transformator must hold, else `std::logic_error`. Throws `std::runtime_error` "Invalid reference calibrator: ..."
+    /// for compensated constants without temperatures or factors.
     virtual void SerializeReferenceToBlob(const std::shared_ptr<ICalibrationTransformator>& transformator,
                                           std::vector<unsigned char>& blob) const = 0;
 

@@ -38,8 +38,10 @@ public:
     static constexpr double Cost = RawIndex::Cost + 0.1;
 
     void UpdatePhysicalConstants(const ICalibrationConstantsPhysical& constants) {
-        m_line.UpdatePhysicalConstants(constants);
+        RawIndex line = m_line;
+        line.UpdatePhysicalConstants(constants);
         m_checker.UpdatePhysicalConstants(constants);
+        m_line = line;  // constants that one of the two refuses change neither
     }
 
     [[gnu::always_inline]] double IndexToRaw(double index, double offset) const {
