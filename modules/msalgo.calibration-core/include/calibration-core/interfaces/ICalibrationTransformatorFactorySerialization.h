@@ -26,8 +26,8 @@ public:
                                  std::vector<unsigned char>& blob) const = 0;
 
     /// As `SerializeToBlob`, in the reference form: the block is followed by the measurement mode, which the
-    /// transformator must hold, else `std::logic_error`. Throws `std::runtime_error` "Invalid reference calibrator: ..."
-    /// for compensated constants without temperatures or factors.
+    /// transformator must hold, else `std::logic_error`. Throws `std::runtime_error` "Invalid reference calibrator:
+    /// ..." for compensated constants without temperatures or factors.
     virtual void SerializeReferenceToBlob(const std::shared_ptr<ICalibrationTransformator>& transformator,
                                           std::vector<unsigned char>& blob) const = 0;
 
