@@ -144,6 +144,10 @@ TEST(Batch, BelowTheThresholdTheLawsOwnFailureReachesTheCaller) {
                 EXPECT_EQ(raws[59], law->RawToMass(10.0));
                 EXPECT_EQ(raws[60], 41.0);
                 EXPECT_EQ(raws[61], 10.0);
+                raws[60] = 41.0;
+                Doubles masses(count, 7.0);
+                EXPECT_EQ(failureOf([&] { law->RawsToMasses(Doubles(1, 41.0), masses); }), g_complex);
+                EXPECT_EQ(masses, Doubles{0.0});
             }
         }
     omp_set_num_threads(1);

@@ -62,12 +62,16 @@ void BatchTransformation(const Law& law, const std::vector<typename Functor::Sou
                          std::vector<typename Functor::Destination>& destination) {
     using Destination = typename Functor::Destination;
     const std::size_t count = source.size();
-    resizeForOverwrite(destination, count);
+    const bool inOrder = count < g_parallelBatchSize || insideParallelRegion();
+    if (inOrder && static_cast<const void*>(&source) != &destination)
+        destination.assign(count, Destination{});  // elements behind one that fails hold nothing old
+    else
+        resizeForOverwrite(destination, count);
     if (count == 0)
         return;
     const auto* const in = source.data();
     Destination* const out = destination.data();
-    if (count < g_parallelBatchSize || insideParallelRegion()) {
+    if (inOrder) {
         convertInOrder<Destination>(
             count,
             [&](std::size_t begin, Destination* results, std::size_t size) {
