@@ -1,5 +1,6 @@
 #include "cppsqlite/CppSQLite3.h"
 
+#include "cppsqlite/plain_tables.h"
 #include "cppsqlite/simple_checked_query.h"
 
 #include <boost/filesystem/fstream.hpp>
@@ -142,6 +143,18 @@ TEST_F(CppSQLite3, SimpleCheckedQueryTakesOneValueOfItsType) {
     for (const auto& row : cases)
         EXPECT_EQ(failureOf([&] { simpleCheckedQuery<int>(m_database, row.first); }),
                   std::string(row.second) + row.first);
+    EXPECT_FALSE(simpleOptionalQuery<int>(m_database, "SELECT 1 WHERE 0"));
+}
+
+TEST_F(CppSQLite3, TablesThatComputeAreFoundWithoutRunningThem) {
+    const char* const endless = "WITH RECURSIVE n(x) AS (SELECT 1 UNION ALL SELECT x + 1 FROM n) SELECT x FROM n";
+    m_database.execDML(std::string("CREATE TABLE plain (x); CREATE VIEW aView AS ") + endless +
+                       "; CREATE VIRTUAL TABLE aVirtual USING fts5(x); CREATE TABLE computed (x, y AS (x LIKE "
+                       "'%a%a%a%a%a%b')); CREATE INDEX i ON plain (x)");
+    EXPECT_FALSE(findComputedTable(m_database, {"plain", "missing"}));
+    EXPECT_EQ(findComputedTable(m_database, {"plain", "AVIEW"}), "aView");
+    EXPECT_EQ(findComputedTable(m_database, {"avirtual", "plain"}), "aVirtual");
+    EXPECT_EQ(findComputedTable(m_database, {"plain", "computed"}), "computed");
 }
 
 TEST_F(CppSQLite3, OpensLazilyAndOnlyWhatIsThere) {
@@ -154,6 +167,22 @@ TEST_F(CppSQLite3, OpensLazilyAndOnlyWhatIsThere) {
     file.open(path.string(), CppSQLite3DB::OpenMode::Existing);
     file.distrustContent();
     EXPECT_EQ(failureOf([&] { file.execQuery("SELECT * FROM t"); }), "UNKNOWN_ERROR[26]: file is not a database");
+    fs::remove(path);
+}
+
+TEST_F(CppSQLite3, AFrozenFileIsReadAsItStands) {
+    const fs::path path = fs::temp_directory_path() / fs::unique_path("frozen %41-%%%%%%%%");
+    CppSQLite3DB writer;
+    writer.open(path.string());
+    writer.execDML("PRAGMA journal_mode=WAL; CREATE TABLE t (v); INSERT INTO t VALUES (1)");
+    writer.close();
+    CppSQLite3DB frozen;
+    frozen.open(path.string(), CppSQLite3DB::OpenMode::Frozen);
+    EXPECT_EQ(frozen.execScalar("SELECT v FROM t"), 1);
+    EXPECT_FALSE(fs::exists(path.string() + "-shm")) << "nothing stands beside it";
+    EXPECT_EQ(failureOf([&] { frozen.execDML("DELETE FROM t"); }),
+              "SQLITE_READONLY[8]: attempt to write a readonly database");
+    frozen.close();
     fs::remove(path);
 }
 

@@ -158,6 +158,7 @@ public:
         Create,    ///< makes the file if there is none
         Existing,  ///< refuses to
         Private,   ///< a file that is made or filled and is nobody else's: takes no locks, keeps its journal in memory
+        Frozen,    ///< a file that nobody can write: takes no locks, looks at no journal, needs nothing beside it
     };
 
     CppSQLite3DB() = default;

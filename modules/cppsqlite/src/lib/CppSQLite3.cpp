@@ -84,8 +84,8 @@ std::string plainName(const std::string& fileName) {
     return fileName.compare(0, 5, "file:") == 0 ? "./" + fileName : fileName;
 }
 
-/// The URI of the file with the parameter that switches locking off, on any platform.
-std::string uriWithoutLocks(const std::string& fileName) {
+/// The URI of the file, followed by a parameter, on any platform.
+std::string uriOf(const std::string& fileName, const char* parameter) {
     std::string uri = fileName.compare(0, 1, "/") == 0 ? "file://" : "file:./";
     for (const char byte : fileName) {
         if (byte == '%' || byte == '?' || byte == '#')
@@ -93,7 +93,29 @@ std::string uriWithoutLocks(const std::string& fileName) {
         else
             uri += byte;
     }
-    return uri + "?nolock=1";
+    return uri + parameter;
+}
+
+struct OpenCall {
+    std::string name;
+    int flags;
+};
+
+OpenCall openCall(const std::string& fileName, CppSQLite3DB::OpenMode mode) {
+    // A connection belongs to one thread at a time and needs no lock of its own.
+    constexpr int common = SQLITE_OPEN_NOMUTEX;
+    constexpr int create = common | SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE;
+    switch (mode) {
+        case CppSQLite3DB::OpenMode::Existing:
+            return {plainName(fileName), common | SQLITE_OPEN_READWRITE};
+        case CppSQLite3DB::OpenMode::Private:
+            return {uriOf(fileName, "?nolock=1"), create | SQLITE_OPEN_URI};
+        case CppSQLite3DB::OpenMode::Frozen:
+            return {uriOf(fileName, "?immutable=1"), common | SQLITE_OPEN_READONLY | SQLITE_OPEN_URI};
+        case CppSQLite3DB::OpenMode::Create:
+            break;
+    }
+    return {plainName(fileName), create};
 }
 
 }  // namespace
@@ -335,19 +357,15 @@ CppSQLite3DB::~CppSQLite3DB() {
 
 void CppSQLite3DB::open(const std::string& fileName, OpenMode mode) {
     close();
-    const bool isPrivate = mode == OpenMode::Private;
-    const std::string name = isPrivate ? uriWithoutLocks(fileName) : plainName(fileName);
-    // A connection belongs to one thread at a time and needs no lock of its own.
-    const int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX |
-                      (mode == OpenMode::Existing ? 0 : SQLITE_OPEN_CREATE) | (isPrivate ? SQLITE_OPEN_URI : 0);
-    const int code = sqlite3_open_v2(name.c_str(), &m_connection, flags, nullptr);
+    const OpenCall call = openCall(fileName, mode);
+    const int code = sqlite3_open_v2(call.name.c_str(), &m_connection, call.flags, nullptr);
     if (code != SQLITE_OK) {
         const std::string text = sqlite3_errmsg(m_connection);
         sqlite3_close(std::exchange(m_connection, nullptr));
         fail(code, text.c_str());
     }
     setBusyTimeout(m_busyTimeout);
-    if (isPrivate)
+    if (mode == OpenMode::Private)
         execDML("PRAGMA journal_mode=MEMORY");
 }
 

@@ -1,5 +1,6 @@
 #include "qsf2sql/cache_validity.h"
 
+#include "cppsqlite/plain_tables.h"
 #include "logger/logger.h"
 #include "qsf2sql/cache_files.h"
 #include "qsf2sql/cache_schema.h"
@@ -41,15 +42,8 @@ auto readOrReport(const logging::Logger& logger, const char* fault, Read read) -
     return {};
 }
 
-/// Whether nothing but plain tables bears the names that are read. A view or a virtual table could run for ever.
-bool hasPlainTables(CppSQLite3DB& database) {
-    return database.execScalar(
-               "SELECT COUNT(*) FROM sqlite_master WHERE (type <> 'table' OR rootpage = 0) AND name COLLATE NOCASE IN "
-               "('Info', 'RequestedVariables', 'Spectra', 'AcquisitionKeys', 'Transformators')") == 0;
-}
-
 std::optional<std::string> schemaVersion(CppSQLite3DB& database) {
-    if (!hasPlainTables(database))
+    if (findComputedTable(database, {"Info", "RequestedVariables", "Spectra", "AcquisitionKeys", "Transformators"}))
         return {};
     const CppSQLite3Query query = database.execQuery("SELECT SchemaVersion FROM Info");
     if (query.eof() || query.fieldIsNull(0))
