@@ -96,6 +96,9 @@ IBinaryBase& operator>>(IBinaryBase& stream, T& value) {
 /// One byte; any but zero is true.
 IBinaryBase& operator>>(IBinaryBase& stream, bool& value);
 
+/// A count of elements, in the width that the stream's flags say.
+std::uint64_t readContainerSize(IBinaryBase& stream);
+
 /// A tagged text, "CString-ASCII" or "std_string_ascii". `text` is untouched unless all of it was read.
 IBinaryBase& operator>>(IBinaryBase& stream, std::string& text);
 

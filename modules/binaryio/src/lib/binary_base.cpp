@@ -10,17 +10,6 @@ namespace kvan::binaryio {
 
 namespace {
 
-std::uint64_t readContainerSize(IBinaryBase& stream) {
-    if (stream.hasWideContainerSizes()) {
-        std::uint64_t size = 0;
-        stream >> size;
-        return size;
-    }
-    std::uint32_t size = 0;
-    stream >> size;
-    return size;
-}
-
 /// A stream that cannot tell how much is left is read piece by piece, so that a false size takes no memory.
 std::string readCharacters(IBinaryBase& stream, std::uint64_t count) {
     constexpr std::uint64_t g_piece = 0x10000;
@@ -42,6 +31,17 @@ IBinaryBase& operator>>(IBinaryBase& stream, bool& value) {
     stream >> byte;
     value = byte != 0;
     return stream;
+}
+
+std::uint64_t readContainerSize(IBinaryBase& stream) {
+    if (stream.hasWideContainerSizes()) {
+        std::uint64_t size = 0;
+        stream >> size;
+        return size;
+    }
+    std::uint32_t size = 0;
+    stream >> size;
+    return size;
 }
 
 IBinaryBase& operator>>(IBinaryBase& stream, std::string& text) {

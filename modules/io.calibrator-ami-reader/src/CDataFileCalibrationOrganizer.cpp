@@ -1,0 +1,83 @@
+#include "CDataFileCalibrationOrganizer.h"
+
+#include "CalibratorManagers.h"
+#include "logger/logger.h"
+#include "reference_merge.h"
+
+#include <boost/throw_exception.hpp>
+#include <stdexcept>
+
+using archive::read;
+using archive::Stream;
+using archive::Tags;
+using archive::VersionNumber;
+
+namespace {
+
+/// A calibrator of this strategy takes no reference.
+constexpr int g_strategyWithoutReference = 5;
+
+void skipCalibratorManager(Stream& stream) {
+    enum : std::uint32_t { Single = 0, Multi = 1 };
+    switch (read<std::uint32_t>(stream)) {
+        case Single:
+            return CSingleCalibratorManager::ExtractFromBlobClean(stream);
+        case Multi:
+            return CMultiCalibratorManager::ExtractFromBlobClean(stream);
+        default:
+            return;
+    }
+}
+
+}  // namespace
+
+void CDataFileCalibrationOrganizer::ExtractFromBlob(Stream& stream) {
+    static const auto s_logger = kvan::logging::Logger::getLogger("kvan.io.amiReader.dataFileCalibrationOrganizer");
+    const VersionNumber version = archive::readHead(stream, Tags::get().organizer, {{1, 0}, {1, 1}, {1, 2}});
+    const auto hasReferenceCalibrators = read<bool>(stream);
+    KVAN_LOG(s_logger, DEBUG) << "version = " << version.toString() << " flag = " << hasReferenceCalibrators;
+    if (hasReferenceCalibrators) {
+        m_references = std::make_shared<CReferenceCalibrators>();
+        m_references->ExtractFromBlob(stream);
+    }
+    m_lockMass.ExtractFromBlob(stream);
+    if (version <= VersionNumber(1, 1) && read<bool>(stream))
+        skipCalibratorManager(stream);
+    if (version >= VersionNumber(1, 1))
+        stream >> m_useLockMass;
+    m_open = true;
+}
+
+bool CDataFileCalibrationOrganizer::GetCalibrator(std::uint64_t spectrum, EPolarity polarity,
+                                                  CMSMSInfo::EMSMSType msmsType, TransformatorPtr& calibrator) const {
+    requireOpen();
+    if (m_lockMass.hasCalibrators()) {
+        const TransformatorPtr& lockMass = m_lockMass.GetCalibrationPtr(spectrum);
+        if (m_useLockMass && lockMass) {
+            calibrator = lockMass;
+            return true;
+        }
+    }
+    if (!calibrator || calibrator->GetFunctionalTypeCode() == g_strategyWithoutReference)
+        return false;
+    TransformatorPtr reference;
+    if (!RetrieveReferenceCalibrator(polarity, msmsType, reference))
+        return false;
+    const TransformatorPtr merged = mergeReference(calibrator, reference);
+    if (!merged)
+        return false;
+    calibrator = merged;
+    return true;
+}
+
+bool CDataFileCalibrationOrganizer::RetrieveReferenceCalibrator(EPolarity polarity, CMSMSInfo::EMSMSType msmsType,
+                                                                TransformatorPtr& reference) const {
+    requireOpen();
+    reference = m_references ? m_references->find(polarity, msmsType) : nullptr;
+    return reference != nullptr;
+}
+
+void CDataFileCalibrationOrganizer::requireOpen() const {
+    if (!m_open)
+        BOOST_THROW_EXCEPTION(std::runtime_error("No Calibrator.ami opened."));
+}

@@ -1,0 +1,94 @@
+#include "CLockMassCalibrationMgr.h"
+
+#include "UnsupportedVersionError.h"
+#include "logger/logger.h"
+
+#include <boost/throw_exception.hpp>
+#include <stdexcept>
+
+using archive::read;
+using archive::Stream;
+using archive::Tags;
+using archive::VersionNumber;
+
+namespace {
+
+/// An entry has its full tag, or the short one of its class.
+VersionNumber readEntryHead(Stream& stream) {
+    const archive::MagicNumber found(read<std::uint32_t>(stream));
+    if (found != Tags::get().shortLockMassCalibrationData)
+        Tags::get().lockMassCalibrationData.assertMagicIs(found.getValue());
+    const auto version = read<VersionNumber>(stream);
+    if (version < VersionNumber(1, 0) || version > VersionNumber(1, 3))
+        BOOST_THROW_EXCEPTION(UnsupportedVersionError(version));
+    return version;
+}
+
+/// What the bytes of an entry hold. A record in them ends where they end, and may end earlier.
+TransformatorPtr readEntry(const archive::Bytes& bytes, const VersionNumber& version, std::uint32_t streamFlags) {
+    if (version >= VersionNumber(1, 2))
+        return DeserializeBlob(bytes);
+    kvan::binaryio::IHeapBinary entry(bytes.data(), bytes.size());
+    entry.setFlags(streamFlags);
+    if (version == VersionNumber(1, 0))
+        return DeserializeText(read<std::string>(entry));
+    TransformatorPtr calibrator;
+    DeserializeReferenceCalibrator(entry, calibrator);
+    return calibrator;
+}
+
+}  // namespace
+
+void CReferenceMassList::ExtractFromBlob(Stream& stream) {
+    const VersionNumber version = archive::readHead(stream, Tags::get().referenceMassList, {{1, 0}, {1, 1}});
+    stream >> name >> comment;
+    for (auto left = read<std::uint32_t>(stream); left > 0; --left) {
+        Entry& entry = entries.emplace_back();
+        stream >> entry.name >> entry.mass >> entry.charge;
+        if (version >= VersionNumber(1, 1))
+            stream >> entry.comment;
+    }
+}
+
+void CQAMethodMSLockMassRecalibrationParams::ExtractFromBlob(Stream& stream) {
+    const VersionNumber version =
+        archive::readHead(stream, Tags::get().lockMassParams, {{0, 1}, {0, 2}, {0, 3}, {1, 0}});
+    stream >> tolerance;
+    masses.ExtractFromBlob(stream);
+    if (version >= VersionNumber(0, 2) && version <= VersionNumber(0, 3))
+        read<bool>(stream);
+    if (version >= VersionNumber(0, 3)) {
+        read<double>(stream);
+        read<std::uint32_t>(stream);
+    }
+}
+
+void CLockMassCalibrationMgr::CCalibrationData::ExtractFromBlob(Stream& stream) {
+    const VersionNumber version = readEntryHead(stream);
+    const archive::Bytes bytes = archive::readBytes(stream);
+    if (!bytes.empty())
+        calibrator = readEntry(bytes, version, stream.getFlags());
+    if (version >= VersionNumber(1, 2) && archive::isStringNext(stream))
+        archive::skipString(stream);  // the blob once more, as text
+}
+
+void CLockMassCalibrationMgr::ExtractFromBlob(Stream& stream) {
+    static const auto s_logger = kvan::logging::Logger::getLogger("kvan.io.amiReader.lockMassCalibrationMgr");
+    const VersionNumber version = archive::readHead(stream, Tags::get().lockMassCalibrationMgr, {{1, 0}, {1, 1}});
+    const auto hasParams = read<bool>(stream);
+    KVAN_LOG(s_logger, DEBUG) << "version = " << version.toString() << " flag = " << hasParams;
+    if (hasParams) {
+        m_params = std::make_shared<CQAMethodMSLockMassRecalibrationParams>();
+        m_params->ExtractFromBlob(stream);
+    }
+    for (std::uint64_t left = archive::readArrayHead(stream); left > 0; --left)
+        m_calibrators.emplace_back().ExtractFromBlob(stream);
+    if (version >= VersionNumber(1, 1))
+        m_stati.ExtractFromBlob(stream);
+}
+
+const TransformatorPtr& CLockMassCalibrationMgr::GetCalibrationPtr(std::uint64_t spectrum) const {
+    if (spectrum >= m_calibrators.size())
+        BOOST_THROW_EXCEPTION(std::runtime_error("Spectrum number out of range."));
+    return m_calibrators[spectrum].calibrator;
+}

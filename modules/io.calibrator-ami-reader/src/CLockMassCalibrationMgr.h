@@ -1,0 +1,50 @@
+#pragma once
+
+#include "CCalibrationStati.h"
+#include "DeserializeReferenceCalibrator.h"
+
+/// Masses that are known to be in every spectrum.
+struct CReferenceMassList {
+    struct Entry {
+        std::string name;
+        double mass = 0.0;
+        std::uint32_t charge = 0;
+        std::string comment;
+    };
+
+    void ExtractFromBlob(archive::Stream& stream);
+
+    std::string name;
+    std::string comment;
+    std::vector<Entry> entries;
+};
+
+/// How the lock-mass calibration was done.
+struct CQAMethodMSLockMassRecalibrationParams {
+    void ExtractFromBlob(archive::Stream& stream);
+
+    double tolerance = 0.0;
+    CReferenceMassList masses;
+};
+
+/// A calibrator for every spectrum, made with the help of masses that are known to be in it.
+class CLockMassCalibrationMgr {
+public:
+    /// The calibrator of one spectrum; null if the spectrum has none.
+    struct CCalibrationData {
+        void ExtractFromBlob(archive::Stream& stream);
+
+        TransformatorPtr calibrator;
+    };
+
+    void ExtractFromBlob(archive::Stream& stream);
+
+    bool hasCalibrators() const { return !m_calibrators.empty(); }
+    /// Null if the spectrum has none; throws `std::runtime_error` "Spectrum number out of range." beyond the list.
+    const TransformatorPtr& GetCalibrationPtr(std::uint64_t spectrum) const;
+
+private:
+    std::shared_ptr<CQAMethodMSLockMassRecalibrationParams> m_params;
+    std::vector<CCalibrationData> m_calibrators;
+    CCalibrationContainer m_stati;
+};

@@ -1,0 +1,88 @@
+#include "CReferenceCalibrators.h"
+
+#include "calibration-core/interfaces/ICalibrationConstantsFunctionalTemperatureCompensation.h"
+#include "logger/logger.h"
+
+#include <algorithm>
+#include <boost/throw_exception.hpp>
+#include <stdexcept>
+
+using archive::read;
+using archive::Stream;
+using archive::Tags;
+using archive::VersionNumber;
+using kvan::logging::Logger;
+
+namespace {
+
+constexpr int g_compensatedTof2 = 13;
+
+/// Of early archives, compensated references with a single temperature spoil the whole file.
+void requireSoundTemperatures(const kvan::calibration::ICalibrationTransformator& calibrator) {
+    using kvan::calibration::ICalibrationConstantsFunctionalTemperatureCompensation;
+    if (calibrator.GetFunctionalTypeCode() != g_compensatedTof2)
+        return;
+    const auto functional = calibrator.GetFunctionalConstants();
+    const auto* const compensation =
+        dynamic_cast<const ICalibrationConstantsFunctionalTemperatureCompensation*>(functional.get());
+    if (compensation != nullptr && compensation->GetMeasuredTemperatures().size() == 1)
+        BOOST_THROW_EXCEPTION(
+            std::runtime_error("CReferenceCalibrators::ExtractFromBlob: this AMI contains problematic information."));
+}
+
+}  // namespace
+
+void CReferenceCalibrator::ExtractFromBlob(Stream& stream) {
+    static const Logger s_logger = Logger::getLogger("kvan.io.amiReader.referenceCalibrator");
+    const VersionNumber version = archive::readHead(stream, Tags::get().referenceCalibrator, {{0, 1}, {0, 2}, {0, 3}});
+    polarity = EPolarity{read<std::uint32_t>(stream)};
+    msmsType = CMSMSInfo::EMSMSType{read<std::uint32_t>(stream)};
+    KVAN_LOG(s_logger, DEBUG) << "version = " << version.toString()
+                              << " polarity = " << static_cast<std::uint32_t>(polarity)
+                              << " msmstype = " << static_cast<std::uint32_t>(msmsType);
+    if (version == VersionNumber(0, 1)) {
+        archive::skipString(stream);
+        ThrowUntestedCodePath();
+    }
+    if (version == VersionNumber(0, 2)) {
+        archive::skipBytes(stream);
+        ThrowUntestedCodePath();
+    }
+    DeserializeReferenceCalibrator(stream, calibrator);
+}
+
+void CompareKeys(const CReferenceCalibrator&, const CReferenceCalibrator&) {
+    BOOST_THROW_EXCEPTION(std::runtime_error("RZ: for trap analyses scan modi have to be considered."));
+}
+
+void CReferenceCalibrators::ExtractFromBlob(Stream& stream) {
+    static const Logger s_logger = Logger::getLogger("kvan.io.amiReader.referenceCalibrators");
+    const VersionNumber version = archive::readHead(stream, Tags::get().referenceCalibrators, {{0, 1}, {0, 2}, {0, 3}});
+    KVAN_LOG(s_logger, DEBUG) << "version = " << version.toString();
+    for (std::uint64_t left = archive::readArrayHead(stream); left > 0; --left)
+        m_calibrators.emplace_back().ExtractFromBlob(stream);
+    if (version >= VersionNumber(0, 2))
+        m_stati.ExtractFromBlob(stream);
+
+    KVAN_LOG(s_logger, DEBUG) << "read " << m_calibrators.size() << " reference calibrators.";
+    cleanUp(version);
+    KVAN_LOG(s_logger, DEBUG) << "after cleanup: " << m_calibrators.size() << " reference calibrators.";
+}
+
+void CReferenceCalibrators::cleanUp(const VersionNumber& version) {
+    std::erase_if(m_calibrators, [](const CReferenceCalibrator& reference) {
+        return reference.polarity == POLARITY_UNKNOWN || !reference.calibrator;
+    });
+    if (version < VersionNumber(0, 3)) {
+        for (const CReferenceCalibrator& reference : m_calibrators)
+            requireSoundTemperatures(*reference.calibrator);
+    }
+}
+
+TransformatorPtr CReferenceCalibrators::find(EPolarity polarity, CMSMSInfo::EMSMSType msmsType) const {
+    const auto found =
+        std::find_if(m_calibrators.begin(), m_calibrators.end(), [&](const CReferenceCalibrator& reference) {
+            return reference.polarity == polarity && reference.msmsType == msmsType;
+        });
+    return found != m_calibrators.end() ? found->calibrator : nullptr;
+}

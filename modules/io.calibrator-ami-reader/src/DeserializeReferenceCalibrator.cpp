@@ -1,0 +1,79 @@
+#include "DeserializeReferenceCalibrator.h"
+
+#include "calibration-core/interfaces/CalibrationTransformatorFactorySerialization.h"
+#include "logger/logger.h"
+
+#include <boost/throw_exception.hpp>
+#include <stdexcept>
+
+using archive::Stream;
+using archive::VersionNumber;
+using kvan::calibration::Transformation::CalibrationTransformatorFactorySerialization;
+using kvan::logging::Logger;
+
+namespace {
+
+const Logger& logger() {
+    static const Logger s_logger = Logger::getLogger("kvan.io.amiReader.deserializeReferenceCalibrator");
+    return s_logger;
+}
+
+enum class StoredForm { None, Blob, Text };
+
+/// Tag and version, and what stands behind them.
+StoredForm readStoredForm(Stream& stream) {
+    const VersionNumber version = archive::readHead(stream, archive::Tags::get().referenceCalibrator);
+    KVAN_LOG(logger(), DEBUG) << "version = " << version.toString();
+    if (version > VersionNumber(1, 0))
+        return StoredForm::None;
+    if (version == VersionNumber(1, 0))
+        return StoredForm::Blob;
+    if (version == VersionNumber(0, 2))
+        return StoredForm::Text;
+    if (version == VersionNumber(0, 1))
+        ThrowUntestedCodePath();
+    BOOST_THROW_EXCEPTION(std::runtime_error("Shouldn't happen."));
+}
+
+}  // namespace
+
+bool DeserializeReferenceCalibrator(Stream& stream, TransformatorPtr& calibrator) {
+    calibrator.reset();
+    switch (readStoredForm(stream)) {
+        case StoredForm::None:
+            break;
+        case StoredForm::Blob:
+            calibrator = DeserializeBlob(archive::readBytes(stream));
+            break;
+        case StoredForm::Text:
+            calibrator = DeserializeText(archive::read<std::string>(stream));
+            break;
+    }
+    return calibrator != nullptr;
+}
+
+void SkipReferenceCalibrator(Stream& stream) {
+    switch (readStoredForm(stream)) {
+        case StoredForm::None:
+            break;
+        case StoredForm::Blob:
+            archive::skipBytes(stream);
+            break;
+        case StoredForm::Text:
+            archive::skipString(stream);
+            break;
+    }
+}
+
+TransformatorPtr DeserializeBlob(const archive::Bytes& blob) {
+    return CalibrationTransformatorFactorySerialization().DeserializeFromBlob(blob);
+}
+
+TransformatorPtr DeserializeText(const std::string& text) {
+    KVAN_LOG(logger(), DEBUG) << "trying to deserialize: " << text;
+    return CalibrationTransformatorFactorySerialization().DeserializeFromString(text);
+}
+
+void ThrowUntestedCodePath() {
+    BOOST_THROW_EXCEPTION(std::runtime_error("Untested code path."));
+}

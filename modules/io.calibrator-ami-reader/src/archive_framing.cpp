@@ -1,0 +1,81 @@
+#include "archive_framing.h"
+
+#include "UnsupportedVersionError.h"
+
+#include <algorithm>
+#include <boost/throw_exception.hpp>
+#include <limits>
+
+namespace archive {
+
+namespace {
+
+void skipExactly(Stream& stream, std::uint64_t bytes) {
+    stream.requireAvailable(bytes);
+    stream.skip(bytes);
+}
+
+}  // namespace
+
+const Tags& Tags::get() {
+    static const Tags s_tags;
+    return s_tags;
+}
+
+VersionNumber readHead(Stream& stream, const MagicNumber& tag) {
+    tag.assertMagicIs(read<std::uint32_t>(stream));
+    return read<VersionNumber>(stream);
+}
+
+VersionNumber readHead(Stream& stream, const MagicNumber& tag, std::initializer_list<VersionNumber> versions) {
+    const VersionNumber version = readHead(stream, tag);
+    if (std::find(versions.begin(), versions.end(), version) == versions.end())
+        BOOST_THROW_EXCEPTION(UnsupportedVersionError(version));
+    return version;
+}
+
+std::uint64_t readArrayHead(Stream& stream) {
+    Tags::get().array.assertMagicIs(read<std::uint32_t>(stream));
+    return kvan::binaryio::readContainerSize(stream);
+}
+
+Bytes readBytes(Stream& stream) {
+    return readBytes(stream, read<std::uint32_t>(stream));
+}
+
+Bytes readBytes(Stream& stream, std::uint64_t count) {
+    stream.requireAvailable(count);
+    Bytes bytes(count);
+    stream.doRead(bytes.data(), count);
+    return bytes;
+}
+
+bool isStringNext(Stream& stream) {
+    const std::int64_t start = stream.getReadPos();
+    if (stream.size() - start < static_cast<std::int64_t>(sizeof(std::uint32_t)))
+        return false;
+    const MagicNumber tag(read<std::uint32_t>(stream));
+    stream.doSetReadPos(kvan::binaryio::origin::Begin, start);
+    return tag == Tags::get().cString || tag == Tags::get().stdString;
+}
+
+void skipBytes(Stream& stream) {
+    skipExactly(stream, read<std::uint32_t>(stream));
+}
+
+void skipString(Stream& stream) {
+    read<std::string>(stream);
+}
+
+void skipArray(Stream& stream, std::uint64_t elementSize) {
+    const std::uint64_t count = readArrayHead(stream);
+    const bool overflows = count > std::numeric_limits<std::uint64_t>::max() / elementSize;
+    skipExactly(stream, overflows ? count : count * elementSize);
+}
+
+void skipDoubleArrays(Stream& stream, int count) {
+    for (int array = 0; array < count; ++array)
+        skipArray(stream, sizeof(double));
+}
+
+}  // namespace archive

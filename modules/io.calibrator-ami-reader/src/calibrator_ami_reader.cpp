@@ -1,0 +1,47 @@
+#include "calibrator-ami-reader/calibrator_ami_reader.h"
+
+#include "CCalibratorDataFile.h"
+#include "CDataFileCalibrationOrganizer.h"
+
+namespace kvan::io {
+
+namespace {
+
+/// Containers of the archive count their elements in 32 bits.
+constexpr std::uint32_t g_streamFlags = 1;
+
+void readArchive(const archive::Bytes& payload, CDataFileCalibrationOrganizer& organizer) {
+    binaryio::IHeapBinary stream(payload.data(), payload.size());
+    stream.setFlags(g_streamFlags);
+    organizer.ExtractFromBlob(stream);
+}
+
+}  // namespace
+
+CalibratorAmiReader::CalibratorAmiReader()
+    : m_logger(logging::Logger::getLogger("kvan.io.amiReader")),
+      m_organizer(std::make_unique<CDataFileCalibrationOrganizer>()) {}
+
+CalibratorAmiReader::~CalibratorAmiReader() = default;
+
+bool CalibratorAmiReader::open(const boost::filesystem::path& path) {
+    try {
+        m_organizer = std::make_unique<CDataFileCalibrationOrganizer>();
+        const CCalibratorDataFile file(path);
+        if (file.version() == CCalibratorDataFile::ReadVersion)
+            readArchive(file.payload(), *m_organizer);
+        return true;
+    } catch (const std::exception& fault) {
+        KVAN_LOG(m_logger, WARN) << fault.what();
+        m_organizer = std::make_unique<CDataFileCalibrationOrganizer>();
+        return false;
+    }
+}
+
+bool CalibratorAmiReader::getCalibrator(
+    std::uint64_t spectrum, EPolarity polarity,
+    std::shared_ptr<kvan::calibration::ICalibrationTransformator>& calibrator) const {
+    return m_organizer->GetCalibrator(spectrum, polarity, CMSMSInfo::MS, calibrator);
+}
+
+}  // namespace kvan::io

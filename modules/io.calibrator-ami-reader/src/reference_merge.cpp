@@ -1,0 +1,86 @@
+#include "reference_merge.h"
+
+#include "calibration-core/constants/CalibrationConstantsTemperatureCompensation.h"
+#include "calibration-core/interfaces/CalibrationTransformatorFactory.h"
+
+using namespace kvan::calibration;
+
+namespace {
+
+using FunctionalPtr = std::shared_ptr<ICalibrationConstantsFunctional>;
+using Compensation = ICalibrationConstantsFunctionalTemperatureCompensation;
+using Tof1 = Constants::CalibrationConstantsFunctionalTOF1;
+using Tof2 = Constants::CalibrationConstantsFunctionalTOF2;
+using CompensatedTof1 = Constants::CalibrationConstantsFunctionalTOF1TemperatureCompensation;
+using CompensatedTof2 = Constants::CalibrationConstantsFunctionalTOF2TemperatureCompensation;
+
+/// Strategies whose constants are of one family, with or without temperatures, are one.
+enum Strategy { PSD = 6, TOF1 = 1, KITE1 = 7, CompensatedTOF1 = 9, KITE2 = 10, TOF2 = 12, CompensatedTOF2 = 13 };
+
+int familyOf(const ICalibrationTransformator& transformator) {
+    switch (const int strategy = transformator.GetFunctionalTypeCode()) {
+        case CompensatedTOF1:
+            return TOF1;
+        case CompensatedTOF2:
+            return TOF2;
+        default:
+            return strategy;
+    }
+}
+
+/// `law`, with the temperatures of `source` if it knows some.
+template <class Compensated, class Law>
+FunctionalPtr withTemperaturesOf(const ICalibrationConstantsFunctional& source, const Law& law) {
+    const auto* const compensation = dynamic_cast<const Compensation*>(&source);
+    if (compensation == nullptr)
+        return std::make_shared<Law>(law);
+    auto compensated = std::make_shared<Compensated>(law);
+    compensated->SetMeasuredTemperatures(compensation->GetMeasuredTemperatures());
+    compensated->SetCorrectionFactors(compensation->GetCorrectionFactors());
+    compensated->SetCompensationMode(compensation->GetCompensationMode());
+    return compensated;
+}
+
+/// With c3 = c4 = 0 both laws are the same; null for a TOF2 law with more than that.
+FunctionalPtr converted(const FunctionalPtr& functional) {
+    if (const auto* const law = dynamic_cast<const Tof1*>(functional.get()))
+        return withTemperaturesOf<CompensatedTof2>(
+            *law, Tof2(law->GetStoredC0(), law->GetStoredC1(), law->GetStoredC2(), 0.0, 0.0, law->GetCalibMode()));
+    const auto* const law = dynamic_cast<const Tof2*>(functional.get());
+    if (law == nullptr || law->GetStoredC3() != 0.0 || law->GetShift() != 0.0)
+        return nullptr;
+    return withTemperaturesOf<CompensatedTof1>(
+        *law, Tof1(law->GetStoredC0(), law->GetStoredC1(), law->GetStoredC2(), law->GetCalibMode()));
+}
+
+/// The constants of `reference` in the family of the calibrator; null if there are none.
+FunctionalPtr lawOf(const ICalibrationTransformator& reference, int family) {
+    const int own = familyOf(reference);
+    if (own == family)
+        return reference.GetFunctionalConstants();
+    const bool isConvertible = (own == TOF1 && family == TOF2) || (own == TOF2 && family == TOF1);
+    return isConvertible ? converted(reference.GetFunctionalConstants()) : nullptr;
+}
+
+/// `law`, adapted to the temperatures of `own` if both know some.
+FunctionalPtr adapted(const FunctionalPtr& law, const FunctionalPtr& own) {
+    const auto* const reference = dynamic_cast<const Compensation*>(law.get());
+    auto* const compensation = dynamic_cast<Compensation*>(own.get());
+    if (reference == nullptr || reference->GetMeasuredTemperatures().empty() || compensation == nullptr ||
+        compensation->GetMeasuredTemperatures().empty())
+        return law;
+    compensation->AdaptToReference(*law, reference->GetMeasuredTemperatures(), reference->GetCorrectionFactors());
+    return own;
+}
+
+}  // namespace
+
+TransformatorPtr mergeReference(const TransformatorPtr& calibrator, const TransformatorPtr& reference) {
+    const FunctionalPtr law = lawOf(*reference, familyOf(*calibrator));
+    if (!law)
+        return nullptr;
+    auto merged = Transformation::CalibrationTransformatorFactory::instance()->createTransformator(
+        adapted(law, calibrator->GetFunctionalConstants()), calibrator->GetPhysicalConstants());
+    merged->SetIndexOffset(calibrator->GetIndexOffset());
+    return merged;
+}
