@@ -1,0 +1,50 @@
+#include "lib/fixed_elements.h"
+
+#include "math-functions/invert.h"
+
+namespace kvan::math {
+
+void CFuncBaseElem::Values(const double* x, double* values, std::size_t count) const {
+    for (std::size_t k = 0; k < count; ++k)
+        values[k] = Value(x[k]);
+}
+
+std::optional<double> CFuncBaseElem::Inverse(double y, double lower, double upper) const {
+    return invert([this](double x) { return Value(x); }, y, lower, upper);
+}
+
+double CBar1dElem::Value(double x) const {
+    return m_stretch.Contains(x) ? m_height : 0.0;
+}
+
+double CBar1dElem::Derivative(double, int) const {
+    return 0.0;
+}
+
+double CHaar1dElem::Value(double x) const {
+    if (!m_stretch.Contains(x))
+        return 0.0;
+    return x < m_stretch.Middle() ? m_height : -m_height;
+}
+
+double CHaar1dElem::Derivative(double, int) const {
+    return 0.0;
+}
+
+double CConst1dElem::Value(double) const {
+    return m_value;
+}
+
+double CConst1dElem::Derivative(double, int) const {
+    return 0.0;
+}
+
+double CLinear1dElem::Value(double x) const {
+    return m_value + m_slope * (x - m_stretch.Lower());
+}
+
+double CLinear1dElem::Derivative(double, int order) const {
+    return order == 1 ? m_slope : 0.0;
+}
+
+}  // namespace kvan::math

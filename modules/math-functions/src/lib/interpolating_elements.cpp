@@ -1,0 +1,146 @@
+#include "lib/interpolating_elements.h"
+
+#include "lib/akima.h"
+#include "lib/knots.h"
+
+#include <algorithm>
+#include <iterator>
+#include <utility>
+
+namespace kvan::math {
+
+namespace {
+
+using Numbers = std::vector<double>;
+
+/// One a line between two points.
+Numbers secantsOf(const Numbers& x, const Numbers& y) {
+    Numbers secants;
+    for (std::size_t i = 0; i + 1 < x.size(); ++i)
+        secants.push_back((y[i + 1] - y[i]) / (x[i + 1] - x[i]));
+    return secants;
+}
+
+std::vector<std::array<double, 4>> constants(const Numbers& x, const Numbers& y) {
+    checkPoints(x, y);
+    std::vector<std::array<double, 4>> cubics;
+    for (const double value : y)
+        cubics.push_back({value, 0.0, 0.0, 0.0});
+    return cubics;
+}
+
+std::vector<std::array<double, 4>> lines(const Numbers& x, const Numbers& y) {
+    std::vector<std::array<double, 4>> cubics = constants(x, y);
+    const Numbers secants = secantsOf(x, y);
+    for (std::size_t i = 0; i < cubics.size() && !secants.empty(); ++i)
+        cubics[i][1] = secants[std::min(i, secants.size() - 1)];
+    return cubics;
+}
+
+/// The slopes that make the second derivative continuous, and zero at the ends: a tridiagonal system with a dominant
+/// diagonal, solved by elimination down and substitution up.
+Numbers naturalSplineSlopes(const Numbers& x, const Numbers& y) {
+    checkPoints(x, y);
+    const Numbers secants = secantsOf(x, y);
+    const std::size_t points = x.size();
+    if (points < 2)
+        return Numbers(points, 0.0);
+    Numbers upper(points);
+    Numbers slopes(points);
+    upper[0] = 0.5;
+    slopes[0] = 1.5 * secants[0];
+    for (std::size_t i = 1; i < points; ++i) {
+        const bool end = i + 1 == points;
+        const double lower = end ? 1.0 : 1.0 / (x[i] - x[i - 1]);
+        const double next = end ? 0.0 : 1.0 / (x[i + 1] - x[i]);
+        const double side = end ? 3.0 * secants[i - 1] : 3.0 * (secants[i - 1] * lower + secants[i] * next);
+        const double pivot = 2.0 * (lower + next) - lower * upper[i - 1];
+        upper[i] = next / pivot;
+        slopes[i] = (side - lower * slopes[i - 1]) / pivot;
+    }
+    for (std::size_t i = points - 1; i-- > 0;)
+        slopes[i] -= upper[i] * slopes[i + 1];
+    return slopes;
+}
+
+Numbers akimaSlopes(const Numbers& x, const Numbers& y) {
+    CAkima akima;
+    akima.CalcInterpolation(x, y);
+    checkKnots(x);
+    return akima.Slopes();
+}
+
+Numbers positiveAkimaSlopes(const Numbers& x, const Numbers& y) {
+    Numbers slopes = akimaSlopes(x, y);
+    for (std::size_t i = 0; i < slopes.size(); ++i) {
+        const double height = std::max(y[i], 0.0);
+        if (i + 1 < slopes.size())
+            slopes[i] = std::max(slopes[i], -3.0 * height / (x[i + 1] - x[i]));
+        if (i > 0)
+            slopes[i] = std::min(slopes[i], 3.0 * height / (x[i] - x[i - 1]));
+    }
+    return slopes;
+}
+
+}  // namespace
+
+CSpec1dPiecewiseElem::CSpec1dPiecewiseElem(const Numbers& knots, std::vector<Cubic> cubics)
+    : m_knots(knots), m_cubics(std::move(cubics)), m_below(m_cubics.front()) {}
+
+CSpec1dPiecewiseElem::CSpec1dPiecewiseElem(const Numbers& x, const Numbers& y, const Numbers& slopes,
+                                           Continuation continuation)
+    : m_knots(x) {
+    const Numbers secants = secantsOf(x, y);
+    for (std::size_t i = 0; i < secants.size(); ++i) {
+        const double width = x[i + 1] - x[i];
+        m_cubics.push_back({y[i], slopes[i], (3.0 * secants[i] - 2.0 * slopes[i] - slopes[i + 1]) / width,
+                            (slopes[i] + slopes[i + 1] - 2.0 * secants[i]) / width / width});
+    }
+    const double part = continuation == Continuation::Straight ? 1.0 : 0.0;
+    m_cubics.push_back({y.back(), part * slopes.back(), 0.0, 0.0});
+    m_below = {y.front(), part * slopes.front(), 0.0, 0.0};
+}
+
+CSpec1dPiecewiseElem::Piece CSpec1dPiecewiseElem::pieceAt(double x) const {
+    const auto above = std::upper_bound(m_knots.begin(), m_knots.end(), x);
+    if (above == m_knots.begin())
+        return {m_below, x - m_knots.front()};
+    const auto knot = std::prev(above);
+    return {m_cubics[static_cast<std::size_t>(knot - m_knots.begin())], x - *knot};
+}
+
+double CSpec1dPiecewiseElem::Value(double x) const {
+    const auto [c, t] = pieceAt(x);
+    return ((c[3] * t + c[2]) * t + c[1]) * t + c[0];
+}
+
+double CSpec1dPiecewiseElem::Derivative(double x, int order) const {
+    const auto [c, t] = pieceAt(x);
+    switch (order) {
+        case 1:
+            return (3.0 * c[3] * t + 2.0 * c[2]) * t + c[1];
+        case 2:
+            return 6.0 * c[3] * t + 2.0 * c[2];
+        case 3:
+            return 6.0 * c[3];
+        default:
+            return 0.0;
+    }
+}
+
+CSpec1dConstElem::CSpec1dConstElem(const Numbers& xValues, const Numbers& yValues)
+    : CSpec1dPiecewiseElem(xValues, constants(xValues, yValues)) {}
+
+CSpec1dLinearElem::CSpec1dLinearElem(const Numbers& xValues, const Numbers& yValues)
+    : CSpec1dPiecewiseElem(xValues, lines(xValues, yValues)) {}
+
+CSpec1dCubicSplineElem::CSpec1dCubicSplineElem(const Numbers& xValues, const Numbers& yValues)
+    : CSpec1dPiecewiseElem(xValues, yValues, naturalSplineSlopes(xValues, yValues), Continuation::Straight) {}
+
+CSpec1dAkimaElem::CSpec1dAkimaElem(const Numbers& xValues, const Numbers& yValues)
+    : CSpec1dPiecewiseElem(xValues, yValues, akimaSlopes(xValues, yValues), Continuation::Straight) {}
+
+CSpec1dAkimaPosConstrainedElem::CSpec1dAkimaPosConstrainedElem(const Numbers& xValues, const Numbers& yValues)
+    : CSpec1dPiecewiseElem(xValues, yValues, positiveAkimaSlopes(xValues, yValues), Continuation::Level) {}
+
+}  // namespace kvan::math

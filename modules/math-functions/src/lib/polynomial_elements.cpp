@@ -1,0 +1,96 @@
+#include "lib/polynomial_elements.h"
+
+#include "math-functions/invert.h"
+#include "sysutils/vector_clones.h"
+
+#include <cmath>
+
+namespace kvan::math {
+
+namespace {
+
+/// The law comes by value, so that nothing stored through `values` can change it.
+template <class Law>
+QSF_VECTOR_CLONES void evaluateBlock(const Law law, const double* x, double* values, std::size_t count) {
+    QSF_INDEPENDENT_ELEMENTS
+    for (std::size_t k = 0; k < count; ++k)
+        values[k] = law(x[k]);
+}
+
+/// power * (power - 1) * ..., of `order` factors.
+double fallingFactorial(double power, int order) {
+    double product = 1.0;
+    for (int k = 0; k < order && product != 0.0; ++k)
+        product *= power - k;
+    return product;
+}
+
+double derivativeOf(const std::vector<double>& coefficients, double x, int order) {
+    double value = 0.0;
+    for (std::size_t i = coefficients.size(); i-- > static_cast<std::size_t>(order);)
+        value = value * x + coefficients[i] * fallingFactorial(static_cast<double>(i), order);
+    return value;
+}
+
+double halfPowerDerivativeOf(const std::vector<double>& coefficients, double x, int order) {
+    double value = 0.0;
+    for (std::size_t i = 0; i < coefficients.size(); ++i) {
+        const double power = static_cast<double>(i) * 0.5;
+        const double factor = coefficients[i] * fallingFactorial(power, order);
+        if (factor != 0.0)
+            value += factor * std::pow(x, power - order);
+    }
+    return value;
+}
+
+}  // namespace
+
+template <class Law>
+double CSpec1dPolynomElem<Law>::Value(double x) const {
+    return m_law(x);
+}
+
+template <class Law>
+void CSpec1dPolynomElem<Law>::Values(const double* x, double* values, std::size_t count) const {
+    evaluateBlock(m_law, x, values, count);
+}
+
+template <class Law>
+std::optional<double> CSpec1dPolynomElem<Law>::Inverse(double y, double lower, double upper) const {
+    return invert(m_law, y, lower, upper);
+}
+
+template class CSpec1dPolynomElem<Polynomial>;
+template class CSpec1dPolynomElem<ShiftExtLaw>;
+template class CSpec1dPolynomElem<DerivExtLaw>;
+
+CSpec1dIntPolynomElemXAll::CSpec1dIntPolynomElemXAll(const std::vector<double>& coefficients)
+    : CSpec1dPolynomElem(coefficients) {}
+
+double CSpec1dIntPolynomElemXAll::Derivative(double x, int order) const {
+    return derivativeOf(coefficients(), x, order);
+}
+
+CSpec1dIntPolynomElemXCopyExt::CSpec1dIntPolynomElemXCopyExt(const std::vector<double>& coefficients,
+                                                             const ArgumentRange& range)
+    : CSpec1dPolynomElem(coefficients, range) {}
+
+double CSpec1dIntPolynomElemXCopyExt::Derivative(double x, int order) const {
+    if (x < law().Range().lower || x > law().Range().upper)
+        return order == 1 ? 1.0 : 0.0;
+    return derivativeOf(coefficients(), x, order);
+}
+
+CSpec1dRealPolynomElemXDerivExt::CSpec1dRealPolynomElemXDerivExt(const std::vector<double>& coefficients,
+                                                                 const ArgumentRange& range)
+    : CSpec1dPolynomElem(coefficients, range, halfPowerDerivativeOf(coefficients, range.lower, 1),
+                         halfPowerDerivativeOf(coefficients, range.upper, 1)) {}
+
+double CSpec1dRealPolynomElemXDerivExt::Derivative(double x, int order) const {
+    const ArgumentRange& range = law().Range();
+    if (x < range.lower || x > range.upper)
+        return order == 1 ? halfPowerDerivativeOf(coefficients(), x < range.lower ? range.lower : range.upper, 1) : 0.0;
+    return halfPowerDerivativeOf(coefficients(), x, order);
+}
+
+}  // namespace kvan::math

@@ -1,0 +1,94 @@
+#pragma once
+
+#include <cmath>
+#include <cstddef>
+#include <limits>
+#include <vector>
+
+/// The formulas of the polynomial elements as plain values: a single value, the loop over a block and the search share
+/// one. All branches are worked out for each argument, so that the loop has none.
+namespace kvan::math {
+
+/// The argument range of a polynomial; all numbers where the ends are not in order.
+struct ArgumentRange {
+    ArgumentRange(double low, double high) {
+        if (low < high) {
+            lower = low;
+            upper = high;
+        }
+    }
+    double lower = -std::numeric_limits<double>::infinity();
+    double upper = std::numeric_limits<double>::infinity();
+};
+
+/// Horner's rule from the top. Refers to the coefficients, of which there is one at least.
+class Polynomial {
+public:
+    explicit Polynomial(const std::vector<double>& coefficients)
+        : m_coefficients(coefficients.data()), m_degree(coefficients.size() - 1) {}
+
+    [[gnu::always_inline]] double operator()(double x) const {
+        double value = m_coefficients[m_degree];
+        for (std::size_t i = m_degree; i-- > 0;)
+            value = value * x + m_coefficients[i];
+        return value;
+    }
+
+private:
+    const double* m_coefficients;
+    std::size_t m_degree;
+};
+
+/// Leaves the range with the distance from the identity that the polynomial has at the end: x + (f(end) - end).
+class ShiftExtLaw {
+public:
+    ShiftExtLaw(const Polynomial& polynomial, const ArgumentRange& range)
+        : m_polynomial(polynomial),
+          m_range(range),
+          m_below(polynomial(range.lower) - range.lower),
+          m_above(polynomial(range.upper) - range.upper) {}
+
+    const ArgumentRange& Range() const { return m_range; }
+
+    [[gnu::always_inline]] double operator()(double x) const {
+        const double inside = m_polynomial(x);
+        const double notAbove = x < m_range.lower ? x + m_below : inside;
+        return x > m_range.upper ? x + m_above : notAbove;
+    }
+
+private:
+    Polynomial m_polynomial;
+    ArgumentRange m_range;
+    double m_below;
+    double m_above;
+};
+
+/// A polynomial in sqrt(x) that leaves the range straight: f(end) + f'(end) * (x - end).
+class DerivExtLaw {
+public:
+    DerivExtLaw(const Polynomial& polynomial, const ArgumentRange& range, double lowerSlope, double upperSlope)
+        : m_polynomial(polynomial),
+          m_range(range),
+          m_lowerValue(polynomial(std::sqrt(range.lower))),
+          m_upperValue(polynomial(std::sqrt(range.upper))),
+          m_lowerSlope(lowerSlope),
+          m_upperSlope(upperSlope) {}
+
+    const ArgumentRange& Range() const { return m_range; }
+
+    [[gnu::always_inline]] double operator()(double x) const {
+        const double inside = m_polynomial(std::sqrt(x));
+        const double notAbove = x < m_range.lower ? m_lowerValue + m_lowerSlope * (x - m_range.lower) : inside;
+        return x > m_range.upper ? m_upperValue + m_upperSlope * (x - m_range.upper) : notAbove;
+    }
+
+private:
+    Polynomial m_polynomial;
+    ArgumentRange m_range;
+    double m_lowerValue;
+    double m_upperValue;
+    double m_lowerSlope;
+    double m_upperSlope;
+};
+
+}  // namespace kvan::math
