@@ -26,10 +26,6 @@ namespace {
 
 using Values = std::vector<double>;
 
-bool equalValues(const Values& a, const Values& b) {
-    return std::equal(a.begin(), a.end(), b.begin(), b.end(), Utilities::relativelyEqual);
-}
-
 /// The families' messages differ in everything but their meaning.
 struct AdaptationTexts {
     const char* otherFamily;
@@ -90,8 +86,8 @@ bool TemperatureCompensated<Law>::IsEqual(const ICalibrationConstantsFunctional&
         return false;
     const auto* const compensated = dynamic_cast<const TemperatureCompensated*>(&other);
     return compensated == nullptr ||
-           (m_mode == compensated->m_mode && equalValues(m_measTemp, compensated->m_measTemp) &&
-            equalValues(m_correctionFactors, compensated->m_correctionFactors));
+           (m_mode == compensated->m_mode && Utilities::relativelyEqual(m_measTemp, compensated->m_measTemp) &&
+            Utilities::relativelyEqual(m_correctionFactors, compensated->m_correctionFactors));
 }
 
 template class TemperatureCompensated<CalibrationConstantsFunctionalTOF1>;

@@ -144,6 +144,83 @@ struct LINEARCalibrationBlock {
 };
 static_assert(sizeof(LINEARCalibrationBlock) == 16 && offsetof(LINEARCalibrationBlock, c1) == 8);
 
+/// Post-source decay. The three arrays of doubles count from the start of the block.
+struct PSDCalibrationBlock {
+    static constexpr std::uint16_t Type = 6;
+
+    TOFCalibrationBlock tof;      //   0
+    double uRefFull;              //  40
+    double uSegment;              //  48
+    double calibrationMass;       //  56
+    double parentMass;            //  64
+    std::int32_t minArg;          //  72
+    std::int32_t maxArg;          //  76
+    std::int32_t psdMode;         //  80  1 classic, 2 fast
+    std::uint32_t spcOffset;      //  84
+    std::uint32_t ocpOffset;      //  88
+    std::uint32_t classicOffset;  //  92  kept, not used
+    std::uint16_t spcCount;       //  96
+    std::uint16_t ocpCount;       //  98
+    std::uint16_t classicCount;   // 100
+    std::uint8_t unread102[2];    // 102
+};
+static_assert(sizeof(PSDCalibrationBlock) == 104 && offsetof(PSDCalibrationBlock, psdMode) == 80 &&
+              offsetof(PSDCalibrationBlock, spcCount) == 96);
+
+/// KITE 1. The coefficients count from the start of the block.
+struct KITE1CalibrationBlock {
+    static constexpr std::uint16_t Type = 7;
+
+    TOFCalibrationBlock tof;           //   0
+    double parentMass;                 //  40
+    double correctionTime;             //  48
+    double kiteTime;                   //  56
+    double calibrationParentMass;      //  64
+    double calibTimeLow;               //  72
+    double calibTimeHigh;              //  80
+    std::int32_t firstIndex;           //  88
+    std::int32_t lastIndex;            //  92
+    std::uint8_t ignore;               //  96  not 0: true
+    std::uint8_t unread97;             //  97
+    std::uint32_t coefficientsOffset;  //  98
+    std::uint16_t coefficientsCount;   // 102
+};
+static_assert(sizeof(KITE1CalibrationBlock) == 104 && offsetof(KITE1CalibrationBlock, ignore) == 96 &&
+              offsetof(KITE1CalibrationBlock, coefficientsOffset) == 98);
+
+/// KITE 2. All offsets count from the start of the block; the parent polynomials follow one another.
+struct KITE2CalibrationBlock {
+    static constexpr std::uint16_t Type = 8;
+
+    TOFCalibrationBlock tof;          //  0
+    double parentMass;                // 40
+    double referenceTime;             // 48
+    double measuredParentMass;        // 56
+    double measuredReferenceTime;     // 64
+    std::int32_t firstIndex;          // 72
+    std::int32_t lastIndex;           // 76
+    std::uint8_t ignoreIndexBounds;   // 80  not 0: true
+    std::uint8_t unread81[3];         // 81
+    std::uint16_t parentsCount;       // 84
+    std::uint16_t vc0Count;           // 86
+    std::uint32_t globalOffset;       // 88
+    std::uint32_t firstParentOffset;  // 92
+    std::uint32_t vc0Offset;          // 96
+};
+static_assert(sizeof(KITE2CalibrationBlock) == 100 && offsetof(KITE2CalibrationBlock, parentsCount) == 84 &&
+              offsetof(KITE2CalibrationBlock, globalOffset) == 88);
+
+/// A polynomial of a KITE 2 block. The next one begins behind its coefficients.
+struct CalibPolynomialRecord {
+    double argLow;                     //  0
+    double argHigh;                    //  8
+    double parentMass;                 // 16
+    std::uint8_t unread24[2];          // 24
+    std::uint16_t coefficientsCount;   // 26
+    std::uint32_t coefficientsOffset;  // 28  from the start of the record
+};
+static_assert(sizeof(CalibPolynomialRecord) == 32 && offsetof(CalibPolynomialRecord, coefficientsCount) == 26);
+
 constexpr std::uint16_t CALIB_EXTENSION_BLOCK_INFO_MAGIC = 49068;
 constexpr std::uint16_t TOF_COR_CALIB_EXTENSION_BLOCK_MAGIC = 53152;
 constexpr std::uint16_t TOF_COR_CALIB_REF_EXTENSION_BLOCK_MAGIC = 53153;

@@ -1,0 +1,40 @@
+#include "calibration-core/constants/CalibrationPolynomialSimple.h"
+
+#include "constants/PolynomialText.h"
+#include "utilities/ParentMass.h"
+#include "utilities/RelativeEquality.h"
+
+#include <cmath>
+
+namespace kvan::calibration::Constants {
+
+using Utilities::relativelyEqual;
+
+CalibrationPolynomialSimple CalibrationPolynomialSimple::ScaledTo(double mass) const {
+    CalibrationPolynomialSimple scaled = *this;
+    if (!Utilities::isParentMass(parentMass) || !Utilities::isParentMass(mass))
+        return scaled;
+    const double u = std::sqrt(parentMass / mass);
+    const double v = std::sqrt(mass / parentMass);
+    for (std::size_t i = 0; i < scaled.coefficients.size(); ++i)
+        scaled.coefficients[i] = v * std::pow(u, static_cast<double>(i)) * coefficients[i];
+    scaled.argLow = argLow * v;
+    scaled.argHigh = argHigh * v;
+    scaled.parentMass = mass;
+    return scaled;
+}
+
+bool CalibrationPolynomialSimple::IsEqual(const CalibrationPolynomialSimple& other) const {
+    return relativelyEqual(coefficients, other.coefficients) && relativelyEqual(argLow, other.argLow) &&
+           relativelyEqual(argHigh, other.argHigh) && relativelyEqual(parentMass, other.parentMass);
+}
+
+void CalibrationPolynomialSimple::Dump(std::ostream& sink) const {
+    sink << "\t\t\tCalibrationPolynomialSimple[ \n"
+         << "\t\t\t\tparent mass = " << parentMass << "\n\t\t\t\tArg range = [" << argLow << ", " << argHigh
+         << "]\n\t\t\t\tcoefficients = (";
+    writeList(sink, coefficients);
+    sink << ")\n\t\t\t]\n";
+}
+
+}  // namespace kvan::calibration::Constants
