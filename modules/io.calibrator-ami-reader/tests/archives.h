@@ -1,0 +1,68 @@
+#pragma once
+
+#include "CDataFileCalibrationOrganizer.h"
+#include "calibration-core/interfaces/ICalibrationTransformator.h"
+#include "sample-analysis/archive_writer.h"
+
+#include <boost/filesystem/operations.hpp>
+#include <cstring>
+#include <string>
+
+namespace archives {
+
+using kvan::sample::Bytes;
+using kvan::sample::CalibratorArchive;
+
+/// A calibration blob written by hand: type, no further correction, doubles.
+inline Bytes blob(std::uint16_t type, const std::vector<double>& constants) {
+    Bytes bytes(4 + 8 * constants.size());
+    std::memcpy(bytes.data(), &type, 2);
+    std::memcpy(bytes.data() + 4, constants.data(), 8 * constants.size());
+    return bytes;
+}
+
+/// A straight line that gives mass `c0` at index 0.
+inline Bytes line(double c0) {
+    return blob(4098, {c0, 1});
+}
+
+inline std::string lineText(const char* c0) {
+    return std::string("V1.0CCalibrator 4 1 V1.0CLinearCalibrationConstants 0 1 ") + c0 + " 1 0 ";
+}
+
+/// All that stands behind the head of the file.
+inline Bytes payload(const CalibratorArchive& archive) {
+    const Bytes file = archiveBytes(archive);
+    return {file.begin() + 12, file.end()};
+}
+
+/// Reads `bytes` to the end of the top record; "" or the text of the failure.
+inline std::string extract(const Bytes& bytes, CDataFileCalibrationOrganizer& organizer) {
+    kvan::binaryio::IHeapBinary stream(bytes.data(), bytes.size());
+    stream.setFlags(1);
+    try {
+        organizer.ExtractFromBlob(stream);
+    } catch (const std::exception& failure) {
+        return failure.what();
+    }
+    return stream.isAtEnd() ? "" : "bytes left";
+}
+
+inline std::string extract(const CalibratorArchive& archive) {
+    CDataFileCalibrationOrganizer organizer;
+    return extract(payload(archive), organizer);
+}
+
+/// Something in each record, in the newest versions.
+inline CalibratorArchive full() {
+    const kvan::sample::ArchivedCalibrator calibrator{.blob = line(7)};
+    const kvan::sample::ArchivedStatus status{.description = "after the run", .calibrator = calibrator};
+    return {.references = {{.references = {{.polarity = 0, .calibrator = {.blob = line(100)}},
+                                           {.polarity = 1, .calibrator = {.blob = line(200)}}},
+                            .stati = {status}}},
+            .lockMasses = {.params = {{.masses = {622.029, 922.01}}},
+                           .spectra = {{.calibrator = {{.blob = line(10)}}}, {}, {.calibrator = {{.blob = line(12)}}}},
+                           .stati = {status}}};
+}
+
+}  // namespace archives
