@@ -20,6 +20,8 @@ public:
                                             const PhysicalPtr& physical) const override;
     TransformatorPtr createTransformatorTof2(const FunctionalPtr& functional,
                                              const PhysicalPtr& physical) const override;
+    TransformatorPtr createTransformatorGPX(
+        const TransformatorPtr& inner, const std::shared_ptr<ICalibrationPolynomialGPX>& polynomial) const override;
     FunctionalPtr createConstantsFunctionalIcr(int calibMode, int ftmsRawMode, int size, bool quadraticFlag,
                                                double alpha, double beta, double freqHigh) const override;
 };

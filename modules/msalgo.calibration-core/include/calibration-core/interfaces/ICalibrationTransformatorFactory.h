@@ -1,5 +1,6 @@
 #pragma once
 
+#include "calibration-core/interfaces/ICalibrationPolynomialGPX.h"
 #include "calibration-core/interfaces/ICalibrationTransformator.h"
 
 #include <memory>
@@ -38,6 +39,11 @@ public:
     /// TOF2, with or without temperature compensation: c3 != 0.0 cubic, else c2 != 0.0 quadratic, else linear.
     virtual TransformatorPtr createTransformatorTof2(const FunctionalPtr& functional,
                                                      const PhysicalPtr& physical) const = 0;
+
+    /// `inner` with its masses corrected (`ICalibrationTransformatorGPX`); a null `polynomial` corrects nothing. Throws
+    /// `std::invalid_argument` for a null `inner`.
+    virtual TransformatorPtr createTransformatorGPX(
+        const TransformatorPtr& inner, const std::shared_ptr<ICalibrationPolynomialGPX>& polynomial) const = 0;
 
     /// FTMS functional constants by the calibration mode: 0 and 4 of the linear law, which has no alpha and no flag, 1,
     /// 3, 5 and 6 of the quadratic one. `size`, a number of the physical constants, is not looked at. Throws

@@ -2,6 +2,7 @@
 
 #include "calibration-core/constants/CalibrationConstantsFTMS.h"
 #include "transformation/NewTransformator.h"
+#include "transformation/gpx/CalibrationTransformatorGPX.h"
 
 #include <boost/throw_exception.hpp>
 #include <stdexcept>
@@ -127,6 +128,14 @@ Factory::TransformatorPtr CalibrationTransformatorFactory::createTransformatorIc
                 "CalibMode = " +
                 std::to_string(mode)));
     }
+}
+
+Factory::TransformatorPtr CalibrationTransformatorFactory::createTransformatorGPX(
+    const TransformatorPtr& inner, const std::shared_ptr<ICalibrationPolynomialGPX>& polynomial) const {
+    if (!inner)
+        BOOST_THROW_EXCEPTION(std::invalid_argument(
+            "CalibrationTransformatorFactory::createTransformatorGPX: no transformator to be corrected"));
+    return std::make_shared<CalibrationTransformatorGPX>(inner, polynomial);
 }
 
 Factory::FunctionalPtr CalibrationTransformatorFactory::createConstantsFunctionalIcr(int calibMode, int ftmsRawMode,

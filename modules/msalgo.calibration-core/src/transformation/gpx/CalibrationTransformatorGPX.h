@@ -1,0 +1,59 @@
+#pragma once
+
+#include "calibration-core/interfaces/ICalibrationTransformatorGPX.h"
+#include "math-functions/function.h"
+#include "transformation/WrappingTransformator.h"
+
+#include <optional>
+
+namespace kvan::calibration::Transformation {
+
+/// mass = G^-1(mass of the transformator inside).
+class CalibrationTransformatorGPX final : public WrappingTransformator<CalibrationTransformatorGPX, OnMasses>,
+                                          public ICalibrationTransformatorGPX {
+    using Base = WrappingTransformator<CalibrationTransformatorGPX, OnMasses>;
+
+public:
+    using Doubles = ICalibrationTransformator::Doubles;
+
+    static constexpr double FromInnerCost = 6.0;
+    static constexpr double ToInnerCost = 3.0;
+
+    CalibrationTransformatorGPX(const std::shared_ptr<ICalibrationTransformator>& inner,
+                                const std::shared_ptr<ICalibrationPolynomialGPX>& polynomial);
+    CalibrationTransformatorGPX(const CalibrationTransformatorGPX& other);
+
+    double FromInner(double mass) const { return MassToPreciseMass(mass); }
+    double ToInner(double mass) const { return PreciseMassToMass(mass); }
+    bool FromInnerBlock(double* values, std::size_t count) const noexcept;
+    bool ToInnerBlock(double* values, std::size_t count) const noexcept;
+
+    std::shared_ptr<ICalibrationTransformator> GetTransformator() const override;
+    void SetTransformator(const std::shared_ptr<ICalibrationTransformator>& transformator) override;
+    std::shared_ptr<ICalibrationPolynomialGPX> GetPolynomial() const override { return cloneObject(m_polynomial); }
+    void SetPolynomial(const std::shared_ptr<ICalibrationPolynomialGPX>& polynomial) override;
+
+    double PreciseMassToMass(double mass) const override;
+    double MassToPreciseMass(double mass) const override;
+    void PreciseMassesToMasses(Doubles& masses) const override;
+    void PreciseMassesToMasses(const Doubles& preciseMasses, Doubles& masses) const override;
+    void MassesToPreciseMasses(Doubles& masses) const override;
+    void MassesToPreciseMasses(const Doubles& masses, Doubles& preciseMasses) const override;
+
+    bool IsEqual(const ICalibrationTransformator& other) const override;
+    void Dump(std::ostream& sink) const override;
+
+    /// That of the transformator inside; the correction has its flag in the head and its data behind the block.
+    std::uint16_t GetBlobType(BlobForm form) const override;
+    void SerializeToBlob(BlobForm form, tqclegacy::CALIBRATION::CalibBlobWriteAccess& access) const override;
+
+private:
+    /// The inverse around `mass` where the first order is not near enough; nothing if there is none.
+    std::optional<double> search(double mass) const noexcept;
+
+    std::shared_ptr<ICalibrationPolynomialGPX> m_polynomial;
+    math::CFunction m_apparentMass;  // without a strategy where nothing is corrected
+    double m_searchWidth = 0.0;
+};
+
+}  // namespace kvan::calibration::Transformation

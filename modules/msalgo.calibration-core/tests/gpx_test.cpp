@@ -1,0 +1,208 @@
+#include "calibration-core/constants/CalibrationPolynomialGPX.h"
+#include "calibration-core/interfaces/ICalibrationTransformatorGPX.h"
+#include "transformators.h"
+
+#include <cmath>
+#include <limits>
+#include <sstream>
+
+#include <gtest/gtest.h>
+#include <omp.h>
+
+namespace kvan::calibration {
+
+namespace {
+
+using Constants::CalibrationPolynomialGPX;
+using Gpx = ICalibrationTransformatorGPX;
+
+const char* const g_notUnique = "logic_error: gpx polynomial could not be inverted in a unique way";
+const char* const g_failed = "runtime_error: Transformation failed, most likely due to bad calibration constants.";
+const char* const g_gpxFailed = "logic_error: a transformation failed, most likely due to bad calibration constants";
+
+TransformatorPtr corrected(const TransformatorPtr& inner, const Doubles& coefficients, double minMass, double maxMass,
+                           bool use = true) {
+    return factory().createTransformatorGPX(
+        inner, std::make_shared<CalibrationPolynomialGPX>(coefficients, 0.1, 0.2, minMass, maxMass, use));
+}
+
+/// mass = raw = index.
+TransformatorPtr identity() {
+    return linear(0, 1);
+}
+
+const Gpx& gpx(const TransformatorPtr& transformator) {
+    return dynamic_cast<const Gpx&>(*transformator);
+}
+
+/// G(m) = m + 2^-10 * (m - 512) * 2^-9 + 2^-20: up to some parts per million off.
+const Doubles g_slight = {0x1p-20 - 512 * 0x1p-19, 1 + 0x1p-19};
+/// G(m) = m + m^2 / 1024: far from the first order.
+const Doubles g_strong = {0, 1, 0x1p-10};
+
+TEST(Gpx, CorrectsTheMassesOfTheLawInside) {
+    const struct {
+        Doubles coefficients;
+        double minMass, maxMass, precise, apparent;
+        double tolerance;
+    } cases[] = {
+        {g_slight, 256, 1024, 512, 512 + 0x1p-20, 0},
+        {g_slight, 256, 1024, 1024, 1024 + 0x1p-10 + 0x1p-20, 0},
+        {g_slight, 256, 1024, 4096, 4096 + 0x1p-10 + 0x1p-20, 0},
+        {g_slight, 256, 1024, 16, 16 - 0x1p-11 + 0x1p-20, 0},
+        {g_slight, 1024, 256, 4096, 4096 + 7 * 0x1p-10 + 0x1p-20, 0},
+        {g_slight, 256, std::nan(""), 16, 16 - 496 * 0x1p-19 + 0x1p-20, 0},
+        {g_strong, 0, 1024, 512, 768, 1e-15},
+        {g_strong, 0, 1024, 32, 33, 1e-15},
+        {g_strong, 0, 1024, 2048, 3072, 1e-15},
+        {{0, 1}, 0, 1024, 77.7, 77.7, 0},
+        {{-5, 1}, 0, 1024, 77.75, 72.75, 0},
+    };
+    for (const auto& sample : cases) {
+        const auto law = corrected(paladin(3, 2, 0, 10, 4), sample.coefficients, sample.minMass, sample.maxMass);
+        const double raw = (sample.apparent - 3) / 2;
+        SCOPED_TRACE(std::to_string(sample.precise));
+        EXPECT_EQ(gpx(law).PreciseMassToMass(sample.precise), sample.apparent);
+        EXPECT_EQ(law->MassToRaw(sample.precise), raw);
+        EXPECT_EQ(law->MassToDIndex(sample.precise), raw * 4 - 10);
+        // The first order is off by the square of the slope, and taken within 1e-5.
+        const double near = sample.tolerance > 0 ? sample.tolerance * sample.precise : 2e-8;
+        EXPECT_NEAR(law->RawToMass(raw), sample.precise, near);
+        EXPECT_NEAR(law->DIndexToMass(raw * 4 - 10), sample.precise, near);
+        EXPECT_EQ(law->RawToDIndex(raw), raw * 4 - 10);
+        EXPECT_EQ(law->IndexToRaw(6), 4.0);
+    }
+}
+
+TEST(Gpx, TakesTheFirstOrderAsItIs) {
+    const Doubles coefficients = {0, 1, 1e-6};  // G(m) = m + m^2 * 1e-6
+    const auto law = corrected(identity(), coefficients, 0, 1000);
+    const double apparent = 10.0 + 10.0 * 10.0 * 1e-6;
+    const double first = (apparent - ((1e-6 * apparent + 1.0) * apparent + 0.0)) + apparent;
+    EXPECT_NE(first, 10.0);
+    EXPECT_EQ(law->RawToMass(apparent), first);
+    EXPECT_NEAR(law->RawToMass(1000.0 + 1.0), 1000.0, 1e-9);  // off by 2e-3: searched
+}
+
+TEST(Gpx, CorrectsNothingWithoutACorrection) {
+    const auto law = tof(8, 2.5e11, 0.5, 10, 0.5);
+    for (const auto& copy : {corrected(law, g_strong, 0, 1024, false), corrected(law, {}, 0, 1024),
+                             factory().createTransformatorGPX(law, nullptr)}) {
+        EXPECT_EQ(copy->IndexToMass(300), law->IndexToMass(300));
+        EXPECT_EQ(copy->MassToDIndex(99.5), law->MassToDIndex(99.5));
+        EXPECT_EQ(copy->GetFunctionalTypeCode(), 1);
+    }
+    EXPECT_EQ(failureOf([] { factory().createTransformatorGPX(nullptr, nullptr); }),
+              "invalid_argument: CalibrationTransformatorFactory::createTransformatorGPX: no transformator to be "
+              "corrected");
+}
+
+TEST(Gpx, RoundTripsHoldOverTheLaw) {
+    const auto law = corrected(tof(120.5, 250000, 4e-3, 10000, 0.2), {1e-3, 1 - 4e-6, 5e-9, -1e-12}, 100, 3000);
+    for (double mass = 50; mass < 4000; mass += 0.37) {
+        EXPECT_NEAR(law->RawToMass(law->MassToRaw(mass)), mass, mass * 1e-9);
+        const double index = law->MassToDIndex(mass);
+        EXPECT_NEAR(law->MassToDIndex(law->DIndexToMass(index)), index, index * 1e-9);
+    }
+}
+
+TEST(Gpx, RefusesWhatHasNoInverse) {
+    constexpr double nan = std::numeric_limits<double>::quiet_NaN();
+    constexpr double infinity = std::numeric_limits<double>::infinity();
+    const Doubles damaged[] = {{5},          {0, 0, 0},     {nan, 1},          {0, 1, nan}, {0, -1},
+                               {1e6, 1, -1}, {infinity, 1}, {0, 1e308, 1e308}, {2000, 1},   Doubles(70000, 1e300)};
+    for (const Doubles& coefficients : damaged)
+        for (const auto& range : {std::pair(100.0, 2000.0), std::pair(2000.0, 100.0), std::pair(nan, infinity)}) {
+            const auto law = corrected(identity(), coefficients, range.first, range.second);
+            SCOPED_TRACE(coefficients[0]);
+            if (coefficients[0] == 2000)
+                EXPECT_EQ(law->RawToMass(500), -1500.0);
+            else
+                EXPECT_EQ(failureOf([&] { law->RawToMass(500); }), g_notUnique);
+        }
+}
+
+TEST(Gpx, BatchesHaveTheBitsOfSingleConversionsForAnyTeam) {
+    const int threads = omp_get_max_threads();
+    const auto inner = tof(120.5, 250000, 4e-3, 20000, 0.2);
+    for (const auto& law :
+         {corrected(inner, {1e-3, 1 - 4e-6, 5e-9, -1e-12}, 100, 3000), corrected(inner, {0, 1, 1e-4}, 0, 3000)})
+        for (const std::size_t count : {1UL, 99UL, 100UL, 257UL, 150000UL})
+            for (const int team : {1, 3}) {
+                omp_set_num_threads(team);
+                Doubles apparent, masses, preciseAgain, range, expected, expectedRange;
+                for (std::size_t k = 0; k < count; ++k) {
+                    apparent.push_back(static_cast<double>(k % 4096));
+                    expected.push_back(gpx(law).MassToPreciseMass(apparent.back()));
+                    expectedRange.push_back(law->IndexToMass(static_cast<std::int32_t>(k)));
+                }
+                gpx(law).MassesToPreciseMasses(apparent, masses);
+                EXPECT_TRUE(sameBits(masses, expected));
+                preciseAgain = apparent;
+                gpx(law).MassesToPreciseMasses(preciseAgain);
+                EXPECT_TRUE(sameBits(preciseAgain, expected));
+                law->IndexRangeToMasses(0, static_cast<std::int32_t>(count) - 1, range);
+                EXPECT_TRUE(sameBits(range, expectedRange));
+                for (double& mass : expected)
+                    mass = gpx(law).PreciseMassToMass(mass);
+                gpx(law).PreciseMassesToMasses(masses);
+                EXPECT_TRUE(sameBits(masses, expected));
+                gpx(law).PreciseMassesToMasses(preciseAgain, masses);
+                EXPECT_TRUE(sameBits(masses, expected));
+            }
+    omp_set_num_threads(threads);
+}
+
+TEST(Gpx, BatchesFailInTheirOwnWords) {
+    const auto law = corrected(identity(), {0, 1, -1e-3}, 0, 600);  // turns at 500
+    for (const std::size_t count : {2UL, 99UL, 100UL, 5000UL}) {
+        Doubles raws(count, 10.0);
+        raws[1] = 550.0;
+        EXPECT_EQ(failureOf([&, masses = raws]() mutable { law->RawsToMasses(masses); }),
+                  count < 100 ? g_notUnique : g_failed);
+        EXPECT_EQ(failureOf([&, masses = raws]() mutable { gpx(law).MassesToPreciseMasses(masses); }), g_gpxFailed);
+        EXPECT_EQ(failureOf([&, masses = Doubles()]() mutable { gpx(law).MassesToPreciseMasses(raws, masses); }),
+                  g_gpxFailed);
+    }
+    std::string inRegion[2];
+#pragma omp parallel for num_threads(2)
+    for (int k = 0; k < 2; ++k) {
+        Doubles raws(300, 550.0);
+        inRegion[k] = failureOf([&] { k == 0 ? law->RawsToMasses(raws) : gpx(law).MassesToPreciseMasses(raws); });
+    }
+    EXPECT_EQ(inRegion[0], g_notUnique);
+    EXPECT_EQ(inRegion[1], g_gpxFailed);
+}
+
+TEST(Gpx, IsAValueAround) {
+    const auto inner = tof(8, 2.5e11, 0.5, 10, 0.5);
+    const auto law = corrected(inner, g_strong, 0, 1024);
+    inner->SetIndexOffset(100);
+    EXPECT_EQ(law->GetIndexOffset(), 0.0);
+
+    const auto copy = cloneObject(law);
+    EXPECT_TRUE(copy->IsEqual(*law));
+    EXPECT_FALSE(inner->IsEqual(*law) || law->IsEqual(*inner));
+    auto& facet = dynamic_cast<Gpx&>(*copy);
+    const auto polynomial = facet.GetPolynomial();
+    polynomial->SetUse(false);
+    EXPECT_NE(copy->RawToMass(40), facet.GetTransformator()->RawToMass(40));
+    facet.SetPolynomial(polynomial);
+    EXPECT_EQ(copy->RawToMass(40), facet.GetTransformator()->RawToMass(40));
+    EXPECT_FALSE(copy->IsEqual(*law));
+    facet.SetTransformator(nullptr);
+    facet.SetTransformator(identity());
+    EXPECT_EQ(copy->RawToMass(40), 40.0);
+    EXPECT_NE(law->RawToMass(40), 40.0);
+
+    std::ostringstream dump;
+    corrected(identity(), g_strong, 100, 200)->Dump(dump);
+    EXPECT_NE(dump.str().find("\tCalibrationPolynomialGPX[ \n\t\tc0 = 0.1, c2 = 0.2, global mass range = [100, 200]\n"
+                              "\t\tparent mass = 0, arg range = [0, 0]\n\t\torder = 2, coefficients = (0, 1, "),
+              std::string::npos)
+        << dump.str();
+}
+
+}  // namespace
+
+}  // namespace kvan::calibration
