@@ -53,7 +53,7 @@ TEST(Archive, EveryVersionOfEveryRecordIsReadToItsEnd) {
         with(ArchivedStatus{.calibrator = {.blob = {1, 2, 3}, .text = "not looked at"}}),
         with(ArchivedLockMasses{.version = {1, 0}, .spectra = {{.version = {1, 0}, .calibrator = both}, {}}}),
         with(ArchivedLockMass{.version = {1, 1}, .hasShortTag = true, .calibrator = both}),
-        with(ArchivedLockMass{.version = {1, 1}, .calibrator = asText}),
+        with(ArchivedLockMass{.version = {1, 1}, .calibrator = asText, .padding = {1, 2, 3}}),
         with(ArchivedLockMass{.version = {1, 2}, .calibrator = both, .textBehind = "the same as text"}),
         with(ArchivedLockMassParams{.version = {0, 1}, .massListVersion = {1, 0}, .masses = {1, 2}}),
         with(ArchivedLockMassParams{.version = {0, 2}}),

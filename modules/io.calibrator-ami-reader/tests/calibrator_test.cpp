@@ -173,6 +173,7 @@ TEST_F(ArchiveFile, HeadAndPayload) {
     file.insert(file.end(), 1000, 0xFF);
     EXPECT_EQ(openWith(file), "") << "bytes behind the payload";
     ++file[9];
+    file[4] = 0xFF;
     EXPECT_EQ(openWith(file), "") << "bytes behind the top record";
     file[10] = 1;
     EXPECT_EQ(openWith(file), refused("ends inside its payload."));

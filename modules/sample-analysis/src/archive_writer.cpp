@@ -208,6 +208,7 @@ void put(Bytes& out, const ArchivedLockMass& spectrum) {
         else
             content = spectrum.calibrator->blob;
     }
+    content.insert(content.end(), spectrum.padding.begin(), spectrum.padding.end());
     putBytes(out, content);
     if (spectrum.textBehind)
         putString(out, *spectrum.textBehind);

@@ -56,6 +56,7 @@ struct ArchivedLockMass {
     ArchiveVersion version = {1, 3};
     bool hasShortTag = false;
     std::optional<ArchivedCalibrator> calibrator = {};  ///< none: size 0
+    Bytes padding = {};                                 ///< counts as the entry's
     std::optional<std::string> textBehind = {};         ///< from 1.2 on: the same once more as text
 };
 
