@@ -2,6 +2,7 @@
 
 #include "calibration-core/constants/CalibrationConstantsTemperatureCompensation.h"
 #include "calibration-core/interfaces/CalibrationTransformatorFactory.h"
+#include "calibration-core/interfaces/ICalibrationTransformatorGPX.h"
 
 using namespace kvan::calibration;
 
@@ -73,14 +74,39 @@ FunctionalPtr adapted(const FunctionalPtr& law, const FunctionalPtr& own) {
     return own;
 }
 
+/// Families whose law is built around constants of another one; nothing but a copy has what is around them.
+bool isBuiltAround(int family) {
+    return family == PSD || family == KITE1 || family == KITE2;
+}
+
+/// `law` on the axis of the calibrator.
+TransformatorPtr withLaw(const TransformatorPtr& calibrator, const FunctionalPtr& law) {
+    if (isBuiltAround(familyOf(*calibrator))) {
+        auto copy = cloneObject(calibrator);
+        copy->SetFunctionalConstants(law);
+        return copy;
+    }
+    const auto& factory = *Transformation::CalibrationTransformatorFactory::instance();
+    auto merged = factory.createTransformator(law, calibrator->GetPhysicalConstants());
+    merged->SetIndexOffset(calibrator->GetIndexOffset());
+    return merged;
+}
+
+/// The reference's correction around the result; null stays null.
+TransformatorPtr withCorrection(const TransformatorPtr& merged, const ICalibrationTransformatorGPX& reference) {
+    if (!merged)
+        return nullptr;
+    return Transformation::CalibrationTransformatorFactory::instance()->createTransformatorGPX(
+        merged, reference.GetPolynomial());
+}
+
 }  // namespace
 
 TransformatorPtr mergeReference(const TransformatorPtr& calibrator, const TransformatorPtr& reference) {
+    if (const auto* const corrected = dynamic_cast<const ICalibrationTransformatorGPX*>(calibrator.get()))
+        return mergeReference(corrected->GetTransformator(), reference);
+    if (const auto* const corrected = dynamic_cast<const ICalibrationTransformatorGPX*>(reference.get()))
+        return withCorrection(mergeReference(calibrator, corrected->GetTransformator()), *corrected);
     const FunctionalPtr law = lawOf(*reference, familyOf(*calibrator));
-    if (!law)
-        return nullptr;
-    auto merged = Transformation::CalibrationTransformatorFactory::instance()->createTransformator(
-        adapted(law, calibrator->GetFunctionalConstants()), calibrator->GetPhysicalConstants());
-    merged->SetIndexOffset(calibrator->GetIndexOffset());
-    return merged;
+    return law ? withLaw(calibrator, adapted(law, calibrator->GetFunctionalConstants())) : nullptr;
 }

@@ -1,5 +1,8 @@
 #include "archives.h"
+#include "calibration-core/constants/CalibrationPolynomialGPX.h"
+#include "calibration-core/interfaces/CalibrationTransformatorFactory.h"
 #include "calibrator-ami-reader/calibrator_ami_reader.h"
+#include "reference_merge.h"
 
 #include <boost/filesystem/fstream.hpp>
 #include <cmath>
@@ -118,6 +121,23 @@ TEST(CalibratorOfASpectrum, TheLawIsTheReferencesAndTheAxisItsOwn) {
         EXPECT_NEAR(massAtFour(organizer, 0, 0, own), one.massAtFour, 1e-12 * std::abs(one.massAtFour)) << one.name;
         EXPECT_EQ(own->DIndexToMass(4), before) << one.name;
     }
+}
+
+/// Precise mass + 1 is what the law gives.
+TransformatorPtr corrected(const Bytes& calibrator) {
+    using kvan::calibration::Constants::CalibrationPolynomialGPX;
+    return kvan::calibration::Transformation::CalibrationTransformatorFactory::instance()->createTransformatorGPX(
+        DeserializeBlob(calibrator),
+        std::make_shared<CalibrationPolynomialGPX>(std::vector<double>{1, 1}, 0, 0, 0, 1e6, true));
+}
+
+TEST(CalibratorOfASpectrum, TheCorrectionIsTheReferencesOrNone) {
+    const Bytes own = tof(1, 4e12, 0);
+    const Bytes reference = tof(2, 1e12, 0, 555);
+    EXPECT_EQ(mergeReference(corrected(own), DeserializeBlob(reference))->DIndexToMass(4), 400);
+    EXPECT_EQ(mergeReference(DeserializeBlob(own), corrected(reference))->DIndexToMass(4), 399);
+    EXPECT_EQ(mergeReference(corrected(own), corrected(reference))->DIndexToMass(4), 399);
+    EXPECT_EQ(mergeReference(DeserializeBlob(line(100)), corrected(reference)), nullptr);
 }
 
 class ArchiveFile : public ::testing::Test {
