@@ -46,7 +46,10 @@ public:
     /// Columns of the result, known also when there is no row.
     int numFields() const;
 
-    // Columns count from 0. SQLite converts where the stored type differs from the type asked for.
+    /// Name of a column of the result, also when there is no row. Columns count from 0.
+    std::string_view fieldName(int column) const;
+
+    // SQLite converts where the stored type differs from the type asked for.
     int fieldDataType(int column) const;  ///< SQLITE_INTEGER, SQLITE_FLOAT, SQLITE_TEXT, SQLITE_BLOB or SQLITE_NULL
     bool fieldIsNull(int column) const { return fieldDataType(column) == SQLITE_NULL; }
     /// All bytes of the field as text, zero bytes included; empty for NULL. Valid up to the next row.

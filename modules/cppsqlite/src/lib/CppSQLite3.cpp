@@ -184,6 +184,13 @@ int CppSQLite3Query::numFields() const {
     return m_columnCount;
 }
 
+std::string_view CppSQLite3Query::fieldName(int column) const {
+    const char* const name = sqlite3_column_name(handleOf(column), column);
+    if (name == nullptr)
+        fail(SQLITE_NOMEM, "out of memory");
+    return name;
+}
+
 int CppSQLite3Query::fieldDataType(int column) const {
     return sqlite3_column_type(handleOf(column), column);
 }

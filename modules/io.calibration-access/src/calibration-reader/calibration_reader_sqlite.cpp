@@ -1,0 +1,49 @@
+#include "calibration-access/calibration_reader_sqlite.h"
+
+#include "calibration-reader/calibration_database.h"
+#include "calibration-reader/calibration_reader_sqlite_impl.h"
+
+namespace kvan::io::calibration {
+
+std::unique_ptr<CalibrationReaderSqlite> CalibrationReaderSqlite::find(const boost::filesystem::path& analysisDirectory,
+                                                                       const CalibrationStateSelector& selector) {
+    const auto file = calibrationFile(analysisDirectory);
+    if (!isThere(file))
+        return nullptr;
+    auto database = openCalibrationDatabase(file);
+    const auto key = selector.findUUID(*database);
+    if (!key)
+        return nullptr;
+    return std::unique_ptr<CalibrationReaderSqlite>(
+        new CalibrationReaderSqlite(std::make_unique<CalibrationReaderSqliteImpl>(std::move(database), *key)));
+}
+
+CalibrationReaderSqlite::CalibrationReaderSqlite(const boost::filesystem::path& analysisDirectory,
+                                                 const CalibrationStateSelector& selector) {
+    auto database = openCalibrationDatabase(calibrationFile(analysisDirectory));
+    const std::string key = selector.getUUID(*database);
+    m_impl = std::make_unique<CalibrationReaderSqliteImpl>(std::move(database), key);
+}
+
+CalibrationReaderSqlite::CalibrationReaderSqlite(std::unique_ptr<CalibrationReaderSqliteImpl> impl)
+    : m_impl(std::move(impl)) {}
+
+CalibrationReaderSqlite::~CalibrationReaderSqlite() = default;
+
+const std::string& CalibrationReaderSqlite::stateKey() const {
+    return m_impl->stateKey();
+}
+
+bool CalibrationReaderSqlite::hasFrameCalibrators() const {
+    return m_impl->hasFrameCalibrators();
+}
+
+CalibrationReaderSqlite::TransformatorPtr CalibrationReaderSqlite::getMzTrafo(std::int64_t frameId) {
+    return m_impl->getMzTrafo(frameId);
+}
+
+CalibrationReaderSqlite::TransformatorPtr CalibrationReaderSqlite::getRefMzTrafo(bool negative, double T1, double T2) {
+    return m_impl->getRefMzTrafo(negative, T1, T2);
+}
+
+}  // namespace kvan::io::calibration

@@ -1,0 +1,141 @@
+#include "calibration-reader/calibration_reader_sqlite_impl.h"
+
+#include "calibration-core/temperaturecompensation/TemperatureCompensationInfo.h"
+#include "calibration-reader/sql_text.h"
+#include "cppsqlite/simple_checked_query.h"
+
+#include <boost/throw_exception.hpp>
+#include <stdexcept>
+
+namespace kvan::io::calibration {
+
+namespace {
+
+namespace compensation = ::kvan::calibration::TemperatureCompensation;
+using cppsqlite::CppSQLite3DB;
+using cppsqlite::simpleCheckedQuery;
+
+[[noreturn]] void fail(const std::string& text) {
+    BOOST_THROW_EXCEPTION(std::runtime_error(text));
+}
+
+void checkSchemaVersion(CppSQLite3DB& database) {
+    const auto major =
+        simpleCheckedQuery<std::int64_t>(database, "SELECT Value FROM GlobalMetadata WHERE Key='SchemaVersionMajor'");
+    const auto minor =
+        simpleCheckedQuery<std::int64_t>(database, "SELECT Value FROM GlobalMetadata WHERE Key='SchemaVersionMinor'");
+    if (major >= 2)
+        fail("calibration schema version " + std::to_string(major) + "." + std::to_string(minor) + " not supported.");
+}
+
+/// The Id of the state, in a database of a known version.
+std::int64_t resolveState(CppSQLite3DB& database, const std::string& key) {
+    checkSchemaVersion(database);
+    const auto id = cppsqlite::simpleOptionalQuery<std::int64_t>(
+        database, "SELECT Id From CalibrationState WHERE Key=" + sqlText(key));
+    if (!id)
+        fail("Requested calibration state " + key + " does not exist");
+    return *id;
+}
+
+bool readHasFrameCalibrators(CppSQLite3DB& database, std::int64_t state) {
+    return simpleCheckedQuery<std::int64_t>(
+               database, "SELECT HasFrameCalibrators FROM CalibrationState WHERE Id=" + std::to_string(state)) != 0;
+}
+
+std::optional<DigitizerConstants> readDigitizerConstants(CppSQLite3DB& database, std::int64_t state,
+                                                         const logging::Logger& logger) {
+    const TypedRow row(
+        database.execQuery("SELECT DigitizerTimebase, DigitizerDelay FROM DigitizerConstants WHERE CalibrationState=" +
+                           std::to_string(state)),
+        "DigitizerConstants", "CalibrationState", state);
+    if (row.exists())
+        return DigitizerConstants{.timebase = row.real(0), .delay = row.real(1)};
+    KVAN_LOG(logger, DEBUG) << "No digitizer constants in calibration state " << state;
+    return {};
+}
+
+[[noreturn]] void failWithoutTrafo(std::int64_t id) {
+    fail("No m/z trafo for id [" + std::to_string(id) + "] available");
+}
+
+}  // namespace
+
+CalibrationReaderSqliteImpl::CalibrationReaderSqliteImpl(std::unique_ptr<CppSQLite3DB> database, const std::string& key)
+    : m_logger(logging::Logger::getLogger("io.calibration.CalibrationReaderSqliteImpl")),
+      m_database(std::move(database)),
+      m_key(key),
+      m_state(resolveState(*m_database, key)),
+      m_references(*m_database, "RefMzCalibration", {"T1", "T2", "dC1", "dC2"}),
+      m_frames(*m_database, "FrameMzCalibration", {}, m_state),
+      m_hasFrameCalibrators(readHasFrameCalibrators(*m_database, m_state)),
+      m_digitizer(readDigitizerConstants(*m_database, m_state, m_logger)),
+      m_calibrationOfFrame(m_database->compileStatement(
+          "SELECT FrameMzCalibrationId FROM FrameMzCalibrationMapping WHERE CalibrationState='" +
+          std::to_string(m_state) + "' AND FrameId=?")) {}
+
+CalibrationReaderSqliteImpl::TransformatorPtr CalibrationReaderSqliteImpl::getMzTrafo(std::int64_t frameId) {
+    if (!m_hasFrameCalibrators)
+        fail("No frame m/z trafos available");
+    return loadFrameMzTrafo(frameId);
+}
+
+CalibrationReaderSqliteImpl::TransformatorPtr CalibrationReaderSqliteImpl::loadFrameMzTrafo(std::int64_t frameId) {
+    m_calibrationOfFrame.bind(1, frameId);
+    // Stays open while the model is read, so that both come from one state of the database.
+    const TypedRow mapping(m_calibrationOfFrame.execQuery(), "FrameMzCalibrationMapping", "FrameId", frameId);
+    if (!mapping.exists())
+        failWithoutTrafo(frameId);
+    const std::int64_t id = mapping.integer(0);
+    const TypedRow row = m_frames.find(id);
+    if (!row.exists())
+        failWithoutTrafo(id);
+    return makeMzTrafo(mzModelOf(row.integer(CalibrationTableReader::ModelType)), row, m_frames.firstModelColumn(),
+                       m_digitizer);
+}
+
+CalibrationReaderSqliteImpl::TransformatorPtr CalibrationReaderSqliteImpl::getRefMzTrafo(bool negative, double T1,
+                                                                                         double T2) {
+    Reference& reference = negative ? m_negative : m_positive;
+    std::call_once(reference.loaded, [&] { reference.trafo = loadRefMzTrafo(negative); });
+    const auto& [transformator, temperatures] = reference.trafo;
+    if (!transformator)
+        fail(std::string("no reference calibration available for ") + (negative ? "negative" : "positive") +
+             " polarity");
+    if (!temperatures.isCompensated())
+        return transformator;
+    compensation::CalibrationTemperatureCompensator compensator;
+    compensator.SetReferenceTransformator(transformator);
+    compensator.SetReferenceTemperatures({temperatures.T1, temperatures.T2});
+    compensator.SetCorrectionFactors({temperatures.dC1, temperatures.dC2});
+    return compensator.Compensate(
+        compensation::addTemperatureCompensationInfo(transformator, {T1, T2}, {temperatures.dC1, temperatures.dC2}));
+}
+
+CalibrationReaderSqliteImpl::RefMzTrafo CalibrationReaderSqliteImpl::loadRefMzTrafo(bool negative) {
+    const TypedRow state(
+        m_database->execQuery(std::string("SELECT ") +
+                              (negative ? "NegativeReferenceCalibratorId" : "PositiveReferenceCalibratorId") +
+                              " FROM CalibrationState WHERE Id=" + std::to_string(m_state)),
+        "CalibrationState", "Id", m_state);
+    if (!state.exists() || state.isNull(0))
+        return {};
+    const TypedRow row = m_references.find(state.integer(0));
+    if (!row.exists())
+        return {};
+    const MzModel model = mzModelOf(row.integer(CalibrationTableReader::ModelType));
+    if (model == MzModel::Ftms04)
+        fail("FTMS04 as reference trafo is not supported.");
+    if (model == MzModel::Ftms1356)
+        fail("FTMS1356 as reference trafo is not supported.");
+    constexpr int extra = CalibrationTableReader::FirstExtra;
+    const details::MzCalibTemperatureInfo temperatures{row.real(extra), row.real(extra + 1), row.real(extra + 2),
+                                                       row.real(extra + 3)};
+    auto transformator = makeMzTrafo(model, row, m_references.firstModelColumn(), m_digitizer);
+    if (!temperatures.isCompensated()) {
+        KVAN_LOG(m_logger, DEBUG) << "Not performing temperature compensation, as coefficients are 0.0";
+    }
+    return {std::move(transformator), temperatures};
+}
+
+}  // namespace kvan::io::calibration

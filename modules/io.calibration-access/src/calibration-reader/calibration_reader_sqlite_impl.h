@@ -1,0 +1,67 @@
+#pragma once
+
+#include "calibration-core/temperaturecompensation/CalibrationTemperatureCompensator.h"
+#include "calibration-reader/mz_models.h"
+#include "calibration-table-reader/calibration_table_reader.h"
+#include "logger/logger.h"
+
+#include <memory>
+#include <mutex>
+#include <string>
+#include <tuple>
+
+namespace kvan::io::calibration {
+
+namespace details {
+
+/// The temperatures of a reference calibration, in degrees, and by how many parts per million a degree the flight path
+/// grows.
+struct MzCalibTemperatureInfo {
+    double T1 = 0.0;
+    double T2 = 0.0;
+    double dC1 = 0.0;
+    double dC2 = 0.0;
+
+    bool isCompensated() const { return dC1 != 0.0 || dC2 != 0.0; }
+};
+
+}  // namespace details
+
+/// A chosen state of an open database. See `CalibrationReaderSqlite`.
+class CalibrationReaderSqliteImpl {
+public:
+    using TransformatorPtr = std::shared_ptr<::kvan::calibration::ICalibrationTransformator>;
+
+    CalibrationReaderSqliteImpl(std::unique_ptr<cppsqlite::CppSQLite3DB> database, const std::string& key);
+
+    const std::string& stateKey() const { return m_key; }
+    bool hasFrameCalibrators() const { return m_hasFrameCalibrators; }
+    TransformatorPtr getMzTrafo(std::int64_t frameId);
+    TransformatorPtr getRefMzTrafo(bool negative, double T1, double T2);
+
+private:
+    using RefMzTrafo = std::tuple<TransformatorPtr, details::MzCalibTemperatureInfo>;
+
+    struct Reference {
+        std::once_flag loaded;
+        RefMzTrafo trafo;
+    };
+
+    TransformatorPtr loadFrameMzTrafo(std::int64_t frameId);
+    /// Without a transformator when the state names none for the polarity, or one that is not there.
+    RefMzTrafo loadRefMzTrafo(bool negative);
+
+    logging::Logger m_logger;
+    std::unique_ptr<cppsqlite::CppSQLite3DB> m_database;
+    std::string m_key;
+    std::int64_t m_state;
+    CalibrationTableReader m_references;
+    CalibrationTableReader m_frames;
+    bool m_hasFrameCalibrators;
+    std::optional<DigitizerConstants> m_digitizer;
+    cppsqlite::CppSQLite3Statement m_calibrationOfFrame;
+    Reference m_positive;
+    Reference m_negative;
+};
+
+}  // namespace kvan::io::calibration

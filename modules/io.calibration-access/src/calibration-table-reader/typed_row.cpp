@@ -1,0 +1,87 @@
+#include "calibration-table-reader/typed_row.h"
+
+#include <bit>
+#include <boost/throw_exception.hpp>
+#include <cmath>
+#include <cstring>
+#include <limits>
+#include <stdexcept>
+
+namespace kvan::io::calibration {
+
+namespace {
+
+static_assert(std::endian::native == std::endian::little);
+
+const char* nameOf(int type) {
+    switch (type) {
+        case SQLITE_NULL:
+            return "NULL";
+        case SQLITE_TEXT:
+            return "a text";
+        case SQLITE_BLOB:
+            return "a blob";
+        default:
+            return "a number";
+    }
+}
+
+}  // namespace
+
+double TypedRow::real(int column) const {
+    const int type = typeOf(column);
+    if (type != SQLITE_FLOAT && type != SQLITE_INTEGER)
+        fail(column, std::string(nameOf(type)) + " instead of a number");
+    return m_query.getFloatField(column);
+}
+
+std::int64_t TypedRow::integer(int column) const {
+    if (typeOf(column) == SQLITE_INTEGER)
+        return m_query.getInt64Field(column);
+    const double value = real(column);
+    // Above, a double has no room for the units.
+    if (std::abs(value) > 0x1p53 || std::trunc(value) != value)
+        fail(column, "not a whole number");
+    return static_cast<std::int64_t>(value);
+}
+
+int TypedRow::smallInteger(int column) const {
+    const std::int64_t value = integer(column);
+    if (value < std::numeric_limits<int>::min() || value > std::numeric_limits<int>::max())
+        fail(column, "out of range");
+    return static_cast<int>(value);
+}
+
+std::vector<double> TypedRow::reals(int column) const {
+    const int type = typeOf(column);
+    if (type != SQLITE_BLOB)
+        fail(column, std::string(nameOf(type)) + " instead of a blob");
+    int length = 0;
+    const unsigned char* const bytes = m_query.getBlobField(column, length);
+    if (length <= 0 || length % static_cast<int>(sizeof(double)) != 0)
+        fail(column, "a blob of " + std::to_string(length) + " bytes instead of doubles");
+    std::vector<double> values(static_cast<std::size_t>(length) / sizeof(double));
+    std::memcpy(values.data(), bytes, static_cast<std::size_t>(length));
+    return values;
+}
+
+int TypedRow::findBlob(int first) const {
+    int column = first;
+    while (column < m_query.numFields() && typeOf(column) != SQLITE_BLOB)
+        ++column;
+    return column;
+}
+
+void TypedRow::fail(int column, const std::string& fault) const {
+    BOOST_THROW_EXCEPTION(std::runtime_error(std::string("Wrong value in table ") + m_table + ", " + m_keyColumn + " " +
+                                             std::to_string(m_key) + ", column " +
+                                             std::string(m_query.fieldName(column)) + ": " + fault));
+}
+
+int TypedRow::typeOf(int column) const {
+    if (column >= m_query.numFields())
+        BOOST_THROW_EXCEPTION(std::runtime_error(std::string("Too few columns in table ") + m_table));
+    return m_query.fieldDataType(column);
+}
+
+}  // namespace kvan::io::calibration
