@@ -7,6 +7,7 @@
 #include "qsf2sql/sqlite_cache.h"
 #include "sysutils/platform.h"
 
+#include <boost/filesystem/operations.hpp>
 #include <boost/throw_exception.hpp>
 #include <boost/uuid/string_generator.hpp>
 
@@ -22,7 +23,6 @@ Qsf2SqlImpl::Qsf2SqlImpl(const logging::Logger& logger, const boost::filesystem:
     try {
         openCache(variablesPrefs);
         initCompressor();
-        m_calibrations.emplace(*m_database);
         initCalibrationReader();
     } catch (const cppsqlite::CppSQLite3Exception& fault) {
         BOOST_THROW_EXCEPTION(Qsf2SqlCacheError(std::string("CppSQLite3Exception: ") + fault.what()));
@@ -51,15 +51,33 @@ void Qsf2SqlImpl::initCompressor() {
 }
 
 void Qsf2SqlImpl::initCalibrationReader() {
-    if (!m_calibrationPrefs.stateSelector && !m_calibrationPrefs.useCalibratorAmi)
-        return;
+    const boost::filesystem::path directory = m_qsfFile.parent_path();
     if (m_calibrationPrefs.stateSelector) {
         completeStateSelector();
-        KVAN_LOG(m_logger, INFO) << "no state found in CalibrationReaderSqlite";
+        m_calibrationReader = calibration::CalibrationReaderSqlite::find(directory, *m_calibrationPrefs.stateSelector);
+        if (!m_calibrationReader) {
+            KVAN_LOG(m_logger, INFO) << "no state found in CalibrationReaderSqlite";
+        }
     }
-    if (m_calibrationPrefs.useCalibratorAmi)
-        KVAN_LOG(m_logger, INFO) << "no state found in Calibrator.ami";
-    KVAN_LOG(m_logger, INFO) << "no re-calibration found; using calibration state from QSF";
+    if (!m_calibrationReader && m_calibrationPrefs.useCalibratorAmi) {
+        openCalibratorAmi(directory / "Calibrator.ami");
+        if (!m_amiReader) {
+            KVAN_LOG(m_logger, INFO) << "no state found in Calibrator.ami";
+        }
+    }
+    const bool wanted = m_calibrationPrefs.stateSelector || m_calibrationPrefs.useCalibratorAmi;
+    if (wanted && !m_calibrationReader && !m_amiReader) {
+        KVAN_LOG(m_logger, INFO) << "no re-calibration found; using calibration state from QSF";
+    }
+    m_calibrations.emplace(*m_database, m_amiReader.get(), m_calibrationReader.get());
+}
+
+void Qsf2SqlImpl::openCalibratorAmi(const boost::filesystem::path& file) {
+    if (!boost::filesystem::exists(file))
+        return;
+    m_amiReader = std::make_unique<CalibratorAmiReader>();
+    if (!m_amiReader->open(file))
+        BOOST_THROW_EXCEPTION(std::runtime_error("Couldn't open AMI file " + sys::pathToUtf8(file)));
 }
 
 void Qsf2SqlImpl::completeStateSelector() {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "calibration-access/calibration_reader_sqlite.h"
+#include "calibrator-ami-reader/calibrator_ami_reader.h"
 #include "compression/icompressor.h"
 #include "cppsqlite/CppSQLite3.h"
 #include "qsf2sql/array_id.h"
@@ -36,6 +38,7 @@ private:
     void initCompressor();
     void initCalibrationReader();
     void completeStateSelector();
+    void openCalibratorAmi(const boost::filesystem::path& file);
 
     void checkId(std::uint64_t id, const char* what) const;
     void loadScanBlock(std::uint64_t offset);
@@ -65,6 +68,8 @@ private:
     std::uint64_t m_lastLineId = 0;
     bool m_lastLineFieldExists = false;
     CalibrationPrefs m_calibrationPrefs;
+    std::unique_ptr<CalibratorAmiReader> m_amiReader;  // one of the two at most
+    std::unique_ptr<calibration::CalibrationReaderSqlite> m_calibrationReader;
     std::optional<SpectrumCalibrations> m_calibrations;
 };
 

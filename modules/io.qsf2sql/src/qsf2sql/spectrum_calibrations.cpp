@@ -1,11 +1,15 @@
 #include "qsf2sql/spectrum_calibrations.h"
 
+#include "calibration-access/calibration_reader_sqlite.h"
 #include "calibration-core/interfaces/CalibrationTransformatorFactorySerialization.h"
+#include "calibration-core/interfaces/ICalibrationConstantsFunctionalTemperatureCompensation.h"
+#include "calibrator-ami-reader/calibrator_ami_reader.h"
 
 #include <boost/lexical_cast.hpp>
 #include <boost/throw_exception.hpp>
 #include <stdexcept>
 #include <string>
+#include <utility>
 
 namespace kvan::io {
 
@@ -29,27 +33,61 @@ std::int64_t idField(const cppsqlite::CppSQLite3Query& row, int field) {
     return boost::lexical_cast<std::int64_t>(text.data(), text.size());
 }
 
+/// The first two temperatures at which the spectrum was measured, 0.0 for what it does not tell.
+std::pair<double, double> measuredTemperatures(const SpectrumCalibrations::TransformatorPtr& transformator) {
+    if (!transformator)
+        return {0.0, 0.0};
+    const auto functional = transformator->GetFunctionalConstants();
+    const auto* const compensated =
+        dynamic_cast<const kvan::calibration::ICalibrationConstantsFunctionalTemperatureCompensation*>(
+            functional.get());
+    if (compensated == nullptr)
+        return {0.0, 0.0};
+    const std::vector<double>& temperatures = compensated->GetMeasuredTemperatures();
+    const auto at = [&temperatures](std::size_t i) { return i < temperatures.size() ? temperatures[i] : 0.0; };
+    return {at(0), at(1)};
+}
+
 }  // namespace
 
-std::shared_ptr<kvan::calibration::ICalibrationTransformator> SpectrumCalibrations::getTransformatorForSpectrumWhere(
-    Column column, std::uint64_t value) {
+SpectrumCalibrations::TransformatorPtr SpectrumCalibrations::getTransformatorForSpectrumWhere(
+    Column column, std::uint64_t value, bool bypassFrameCalibrators) {
     auto& statement = spectrumStatement(column);
     statement.bind(1, value);
-    // The row stays open while the blob is read, so that both come from one state of the cache.
-    const auto spectrum = statement.execQuery();
-    if (spectrum.eof())
+    auto row = statement.execQuery();
+    if (row.eof())
         BOOST_THROW_EXCEPTION(std::runtime_error(std::string("getTransformatorForSpectrum( ") +
                                                  g_columnNames[static_cast<int>(column)] + " = " +
                                                  std::to_string(value) + " ) failed"));
-    idField(spectrum, SpectrumId);
-    auto transformator = getRawTransformator(idField(spectrum, TransformatorId));
+    const Spectrum spectrum{idField(row, SpectrumId), row.getIntField(Polarity), idField(row, TransformatorId)};
+    if (m_database != nullptr && m_database->hasFrameCalibrators() && !bypassFrameCalibrators) {
+        row.finalize();  // the cache need not wait for another database
+        return m_database->getMzTrafo(spectrum.id);
+    }
+    // The row stays open while the blob is read, so that both come from one state of the cache.
+    auto raw = getRawTransformator(spectrum.transformatorId);
+    row.finalize();
+    auto transformator = recalibrated(spectrum, std::move(raw));
     if (!transformator)
         BOOST_THROW_EXCEPTION(std::runtime_error("Spectrum has no transformator."));
     return transformator;
 }
 
-std::shared_ptr<kvan::calibration::ICalibrationTransformator> SpectrumCalibrations::getRawTransformator(
-    std::int64_t transformatorId) {
+SpectrumCalibrations::TransformatorPtr SpectrumCalibrations::recalibrated(const Spectrum& spectrum,
+                                                                          TransformatorPtr raw) {
+    constexpr int negative = 1;
+    if (m_database != nullptr) {
+        const auto [T1, T2] = measuredTemperatures(raw);
+        return m_database->getRefMzTrafo(spectrum.polarity == negative, T1, T2);
+    }
+    // The archive counts spectra from 0. Where it has none that fits, the spectrum's own stays.
+    if (m_archive != nullptr)
+        m_archive->getCalibrator(static_cast<std::uint64_t>(spectrum.id - 1), static_cast<EPolarity>(spectrum.polarity),
+                                 raw);
+    return raw;
+}
+
+SpectrumCalibrations::TransformatorPtr SpectrumCalibrations::getRawTransformator(std::int64_t transformatorId) {
     m_blobById.bind(1, transformatorId);
     const auto row = m_blobById.execQuery();
     if (row.eof())
@@ -63,9 +101,9 @@ std::shared_ptr<kvan::calibration::ICalibrationTransformator> SpectrumCalibratio
 
 cppsqlite::CppSQLite3Statement& SpectrumCalibrations::spectrumStatement(Column column) {
     if (!m_prepared) {
-        m_byColumn[0] = m_database.compileStatement(spectrumQuery(g_columnNames[0]));
-        m_byColumn[1] = m_database.compileStatement(spectrumQuery(g_columnNames[1]));
-        m_blobById = m_database.compileStatement(g_blobQuery);
+        m_byColumn[0] = m_cache.compileStatement(spectrumQuery(g_columnNames[0]));
+        m_byColumn[1] = m_cache.compileStatement(spectrumQuery(g_columnNames[1]));
+        m_blobById = m_cache.compileStatement(g_blobQuery);
         m_prepared = true;
     }
     return m_byColumn[static_cast<int>(column)];
