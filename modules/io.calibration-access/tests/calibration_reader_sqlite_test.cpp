@@ -29,6 +29,8 @@ protected:
             "INSERT INTO FrameMzCalibrationMapping VALUES (5,1,11),(5,2,12),(5,3,13),(5,4,14),(5,5,15),(6,1,11);"
             // Models 3 to 5 need no digitizer. NULL stands where nothing is read.
             "INSERT INTO FrameMzCalibration VALUES (11,1,5, 1,4e12,0, NULL,NULL,NULL,NULL,NULL,NULL,NULL),"
+            // Coefficients 0.5 and 1: the precise mass is half a unit below the apparent one.
+            "(12,2,5, 1,4e12,0, NULL,NULL, 7,0,100,2000, x'000000000000E03F000000000000F03F'),"
             "(13,3,5, 3,2,10,500, NULL,NULL,NULL,NULL,NULL,NULL),"
             "(14,4,5, 4,10.0,1e8,1,1000,5e4,1e6, NULL,NULL,NULL), (15,5,5, 5,-3e7,2,1e8,1,0,1000,5e4,1e6, NULL),"
             "(11,1,4, 9,9,9,9,9,9,9,9,9,9);"
@@ -60,6 +62,7 @@ TEST_F(Reader, FrameCalibratorsByTheirModels) {
     const auto ftms1356 = [](double raw) { return (1e8 + std::sqrt(1e16 + 4 * -3e7 * (raw - 2))) / (2 * (raw - 2)); };
     const std::tuple<int, double, double> cases[] = {
         {1, 3.0, tofMass(0.25, 1, 0)},
+        {2, 3.0, tofMass(0.25, 1, 0) - 0.5},
         {3, 3.0, 3 + 2 * (3 + 500) / 10.0},
         {4, 3.0, ftms04},
         {5, 3.0, ftms1356(5e4 + 1e6 - 3 * 1e6 / 1000)},
@@ -83,6 +86,12 @@ TEST_F(Reader, ReferencesAreAdaptedToTheTemperaturesOfTheSpectrum) {
         const double mass = tofMass(0.25 / k, 1, 1 / k);
         EXPECT_NEAR(compensated->getRefMzTrafo(false, T1, T2)->DIndexToMass(3), mass, 1e-12 * mass) << T1;
     }
+    // The same law inside a correction that takes half a unit off.
+    sql("UPDATE RefMzCalibration SET ModelType = 2, C8 = 1, C9 = x'000000000000E03F000000000000F03F' WHERE Id = 2");
+    const double k = (1.5 * 10 - 3) / 1e6 + 1;
+    const double corrected = tofMass(0.25 / k, 1, 1 / k) - 0.5;
+    EXPECT_NEAR(open("frames")->getRefMzTrafo(false, 26.5, 30)->DIndexToMass(3), corrected, 1e-12 * corrected);
+
     const std::string missing = "no reference calibration available for ";
     EXPECT_EQ(failureOf([&] { compensated->getRefMzTrafo(true, 25, 31); }), missing + "negative polarity");
     EXPECT_EQ(failureOf([&] { open("more")->getRefMzTrafo(false, 25, 31); }), missing + "positive polarity");
@@ -172,6 +181,13 @@ TEST_F(Reader, WhatIsWrongWithARowIsToldWhereItIsNeeded) {
         {1, "UPDATE FrameMzCalibration SET ModelType = 6", "Unknown m / z calibration model 6"},
         {1, "UPDATE FrameMzCalibration SET ModelType = 0", "Unknown m / z calibration model 0"},
         {1, "UPDATE FrameMzCalibration SET ModelType = 1.5", row + "1, column ModelType: not a whole number"},
+        {2, "UPDATE FrameMzCalibration SET C9 = NULL", row + "2, column C2: no blob of coefficients behind it"},
+        {2, "UPDATE FrameMzCalibration SET C9 = x''", row + "2, column C9: a blob of 0 bytes instead of doubles"},
+        {2, "UPDATE FrameMzCalibration SET C9 = x'0102030405060708090A'",
+         row + "2, column C9: a blob of 10 bytes instead of doubles"},
+        {2, "UPDATE FrameMzCalibration SET C6 = C9",
+         row + "2, column C6: a blob where numbers of the correction stand"},
+        {2, "UPDATE FrameMzCalibration SET C8 = NULL", row + "2, column C8: NULL instead of a number"},
         {4, "UPDATE FrameMzCalibration SET C4 = 2147483648", row + "4, column C4: out of range"},
         {4, "UPDATE FrameMzCalibration SET C0 = 2",
          "CalibrationTransformatorFactory::createConstantsFunctionalIcr: mode 2 not supported [QX]"},

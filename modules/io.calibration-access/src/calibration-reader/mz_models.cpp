@@ -3,6 +3,7 @@
 #include "calibration-core/constants/CalibrationConstantsFTMS.h"
 #include "calibration-core/constants/CalibrationConstantsPaladin.h"
 #include "calibration-core/constants/CalibrationConstantsTOF.h"
+#include "calibration-core/constants/CalibrationPolynomialGPX.h"
 #include "calibration-core/interfaces/CalibrationTransformatorFactory.h"
 
 #include <boost/throw_exception.hpp>
@@ -27,6 +28,24 @@ TransformatorPtr makeTof(const TypedRow& row, int base, const DigitizerConstants
         std::make_shared<constants::CalibrationConstantsFunctionalTOF1>(row.real(base), row.real(base + 1),
                                                                         row.real(base + 2)),
         std::make_shared<constants::CalibrationConstantsPhysicalTOF>(digitizer.delay, digitizer.timebase));
+}
+
+/// As TOF; then from 3 on anything but a blob, then c0, c2, lowest and highest mass of the correction, and last its
+/// coefficients as a blob.
+TransformatorPtr makeTofGpx(const TypedRow& row, int base, const DigitizerConstants& digitizer) {
+    constexpr int numbersOfTof = 3;
+    constexpr int numbersOfCorrection = 4;
+    const TransformatorPtr tof = makeTof(row, base, digitizer);
+    const std::optional<int> blob = row.findBlob(base + numbersOfTof);
+    if (!blob)
+        row.fail(base + numbersOfTof - 1, "no blob of coefficients behind it");
+    const std::vector<double> coefficients = row.reals(*blob);
+    const int first = *blob - numbersOfCorrection;
+    if (first < base + numbersOfTof)
+        row.fail(*blob, "a blob where numbers of the correction stand");
+    return factory().createTransformatorGPX(
+        tof, std::make_shared<constants::CalibrationPolynomialGPX>(coefficients, row.real(first), row.real(first + 1),
+                                                                   row.real(first + 2), row.real(first + 3), true));
 }
 
 /// 0: c0, 1: c1, 2: measurements per raw mass, 3: begin of the raw mass scale.
@@ -105,8 +124,7 @@ TransformatorPtr makeMzTrafo(MzModel model, const TypedRow& row, int base,
         case MzModel::Tof:
             return makeTof(row, base, required(digitizer, "tof"));
         case MzModel::TofGpx:
-            required(digitizer, "tof gpx");
-            break;
+            return makeTofGpx(row, base, required(digitizer, "tof gpx"));
         case MzModel::Paladin:
             return makePaladin(row, base);
         case MzModel::Ftms04:

@@ -65,11 +65,12 @@ std::vector<double> TypedRow::reals(int column) const {
     return values;
 }
 
-int TypedRow::findBlob(int first) const {
-    int column = first;
-    while (column < m_query.numFields() && typeOf(column) != SQLITE_BLOB)
-        ++column;
-    return column;
+std::optional<int> TypedRow::findBlob(int first) const {
+    for (int column = first; column < m_query.numFields(); ++column) {
+        if (typeOf(column) == SQLITE_BLOB)
+            return column;
+    }
+    return {};
 }
 
 void TypedRow::fail(int column, const std::string& fault) const {

@@ -3,6 +3,7 @@
 #include "cppsqlite/CppSQLite3.h"
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -29,8 +30,8 @@ public:
     std::vector<double> reals(int column) const;
 
     bool isNull(int column) const { return typeOf(column) == SQLITE_NULL; }
-    /// The first column from `first` on that holds a blob; the number of columns if none does.
-    int findBlob(int first) const;
+    /// The first column from `first` on that holds a blob.
+    std::optional<int> findBlob(int first) const;
 
     /// Throws `std::runtime_error` "Wrong value in table ..." with `fault` as its reason.
     [[noreturn]] void fail(int column, const std::string& fault) const;
