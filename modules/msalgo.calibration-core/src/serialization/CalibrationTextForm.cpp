@@ -4,6 +4,9 @@
 #include "calibration-core/constants/CalibrationConstantsLinear.h"
 #include "calibration-core/constants/CalibrationConstantsPaladin.h"
 #include "calibration-core/constants/CalibrationConstantsTemperatureCompensation.h"
+#include "serialization/CalibrationTextFields.h"
+#include "serialization/ICalibTextSerialization.h"
+#include "serialization/KiteTextForms.h"
 
 #include <algorithm>
 #include <boost/throw_exception.hpp>
@@ -17,42 +20,10 @@ namespace {
 using namespace Constants;
 using TransformatorPtr = CalibrationTextForm::TransformatorPtr;
 using Factory = ICalibrationTransformatorFactory;
+using Fields = CalibrationTextFields;
 using Compensation = ICalibrationConstantsFunctionalTemperatureCompensation;
 
 constexpr const char* g_tof2Prefix = "V1.0CTOF2CalibrationConstants";
-
-/// Tokens that must be there, in the words of one reading operation.
-class Fields {
-public:
-    Fields(CalibrationTextReader& reader, const char* operation) : m_reader(reader), m_operation(operation) {}
-
-    void Prefix(const char* const* begin, const char* const* end) {
-        const std::string_view token = m_reader.Token();
-        if (std::none_of(begin, end, [token](const char* prefix) { return prefix != nullptr && token == prefix; }))
-            fail();
-    }
-    double Double() { return valueOf(m_reader.Double()); }
-    int Int() { return valueOf(m_reader.Int()); }
-    std::vector<double> Vector() { return m_reader.Vector(); }
-
-private:
-    template <class Number>
-    Number valueOf(const std::optional<Number>& number) {
-        if (!number)
-            fail();
-        return *number;
-    }
-
-    [[noreturn]] void fail() const {
-        BOOST_THROW_EXCEPTION(std::runtime_error(
-            std::string("kvan::calibration::Transformation::CalibrationTransformatorFactorySerialization::") +
-            m_operation + ": Calibration deserialization failed: invalid calibration constants prefix string '" +
-            std::string(m_reader.LastToken()) + "'."));
-    }
-
-    CalibrationTextReader& m_reader;
-    const char* m_operation;
-};
 
 /// The constants of a transformator that is written, each in the view `View`.
 struct WrittenConstants {
@@ -248,7 +219,7 @@ struct TextFamily {
 };
 
 constexpr TextFamily g_families[] = {
-    {1,
+    {CalibrationTextForm::TofStrategy,
      {"V1.0CTOFCalibrationConstants", "V2.0CTOFCalibrationConstants", "V3.0CTOFCalibrationConstants"},
      "DeserializeFromStringLinear",  // deliberate: the words that readers of these texts know
      false,
@@ -281,8 +252,18 @@ constexpr TextFamily g_families[] = {
      writeTof2Compensated},
 };
 
-/// PSD, KITE 1 and KITE 2.
-constexpr int g_unsupportedStrategies[] = {6, 7, 10};
+/// Families around a time-of-flight axis, whose constants hold its text.
+struct WrappingTextFamily {
+    int strategy;
+    TransformatorPtr (*read)(CalibrationTextReader& reader, const Factory& factory);
+};
+
+constexpr WrappingTextFamily g_wrappingFamilies[] = {
+    {Kite1TextForm::Strategy, Kite1TextForm::Read},
+};
+
+/// PSD and KITE 2.
+constexpr int g_unsupportedStrategies[] = {6, 10};
 
 const TextFamily& familyOf(int strategy) {
     if (std::find(std::begin(g_unsupportedStrategies), std::end(g_unsupportedStrategies), strategy) !=
@@ -307,6 +288,10 @@ void requireGpx(bool condition) {
 
 TransformatorPtr CalibrationTextForm::ReadConstants(int strategy, CalibrationTextReader& reader,
                                                     const Factory& factory) {
+    const auto* const wrapping = std::find_if(std::begin(g_wrappingFamilies), std::end(g_wrappingFamilies),
+                                              [=](const WrappingTextFamily& row) { return row.strategy == strategy; });
+    if (wrapping != std::end(g_wrappingFamilies))
+        return wrapping->read(reader, factory);
     const TextFamily& family = familyOf(strategy);
     Fields fields(reader, family.operation);
     fields.Prefix(std::begin(family.prefixes), std::end(family.prefixes));
@@ -318,14 +303,15 @@ TransformatorPtr CalibrationTextForm::ReadConstants(int strategy, CalibrationTex
 }
 
 int CalibrationTextForm::StrategyOf(const ICalibrationTransformator& transformator) {
-    constexpr int tof1 = 1;
     constexpr int compensatedTof1 = 9;
     const int code = transformator.GetFunctionalTypeCode();
-    return code == compensatedTof1 ? tof1 : code;
+    return code == compensatedTof1 ? TofStrategy : code;
 }
 
 void CalibrationTextForm::SerializePraefixAndConstants(int strategy, const ICalibrationTransformator& transformator,
                                                        CalibrationTextWriter& writer) {
+    if (const auto* const own = dynamic_cast<const ICalibTextSerialization*>(&transformator))
+        return own->SerializeDataToString(writer);
     const TextFamily& family = familyOf(strategy);
     writer << *std::rbegin(family.prefixes);
     family.write({transformator.GetFunctionalConstants(), transformator.GetPhysicalConstants()}, writer);

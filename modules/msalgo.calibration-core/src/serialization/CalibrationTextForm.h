@@ -12,6 +12,8 @@ class CalibrationTextForm {
 public:
     using TransformatorPtr = std::shared_ptr<ICalibrationTransformator>;
 
+    static constexpr int TofStrategy = 1;
+
     /// Reads from the prefix on. Throws `std::runtime_error` for a strategy that no family has, a prefix that is not
     /// the strategy's, and numbers that are missing or none, in the words of docs/calibration-text.md.
     static TransformatorPtr ReadConstants(int strategy, CalibrationTextReader& reader,

@@ -24,10 +24,6 @@ std::optional<Number> numberOf(std::string_view token) {
     return number;
 }
 
-[[noreturn]] void throwVectorFailure() {
-    BOOST_THROW_EXCEPTION(std::runtime_error("vector deserialization"));
-}
-
 }  // namespace
 
 std::string_view CalibrationTextReader::Token() {
@@ -46,24 +42,28 @@ std::optional<int> CalibrationTextReader::Int() {
     return numberOf<int>(Token());
 }
 
+void CalibrationTextReader::ThrowVectorFailure() {
+    BOOST_THROW_EXCEPTION(std::runtime_error("vector deserialization"));
+}
+
 /// A token that is no prefix is a vector of one element, as it was written once.
 std::vector<double> CalibrationTextReader::Vector() {
     std::vector<double> values;
     if (Token() != g_vectorPrefix) {
         const auto single = numberOf<double>(m_token);
         if (!single)
-            throwVectorFailure();
+            ThrowVectorFailure();
         return {*single};
     }
     const auto count = Int();
     // An element takes a blank and a digit at least.
     if (!count || *count < 0 || static_cast<std::size_t>(*count) > (m_end - m_position) / 2)
-        throwVectorFailure();
+        ThrowVectorFailure();
     values.reserve(static_cast<std::size_t>(*count));
     for (int k = 0; k < *count; ++k) {
         const auto value = Double();
         if (!value)
-            throwVectorFailure();
+            ThrowVectorFailure();
         values.push_back(*value);
     }
     return values;

@@ -21,6 +21,7 @@ public:
     std::optional<int> Int();
     /// A vector form. Throws `std::runtime_error` "vector deserialization".
     std::vector<double> Vector();
+    [[noreturn]] static void ThrowVectorFailure();
 
     /// Lets the text end with the current line, or with the whole text again.
     void LimitToLine();

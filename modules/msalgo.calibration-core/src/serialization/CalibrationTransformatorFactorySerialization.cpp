@@ -8,6 +8,7 @@
 #include "serialization/CalibrationTextForm.h"
 #include "serialization/CompensationExtensions.h"
 #include "serialization/ICalibSerialization.h"
+#include "serialization/KiteStoredForms.h"
 #include "transformation/conversion/CCOConversionUtil.h"
 #include "utilities/IndexTruncation.h"
 
@@ -76,7 +77,7 @@ constexpr BlobType g_blobTypes[] = {
     {TOFCORRCalibrationBlock::Type, readBlock<TOFCORRCalibrationBlock>, DeserializeExtension},
     {TOFCalibrationRefBlock::Type, readBlock<TOFCalibrationRefBlock>, DeserializeRefExtension},
     {6, readUnsupported, DeserializeExtension},  // PSDCalibrationBlock
-    {7, readUnsupported, DeserializeExtension},  // KITE 1
+    {KITE1CalibrationBlock::Type, Kite1StoredForm::Read, DeserializeExtension},
     {8, readUnsupported, DeserializeExtension},  // KITE 2
     {TOF2CalibrationBlock::Type, readBlock<TOF2CalibrationBlock>, DeserializeExtension},
     {Tof2TempCorrCalibrationBlock::Type, readTof2Compensated, DeserializeExtension},

@@ -6,10 +6,24 @@
 #include "transformation/conversion/CCOConversionUtil.h"
 
 #include <boost/throw_exception.hpp>
+#include <limits>
 #include <stdexcept>
 #include <type_traits>
 
 namespace kvan::calibration {
+
+/// Throws `std::invalid_argument` for the reference form, of a family that has none.
+inline void requirePlainForm(BlobForm form) {
+    if (form != BlobForm::Plain)
+        BOOST_THROW_EXCEPTION(std::invalid_argument("invalid serialization: the family has no reference form"));
+}
+
+/// A count as a block holds it. Throws `std::invalid_argument` for more.
+inline std::uint16_t storedCount(std::size_t count) {
+    if (count > std::numeric_limits<std::uint16_t>::max())
+        BOOST_THROW_EXCEPTION(std::invalid_argument("invalid serialization: too many coefficients for a blob"));
+    return static_cast<std::uint16_t>(count);
+}
 
 template <class Block>
 void writeBlock(const ICalibrationTransformator& transformator, tqclegacy::CALIBRATION::CalibBlobWriteAccess& access) {
@@ -23,25 +37,21 @@ void writeBlock(const ICalibrationTransformator& transformator, tqclegacy::CALIB
 template <class PlainBlock, class ReferenceBlock = void>
 struct StoredBlocks {
     static std::uint16_t Type(const ICalibrationTransformator&, BlobForm form) {
-        if (form == BlobForm::Plain)
+        if constexpr (std::is_void_v<ReferenceBlock>) {
+            requirePlainForm(form);
             return PlainBlock::Type;
-        if constexpr (!std::is_void_v<ReferenceBlock>)
-            return ReferenceBlock::Type;
-        throwNoReferenceForm();
+        } else {
+            return form == BlobForm::Plain ? PlainBlock::Type : ReferenceBlock::Type;
+        }
     }
 
     static void Write(const ICalibrationTransformator& transformator, BlobForm form,
                       tqclegacy::CALIBRATION::CalibBlobWriteAccess& access) {
-        if (form == BlobForm::Plain)
-            return writeBlock<PlainBlock>(transformator, access);
-        if constexpr (!std::is_void_v<ReferenceBlock>)
+        if constexpr (std::is_void_v<ReferenceBlock>)
+            requirePlainForm(form);
+        else if (form == BlobForm::Reference)
             return writeBlock<ReferenceBlock>(transformator, access);
-        throwNoReferenceForm();
-    }
-
-private:
-    [[noreturn]] static void throwNoReferenceForm() {
-        BOOST_THROW_EXCEPTION(std::invalid_argument("invalid serialization: the family has no reference form"));
+        writeBlock<PlainBlock>(transformator, access);
     }
 };
 

@@ -15,10 +15,10 @@ public:
         double correctionTime = 0.0;
         double kiteTime = 0.0;
         double calibrationParentMass = 0.0;
-        Range calibTimeRange;
-        IndexRange indexRange;
+        Range calibTimeRange{};
+        IndexRange indexRange{};
         bool ignoreIndexBounds = false;
-        std::vector<double> coefficients;  ///< K, at the calibration parent mass
+        std::vector<double> coefficients{};  ///< K, at the calibration parent mass
     };
 
     explicit CalibrationPolynomialKITE1(Numbers numbers);

@@ -20,12 +20,12 @@ public:
         double referenceTime = 0.0;       ///< base of the raw values
         double measuredParentMass = 0.0;  ///< the two at calibration; kept and written, not used
         double measuredReferenceTime = 0.0;
-        IndexRange indexRange;
+        IndexRange indexRange{};
         bool ignoreIndexBounds = false;
         int interpolationMode = 0;
-        std::vector<CalibrationPolynomialSimple> parents;  ///< in strictly ascending order of parent mass
-        CalibrationPolynomialSimple global;
-        std::vector<double> vc0;
+        std::vector<CalibrationPolynomialSimple> parents{};  ///< in strictly ascending order of parent mass
+        CalibrationPolynomialSimple global{};
+        std::vector<double> vc0{};
     };
 
     /// Throws `std::invalid_argument` without parents, and `std::runtime_error` "Parent mass M2 must be greater than

@@ -16,9 +16,9 @@ public:
         double parentMass = 0.0;
         double minArg = 0.0;  ///< of the apparent mass
         double maxArg = 0.0;
-        std::vector<double> spc;
-        std::vector<double> ocp;
-        std::vector<double> classic;  ///< of the classic form; kept and written, not used
+        std::vector<double> spc{};
+        std::vector<double> ocp{};
+        std::vector<double> classic{};  ///< of the classic form; kept and written, not used
     };
 
     /// Throws what `ComputePolynomialCoefficients` throws.

@@ -9,7 +9,7 @@ namespace kvan::calibration::Constants {
 /// A polynomial for one parent mass, with the range of its argument; nothing is bounded where argLow < argHigh does not
 /// hold. Coefficients in ascending order of power; none at all means 0.0 everywhere.
 struct CalibrationPolynomialSimple {
-    std::vector<double> coefficients;
+    std::vector<double> coefficients{};
     double argLow = 0.0;
     double argHigh = 0.0;
     double parentMass = 0.0;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "calibration-core/constants/CalibrationPolynomialKITE1.h"
 #include "calibration-core/interfaces/ICalibrationPolynomialGPX.h"
 #include "calibration-core/interfaces/ICalibrationTransformator.h"
 
@@ -50,6 +51,20 @@ public:
     /// `std::invalid_argument` for mode 2 and for unknown ones.
     virtual FunctionalPtr createConstantsFunctionalIcr(int calibMode, int ftmsRawMode, int size, bool quadraticFlag,
                                                        double alpha, double beta, double freqHigh) const = 0;
+
+    using Kite1Numbers = Constants::CalibrationPolynomialKITE1::Numbers;
+
+    /// KITE 1 on the time axis of `tof`, a TOF1 transformator. Throws `std::invalid_argument`
+    /// "CalibrationTransformatorFactory::createTransformatorKite: can't create kitePolynomial" for null, and
+    /// `std::runtime_error` "Kite1 InitData(): unexpected error." for numbers that make no law.
+    virtual TransformatorPtr createTransformatorKite(const TransformatorPtr& tof,
+                                                     const Kite1Numbers& numbers) const = 0;
+    /// The same from the numbers of the axis and those that conversions use.
+    virtual TransformatorPtr createTransformatorKite(double timeDelay, double timeBase, double c0, double c1, double c2,
+                                                     double parentMass, double correctionTime,
+                                                     const std::vector<double>& coefficients,
+                                                     double calibrationParentMass, double calibTimeLow,
+                                                     double calibTimeHigh, int firstIndex, int lastIndex) const = 0;
 };
 
 }  // namespace kvan::calibration

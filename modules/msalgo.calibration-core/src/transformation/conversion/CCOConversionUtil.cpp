@@ -296,6 +296,36 @@ void CCOConversionUtil::MapCCO2QSF(const ICalibrationTransformator& transformato
     block = {law.GetStoredC0(), law.GetStoredC1()};
 }
 
+CCOConversionUtil::TransformatorPtr CCOConversionUtil::MapQSF2CCO(const KITE1CalibrationBlock& block,
+                                                                  const Values& coefficients, const Factory& factory) {
+    return factory.createTransformatorKite(
+        MapQSF2CCO(block.tof, factory), {.parentMass = block.parentMass,
+                                         .correctionTime = block.correctionTime,
+                                         .kiteTime = block.kiteTime,
+                                         .calibrationParentMass = block.calibrationParentMass,
+                                         .calibTimeRange = {double{block.calibTimeLow}, double{block.calibTimeHigh}},
+                                         .indexRange = {std::int32_t{block.firstIndex}, std::int32_t{block.lastIndex}},
+                                         .ignoreIndexBounds = block.ignore != 0,
+                                         .coefficients = coefficients});
+}
+
+void CCOConversionUtil::MapCCO2QSF(const ICalibrationTransformator& tof,
+                                   const Constants::CalibrationPolynomialKITE1& polynomial,
+                                   KITE1CalibrationBlock& block) {
+    MapCCO2QSF(tof, block.tof);
+    const auto [timeLow, timeHigh] = polynomial.GetCalibTimeRange();
+    const auto [firstIndex, lastIndex] = polynomial.GetIndexRange();
+    block.parentMass = polynomial.GetParentMass();
+    block.correctionTime = polynomial.GetCorrectionTime();
+    block.kiteTime = polynomial.GetKiteTime();
+    block.calibrationParentMass = polynomial.GetCalibrationParentMass();
+    block.calibTimeLow = timeLow;
+    block.calibTimeHigh = timeHigh;
+    block.firstIndex = firstIndex;
+    block.lastIndex = lastIndex;
+    block.ignore = polynomial.GetIgnoreIndexBounds() ? 1 : 0;
+}
+
 void CCOConversionUtil::MapTOFPhysicalConstants2QSF(const ICalibrationConstantsPhysical* physical,
                                                     TOFCalibrationBlock& block) {
     const auto* const axis = dynamic_cast<const ICalibrationConstantsPhysicalTOF*>(physical);

@@ -37,6 +37,11 @@ public:
     static TransformatorPtr MapQSF2CCO(const tqclegacy::CALIBRATION::Tof2TempCorrCalibrationBlock& block,
                                        const Values& factors, const Factory& factory);
 
+    // Families around a time-of-flight axis.
+
+    static TransformatorPtr MapQSF2CCO(const tqclegacy::CALIBRATION::KITE1CalibrationBlock& block,
+                                       const Values& coefficients, const Factory& factory);
+
     // Reference blocks: with the measurement mode.
 
     template <class Block, std::uint16_t Type>
@@ -77,6 +82,11 @@ public:
         MapCCO2QSF(transformator, block.block);
         block.key = keyOf(transformator);
     }
+
+    /// `tof` is the transformator inside.
+    static void MapCCO2QSF(const ICalibrationTransformator& tof,
+                           const Constants::CalibrationPolynomialKITE1& polynomial,
+                           tqclegacy::CALIBRATION::KITE1CalibrationBlock& block);
 
     /// The time axis alone, with the law c0 = 0.0, c1 = 1.0, c2 = 0.0.
     static void MapTOFPhysicalConstants2QSF(const ICalibrationConstantsPhysical* physical,

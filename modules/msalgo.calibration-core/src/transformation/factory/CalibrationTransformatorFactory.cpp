@@ -1,8 +1,10 @@
 #include "calibration-core/interfaces/CalibrationTransformatorFactory.h"
 
 #include "calibration-core/constants/CalibrationConstantsFTMS.h"
+#include "calibration-core/constants/CalibrationConstantsTOF.h"
 #include "transformation/NewTransformator.h"
 #include "transformation/gpx/CalibrationTransformatorGPX.h"
+#include "transformation/kite/KiteTransformators.h"
 
 #include <boost/throw_exception.hpp>
 #include <stdexcept>
@@ -43,6 +45,13 @@ bool isFamily(const Factory::FunctionalPtr& functional, const Factory::PhysicalP
             std::invalid_argument("CalibrationTransformatorFactory::createTransformator: invalid calibration "
                                   "constants: types differ"));
     return true;
+}
+
+Factory::TransformatorPtr makeTof(const Factory& factory, double timeDelay, double timeBase, double c0, double c1,
+                                  double c2) {
+    return factory.createTransformatorTof(
+        std::make_shared<Constants::CalibrationConstantsFunctionalTOF1>(c0, c1, c2),
+        std::make_shared<Constants::CalibrationConstantsPhysicalTOF>(timeDelay, timeBase));
 }
 
 }  // namespace
@@ -159,6 +168,27 @@ Factory::FunctionalPtr CalibrationTransformatorFactory::createConstantsFunctiona
         default:
             BOOST_THROW_EXCEPTION(std::invalid_argument("unknown icr mode in serialization"));
     }
+}
+
+Factory::TransformatorPtr CalibrationTransformatorFactory::createTransformatorKite(const TransformatorPtr& tof,
+                                                                                   const Kite1Numbers& numbers) const {
+    if (!tof)
+        BOOST_THROW_EXCEPTION(std::invalid_argument(
+            "CalibrationTransformatorFactory::createTransformatorKite: can't create kitePolynomial"));
+    return newKite1(tof, Constants::CalibrationPolynomialKITE1(numbers));
+}
+
+Factory::TransformatorPtr CalibrationTransformatorFactory::createTransformatorKite(
+    double timeDelay, double timeBase, double c0, double c1, double c2, double parentMass, double correctionTime,
+    const std::vector<double>& coefficients, double calibrationParentMass, double calibTimeLow, double calibTimeHigh,
+    int firstIndex, int lastIndex) const {
+    return createTransformatorKite(makeTof(*this, timeDelay, timeBase, c0, c1, c2),
+                                   {.parentMass = parentMass,
+                                    .correctionTime = correctionTime,
+                                    .calibrationParentMass = calibrationParentMass,
+                                    .calibTimeRange = {calibTimeLow, calibTimeHigh},
+                                    .indexRange = {firstIndex, lastIndex},
+                                    .coefficients = coefficients});
 }
 
 }  // namespace kvan::calibration::Transformation

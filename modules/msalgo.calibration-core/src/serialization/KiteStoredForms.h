@@ -1,0 +1,19 @@
+#pragma once
+
+#include "calibration-core/constants/CalibrationPolynomialKITE1.h"
+#include "calibration-core/interfaces/ICalibrationTransformatorFactory.h"
+#include "legacycalibration/serialization/CalibBlobAccess.h"
+#include "serialization/ICalibSerialization.h"
+
+namespace kvan::calibration {
+
+/// The blobs of KITE 1: the block of the time axis inside, the numbers of the polynomial, its coefficients.
+struct Kite1StoredForm {
+    static std::uint16_t Type(BlobForm form);
+    static void Write(const ICalibrationTransformator& tof, const Constants::CalibrationPolynomialKITE1& polynomial,
+                      tqclegacy::CALIBRATION::CalibBlobWriteAccess& access);
+    static std::shared_ptr<ICalibrationTransformator> Read(tqclegacy::CALIBRATION::CalibBlobReadAccess& access,
+                                                           const ICalibrationTransformatorFactory& factory);
+};
+
+}  // namespace kvan::calibration

@@ -1,0 +1,149 @@
+#include "calibration-core/interfaces/ICalibrationTransformatorKITE.h"
+#include "constants/CalibrationConstantsFunctionalWrappedTOF1.h"
+#include "math-functions/function.h"
+#include "serialization/ICalibTextSerialization.h"
+#include "serialization/KiteStoredForms.h"
+#include "serialization/KiteTextForms.h"
+#include "transformation/WrappingTransformator.h"
+#include "transformation/kite/KiteTransformators.h"
+#include "utilities/FiniteNumbers.h"
+
+namespace kvan::calibration::Transformation {
+
+namespace {
+
+[[noreturn]] void refuse(const char* text) {
+    BOOST_THROW_EXCEPTION(std::runtime_error(text));
+}
+
+constexpr const char* g_notImplemented = "Not implemented yet.";
+
+}  // namespace
+
+/// mass = evaluator(raw - correction time), a polynomial for all times. Its own constants are those of the time axis.
+class CalibrationTransformatorKITE1 final : public WrappingTransformator<CalibrationTransformatorKITE1, OnRawValues>,
+                                            public ICalibrationTransformatorKITE,
+                                            public ICalibTextSerialization {
+public:
+    static constexpr int TypeCode = 7;
+    static constexpr double FromInnerCost = 2.0;
+    static constexpr double ToInnerCost = 250.0;
+
+    CalibrationTransformatorKITE1(const std::shared_ptr<ICalibrationTransformator>& tof,
+                                  const Constants::CalibrationPolynomialKITE1& polynomial)
+        : WrappingTransformator(tof), m_polynomial(polynomial) {
+        InitData();
+    }
+
+    double FromInner(double raw) const { return m_evaluator(raw - m_correctionTime); }
+
+    bool FromInnerBlock(double* values, std::size_t count) const noexcept {
+        for (std::size_t k = 0; k < count; ++k)
+            values[k] -= m_correctionTime;
+        m_evaluator.Values(values, values, count);
+        return false;
+    }
+
+    double ToInner(double mass) const {
+        bool found = false;
+        double time = 0.0;
+        if (m_evaluator) {
+            const Range interval = searchInterval(mass);
+            m_evaluator.Inverse(mass, interval.first, interval.first, interval.second, found, time);
+        }
+        if (!found)
+            refuse("Kite1: unable to invert polynomial.");
+        return time + m_correctionTime;
+    }
+
+    int GetFunctionalTypeCode() const override { return TypeCode; }
+    std::shared_ptr<ICalibrationConstantsFunctional> GetFunctionalConstants() const override {
+        return Constants::wrappedTof1(inner().GetFunctionalConstants(), TypeCode);
+    }
+    void SetMeasurementModeInfo(const std::shared_ptr<IMeasurementModeInfo>&) override {
+        refuse(
+            "CalibrationTransformatorKITE::SetMeasurementModeInfo: KITE transformator does not have measurement "
+            "modes.");
+    }
+    bool IsEqual(const ICalibrationTransformator& other) const override {
+        const auto* const same = dynamic_cast<const CalibrationTransformatorKITE1*>(&other);
+        return same != nullptr && inner().IsEqual(same->inner()) && m_polynomial.IsEqual(same->m_polynomial);
+    }
+
+    double getCurrentParentMass() const override { refuse(g_notImplemented); }
+    double getCurrentReferenceTime() const override { refuse(g_notImplemented); }
+    int getInterpolationMode() const override { refuse(g_notImplemented); }
+    void setCurrentParentMass(double, double) override { refuse(g_notImplemented); }
+    void setInterpolationMode(int) override { refuse(g_notImplemented); }
+    std::shared_ptr<ICalibrationPolynomialKITE> GetPolynomial() const override {
+        return std::make_shared<Constants::CalibrationPolynomialKITE1>(m_polynomial);
+    }
+    void DumpData(std::ostream& sink) const override { m_polynomial.Dump(sink); }
+
+    std::uint16_t GetBlobType(BlobForm form) const override { return Kite1StoredForm::Type(form); }
+    void SerializeToBlob(BlobForm, tqclegacy::CALIBRATION::CalibBlobWriteAccess& access) const override {
+        Kite1StoredForm::Write(inner(), m_polynomial, access);
+    }
+    void SerializeDataToString(CalibrationTextWriter& writer) const override {
+        Kite1TextForm::Write(inner(), m_polynomial, writer);
+    }
+
+    void Dump(std::ostream& sink) const override {
+        sink << "CalibrationTransformatorKITE1[ ";
+        inner().Dump(sink);
+        DumpData(sink);
+        sink << "]\n";
+    }
+
+private:
+    void InitData() {
+        const auto& coefficients = m_polynomial.GetCoefficients();
+        m_correctionTime = m_polynomial.GetCorrectionTime();
+        m_searchInterval = m_polynomial.GetArgRange();
+        if (!Utilities::areFinite(coefficients) ||
+            !Utilities::areFinite({m_correctionTime, m_searchInterval.first, m_searchInterval.second}))
+            refuse("Kite1 InitData(): unexpected error.");
+        constexpr int polynomialForAllX = 6;
+        if (!coefficients.empty())
+            m_evaluator = math::CFunction(polynomialForAllX, {}, coefficients);
+    }
+
+    /// The calibrated times, widened until the law passes `mass` at both ends or turns. The ends are the call's own:
+    /// each mass gets the same answer whatever was converted before, by any number of threads.
+    Range searchInterval(double mass) const {
+        constexpr double endOfTime = 1e+20;
+        constexpr int mostSteps = 1000;
+        auto [low, high] = m_searchInterval;
+        double massAtHigh = m_evaluator(high);
+        for (int step = 0; mass > massAtHigh && high < endOfTime && step < mostSteps; ++step) {
+            const double next = high + (high > 1.0 ? high : 1000.0);
+            const double massAtNext = m_evaluator(next);
+            if (!(massAtNext > massAtHigh))
+                break;
+            high = next;
+            massAtHigh = massAtNext;
+        }
+        double massAtLow = m_evaluator(low);
+        while (mass < massAtLow && low > 0.0) {
+            const double next = low > 1.0 ? low * 0.5 : 0.0;
+            const double massAtNext = m_evaluator(next);
+            if (!(massAtNext < massAtLow))
+                break;
+            low = next;
+            massAtLow = massAtNext;
+        }
+        return {low, high};
+    }
+
+    Constants::CalibrationPolynomialKITE1 m_polynomial;
+    math::CFunction m_evaluator;
+    double m_correctionTime = 0.0;
+    Range m_searchInterval;
+};
+
+std::shared_ptr<ICalibrationTransformator> newKite1(const std::shared_ptr<ICalibrationTransformator>& tof,
+                                                    const Constants::CalibrationPolynomialKITE1& polynomial) {
+    return std::make_shared<CalibrationTransformatorKITE1>(tof, polynomial);
+}
+
+}  // namespace kvan::calibration::Transformation

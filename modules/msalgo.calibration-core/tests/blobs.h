@@ -1,0 +1,66 @@
+#pragma once
+
+#include "calibration-core/interfaces/CalibrationTransformatorFactorySerialization.h"
+#include "transformators.h"
+
+#include <algorithm>
+#include <boost/algorithm/hex.hpp>
+
+namespace kvan::calibration {
+
+using Bytes = std::vector<unsigned char>;
+using u16 = std::uint16_t;
+using u32 = std::uint32_t;
+
+inline const Transformation::CalibrationTransformatorFactorySerialization g_serialization;
+
+inline const char* const g_cut =
+    "runtime_error: ReadAndThrow: fileAccess.Read(pBuffer, Bytes) is false: CTQCBaseException::READ_NUMBER_OF_BYTES";
+
+/// Bytes from hexadecimal digits; blanks set fields apart.
+inline Bytes bytesOf(std::string digits) {
+    digits.erase(std::remove(digits.begin(), digits.end(), ' '), digits.end());
+    Bytes bytes;
+    boost::algorithm::unhex(digits, std::back_inserter(bytes));
+    return bytes;
+}
+
+/// The values as they lie in memory, packed.
+template <class... Values>
+inline Bytes packed(Values... values) {
+    Bytes bytes;
+    const auto append = [&bytes](const auto& value) {
+        const auto* const first = reinterpret_cast<const unsigned char*>(&value);
+        bytes.insert(bytes.end(), first, first + sizeof value);
+    };
+    (append(values), ...);
+    return bytes;
+}
+
+inline Bytes operator+(Bytes a, const Bytes& b) {
+    a.insert(a.end(), b.begin(), b.end());
+    return a;
+}
+
+inline Bytes head(u16 type) {
+    return packed(type, u16{0});
+}
+
+inline TransformatorPtr read(const Bytes& blob) {
+    return g_serialization.DeserializeFromBlob(blob);
+}
+
+inline Bytes written(const TransformatorPtr& transformator) {
+    Bytes blob{1, 2, 3};
+    if (transformator && transformator->GetMeasurementModeInfo())
+        g_serialization.SerializeReferenceToBlob(transformator, blob);
+    else
+        g_serialization.SerializeToBlob(transformator, blob);
+    return blob;
+}
+
+inline std::string failureOfReading(const Bytes& blob) {
+    return failureOf([&] { read(blob); });
+}
+
+}  // namespace kvan::calibration
