@@ -15,7 +15,8 @@ namespace sample = kvan::sample;
 
 namespace {
 
-constexpr std::array g_nativeFiles = {"analysis.qsf", "analysis.qsf_idx", "analysis.qsf_xtr"};
+/// The native files, and what may lie beside them.
+constexpr std::array g_files = {"analysis.qsf", "analysis.qsf_idx", "analysis.qsf_xtr", "Calibrator.ami"};
 
 struct SampleOptions {
     std::string directory;
@@ -34,7 +35,7 @@ public:
     UnfinishedAnalysis& operator=(const UnfinishedAnalysis&) = delete;
     ~UnfinishedAnalysis() {
         boost::system::error_code none;
-        for (const char* name : g_nativeFiles) {
+        for (const char* name : g_files) {
             if (!m_finished)
                 fs::remove(m_directory / name, none);
         }
@@ -48,7 +49,7 @@ private:
 
 /// A cache is recognised by the sizes of the native files, which another run of the same shape would share.
 void makeRoom(const fs::path& directory, bool force) {
-    for (const char* name : g_nativeFiles) {
+    for (const char* name : g_files) {
         if (!force && fs::exists(fs::symlink_status(directory / name)))
             throw std::runtime_error("there is an analysis in " + kvan::sys::pathToUtf8(directory) +
                                      " already; --force replaces it");
@@ -68,8 +69,10 @@ void writeSample(const SampleOptions& options, Output& output) {
     sample::writeSampleRun(directory, parameters);
     unfinished.finished();
     output.write("Wrote " + std::to_string(parameters.spectra) + " spectra to " + options.directory + "\n");
-    for (const char* name : g_nativeFiles)
-        output.write("  " + padRight(name, 18) + padLeft(byteSize(fs::file_size(directory / name)), 9) + "\n");
+    for (const char* name : g_files) {
+        if (fs::exists(directory / name))
+            output.write("  " + padRight(name, 18) + padLeft(byteSize(fs::file_size(directory / name)), 9) + "\n");
+    }
 }
 
 template <class Value>
@@ -129,6 +132,9 @@ void addSampleCommand(CLI::App& app, Output& output) {
                {"vli2", sample::Compressor::Vli2},
                {"zlib", sample::Compressor::ZLib}},
               "How profiles are stored (none); vlc and vli2 take integers only");
+    addChoice(command, "--recalibration", run.recalibrations,
+              {{"none", sample::Recalibrations::None}, {"archive", sample::Recalibrations::Archive}},
+              "Re-calibration beside the native files (none)");
     command.add_flag("--float", run.floatProfiles, "Store profiles as 32-bit floats");
     command.add_flag("--no-lines", options->noLines, "Write no peak lists");
     command.add_flag("--no-references", options->noReferences, "Write no reference calibrations");
@@ -137,6 +143,7 @@ void addSampleCommand(CLI::App& app, Output& output) {
   qsf2sql sample demo-run
   qsf2sql sample big --spectra 1000000 --profiles none --max-lines 8
   qsf2sql sample packed --compressor vlc
+  qsf2sql sample recalibrated --recalibration archive
   qsf2sql sample trap --calibration paladin-quadratic --points 30000 --polarity both)");
     command.callback([options, &output] { writeSample(*options, output); });
 }

@@ -260,7 +260,7 @@ Bytes archiveBytes(const CalibratorArchive& archive) {
 }
 
 void writeArchive(const boost::filesystem::path& directory, const CalibratorArchive& archive) {
-    const auto path = directory / "Calibrator.ami";
+    const auto path = directory / g_archiveName;
     const Bytes bytes = archiveBytes(archive);
     boost::filesystem::ofstream file(path, std::ios::binary);
     file.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));

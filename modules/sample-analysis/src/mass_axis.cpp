@@ -79,9 +79,9 @@ bool MassAxis::hasReferences() const {
     return isTof();
 }
 
-MassAxis::Calibration MassAxis::calibration(double ppm) const {
-    return transformation::CalibrationTransformatorFactory::instance()->createTransformator(functional(ppm),
-                                                                                            m_physical);
+MassAxis::Calibration MassAxis::calibration(double ppm, double error) const {
+    return transformation::CalibrationTransformatorFactory::instance()->createTransformator(
+        functional(ppm, false, error), m_physical);
 }
 
 Bytes MassAxis::blobOf(const Calibration& calibration) {
@@ -101,12 +101,16 @@ Bytes MassAxis::referenceBlob(std::uint8_t polarity, std::uint8_t acquisitionMod
     return blob;
 }
 
-MassAxis::Functional MassAxis::functional(double ppm, bool reference) const {
+Bytes MassAxis::archivedReferenceBlob(std::uint8_t polarity, std::uint8_t acquisitionMode) const {
+    return hasReferences() ? referenceBlob(polarity, acquisitionMode, 0, 0) : blobOf(calibration(0.0));
+}
+
+MassAxis::Functional MassAxis::functional(double ppm, bool reference, double error) const {
     using Tof = constants::CalibrationConstantsFunctionalTOF1;
     using Tof2 = constants::CalibrationConstantsFunctionalTOF2;
     using CompensatedTof = constants::CalibrationConstantsFunctionalTOF1TemperatureCompensation;
     using CompensatedTof2 = constants::CalibrationConstantsFunctionalTOF2TemperatureCompensation;
-    const double scale = 1.0 + ppm * 1e-6;
+    const double scale = 1.0 + (ppm + error) * 1e-6;
     const double tofC1 = g_tofC1 * scale;
     switch (m_family) {
         case CalibrationFamily::TofLinear:

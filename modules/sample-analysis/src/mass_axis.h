@@ -14,13 +14,16 @@ public:
 
     explicit MassAxis(const SampleRunParameters& parameters);
 
-    /// The law in force while the instrument gives masses that are `ppm` parts per million too high.
-    Calibration calibration(double ppm) const;
+    /// The law in force while the instrument gives masses that are `ppm` parts per million too high. `error` are parts
+    /// per million by which that law is taken for higher than it is; temperatures know nothing of them.
+    Calibration calibration(double ppm, double error = 0.0) const;
 
     static Bytes blobOf(const Calibration& calibration);
     /// The law without drift as the reference for one kind of spectrum.
     Bytes referenceBlob(std::uint8_t polarity, std::uint8_t acquisitionMode, std::uint8_t scanMode,
                         std::uint8_t msLevel) const;
+    /// The same of any family: those without blobs for references give an ordinary one.
+    Bytes archivedReferenceBlob(std::uint8_t polarity, std::uint8_t acquisitionMode) const;
 
     /// Whether the family has blobs for reference calibrations.
     bool hasReferences() const;
@@ -41,7 +44,7 @@ private:
     bool isFtms() const;
     /// The law while the instrument drifts by `ppm`; of a reference the temperatures and factors that take the drift
     /// out again.
-    Functional functional(double ppm, bool reference = false) const;
+    Functional functional(double ppm, bool reference = false, double error = 0.0) const;
     Physical defaultPhysical() const;
     Physical physical() const;
 

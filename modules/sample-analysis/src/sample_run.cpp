@@ -3,9 +3,11 @@
 #include "detector.h"
 #include "elution.h"
 #include "instrument.h"
+#include "run_archive.h"
 #include "sample-analysis/analysis_writer.h"
 
 #include <algorithm>
+#include <boost/filesystem/operations.hpp>
 #include <boost/throw_exception.hpp>
 #include <cmath>
 #include <stdexcept>
@@ -26,6 +28,9 @@ constexpr std::uint8_t g_fragmentScanMode = 2;
 /// Counts from which an ion is worth a fragment spectrum, and how often it is left alone after one.
 constexpr double g_precursorThreshold = 40.0;
 constexpr double g_exclusionDeviations = 2.5;
+
+/// How much too high the masses of a run are that was re-calibrated.
+constexpr double g_errorPpm = 6.0;
 
 /// An ion that a survey spectrum shows.
 struct Ion {
@@ -63,6 +68,7 @@ private:
     bool isExcluded(const Ion& ion) const;
 
     bool isDone() const { return m_writer.numberOfSpectra() == m_parameters.spectra; }
+    bool isRecalibrated() const { return m_parameters.recalibrations != Recalibrations::None; }
     double driftPpm() const;
 
     const SampleRunParameters m_parameters;
@@ -72,6 +78,7 @@ private:
     Elution m_elution;
     AnalysisWriter m_writer;
     ProfilePacker m_packer;
+    RunArchive m_archive;
     Random m_random;
     Instrument m_instrument;
 
@@ -97,6 +104,7 @@ Acquisition::Acquisition(const boost::filesystem::path& directory, const SampleR
       m_elution(parameters.seed, m_duration, parameters.coelutingPeptides),
       m_writer(directory, header()),
       m_packer(parameters.compressor),
+      m_archive(m_axis),
       m_random(parameters.seed ^ 0x5A),
       m_instrument(parameters.seed),
       m_negative(parameters.polarities == Polarities::Negative) {}
@@ -164,6 +172,8 @@ boost::filesystem::path Acquisition::run() {
             m_negative = !m_negative;
     }
     m_writer.finish();
+    if (isRecalibrated())
+        m_archive.write(m_writer.mainFilePath().parent_path(), polarities(), g_acquisitionMode);
     return m_writer.mainFilePath();
 }
 
@@ -208,7 +218,10 @@ void Acquisition::write(const Instrument::Moment& moment, bool withProfile) {
     m_spectrum.info.retentionTime = static_cast<std::uint64_t>(m_time * g_ticksPerSecond + 0.5);
     m_spectrum.info.polarity = m_negative ? 1 : 0;
     m_spectrum.info.acquisitionMode = g_acquisitionMode;
-    m_spectrum.info.calibration = MassAxis::blobOf(calibration);
+    m_spectrum.info.calibration =
+        MassAxis::blobOf(isRecalibrated() ? m_axis.calibration(driftPpm(), g_errorPpm) : calibration);
+    if (isRecalibrated())
+        m_archive.add(m_spectrum.info.scanMode == g_surveyScanMode ? calibration : nullptr);
     if (m_parameters.variables)
         m_spectrum.pool = m_instrument.readings(moment);
     if (!m_spectrum.profile || m_parameters.compressor == Compressor::None) {
@@ -284,6 +297,7 @@ boost::filesystem::path writeSampleRun(const boost::filesystem::path& directory,
                                        const SampleRunParameters& parameters) {
     if (parameters.segments == 0 || !(parameters.coelutingPeptides > 0.0))
         BOOST_THROW_EXCEPTION(std::invalid_argument("A run needs a segment and peptides."));
+    boost::filesystem::remove(directory / g_archiveName);  // that of another run
     return Acquisition(directory, parameters).run();
 }
 

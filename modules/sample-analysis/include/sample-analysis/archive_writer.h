@@ -13,6 +13,8 @@
 /// of the next one below. Members that a version does not have are not looked at.
 namespace kvan::sample {
 
+inline constexpr const char* g_archiveName = "Calibrator.ami";
+
 struct ArchiveVersion {
     std::uint16_t major = 1;
     std::uint16_t minor = 0;

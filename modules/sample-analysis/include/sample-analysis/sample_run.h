@@ -31,6 +31,9 @@ enum class Profiles { None, Surveys, All };
 /// `Both`: the cycles of survey and fragment spectra change from one to the other.
 enum class Polarities { Positive, Negative, Both };
 
+/// What was written beside the native files after the acquisition.
+enum class Recalibrations { None, Archive };
+
 /// What a synthetic run looks like. The same parameters give the same bytes on every machine.
 struct SampleRunParameters {
     std::uint32_t spectra = 400;  ///< survey (MS^1) and fragment (MS^2) spectra together
@@ -51,15 +54,21 @@ struct SampleRunParameters {
     bool referenceCalibrations = true;   ///< in the header, for the TOF families only
     bool variables = true;               ///< voltages, temperatures, isolated masses and more, of every type
     double coelutingPeptides = 12.0;     ///< mean number of peptides that elute at one moment
+    Recalibrations recalibrations = Recalibrations::None;
 };
 
 /// Writes an LC-MS/MS run of tryptic peptides into `directory`, which is made if missing, and gives the path of its
-/// main file. Files of the same names are replaced. Memory does not grow with the number of spectra.
+/// main file. Files of the same names are replaced, and a re-calibration that is there is removed. Memory does not grow
+/// with the number of spectra.
 ///
 /// Peptides of random sequence elute one after another. Each survey spectrum shows their isotope patterns in one to
 /// four charge states, constant contaminants and chemical noise; the most intense ions that were not chosen lately are
 /// fragmented into b and y ions. Peak heights carry counting noise, profiles the noise of the electronics as well. Each
 /// spectrum has its own calibration, which drifts by some parts per million over the run.
+///
+/// With a re-calibration the calibrations in the native files give masses that are 6 parts per million too high, and
+/// the re-calibration gives the right ones. The archive has a lock mass for each survey spectrum, and a reference that
+/// knows of no drift for the others; its memory grows with the number of spectra.
 ///
 /// Throws `std::invalid_argument` for parameters that make no run, the compressor's failure for profiles that it does
 /// not support, and `std::runtime_error` for a file that cannot be
