@@ -1,8 +1,8 @@
 #pragma once
 
-#include "calibration-core/interfaces/ICalibrationTransformator.h"
 #include "serialization/ICalibSerialization.h"
 #include "transformation/BatchTransformation.h"
+#include "transformation/ForwardingTransformator.h"
 
 #include <exception>
 #include <functional>
@@ -86,35 +86,9 @@ struct OnMasses {
 ///
 /// It may replace the block forms `FromInnerBlock` and `ToInnerBlock`, which must give the bits of the single forms.
 template <class Derived, class Attachment>
-class WrappingTransformator : public ICalibrationTransformator, public ICalibSerialization {
+class WrappingTransformator : public ForwardingTransformator, public ICalibSerialization {
 public:
     std::shared_ptr<ICloneable> Clone() const override { return std::make_shared<Derived>(derived()); }
-
-    int GetFunctionalTypeCode() const override { return m_inner->GetFunctionalTypeCode(); }
-    double GetIndexOffset() const override { return m_inner->GetIndexOffset(); }
-    std::shared_ptr<ICalibrationConstantsFunctional> GetFunctionalConstants() const override {
-        return m_inner->GetFunctionalConstants();
-    }
-    void SetFunctionalConstants(const std::shared_ptr<ICalibrationConstantsFunctional>& constants) override {
-        m_inner->SetFunctionalConstants(constants);
-    }
-    std::shared_ptr<ICalibrationConstantsPhysical> GetPhysicalConstants() const override {
-        return m_inner->GetPhysicalConstants();
-    }
-    void SetPhysicalConstants(const std::shared_ptr<ICalibrationConstantsPhysical>& constants) override {
-        m_inner->SetPhysicalConstants(constants);
-    }
-    std::shared_ptr<IMeasurementModeInfo> GetMeasurementModeInfo() const override {
-        return m_inner->GetMeasurementModeInfo();
-    }
-    void SetMeasurementModeInfo(const std::shared_ptr<IMeasurementModeInfo>& mode) override {
-        m_inner->SetMeasurementModeInfo(mode);
-    }
-    int GetCalibMode() const override { return m_inner->GetCalibMode(); }
-    void SetCalibMode(int mode) override { m_inner->SetCalibMode(mode); }
-    void SetIndexOffset(double offset) override { m_inner->SetIndexOffset(offset); }
-    void AssimilateIndexOffset() override { m_inner->AssimilateIndexOffset(); }
-    void AdaptRawStart(double rawStart) override { m_inner->AdaptRawStart(rawStart); }
 
     void MassesToRaws(Doubles& values) const override { MassesToRaws(values, values); }
     void MassesToRaws(const Doubles& masses, Doubles& raws) const override {
@@ -122,21 +96,21 @@ public:
             masses, raws, [this](double mass) { return MassToRaw(mass); },
             [&] {
                 massesToInner(masses, raws);
-                Attachment::ToRaws(*m_inner, raws);
+                Attachment::ToRaws(inner(), raws);
             });
     }
-    double MassToRaw(double mass) const override { return Attachment::ToRaw(*m_inner, derived().ToInner(mass)); }
+    double MassToRaw(double mass) const override { return Attachment::ToRaw(inner(), derived().ToInner(mass)); }
 
     void RawsToMasses(Doubles& values) const override { RawsToMasses(values, values); }
     void RawsToMasses(const Doubles& raws, Doubles& masses) const override {
         batch(
             raws, masses, [this](double raw) { return RawToMass(raw); },
             [&] {
-                Attachment::FromRaws(*m_inner, raws, masses);
+                Attachment::FromRaws(inner(), raws, masses);
                 innerToMasses(masses);
             });
     }
-    double RawToMass(double raw) const override { return derived().FromInner(Attachment::FromRaw(*m_inner, raw)); }
+    double RawToMass(double raw) const override { return derived().FromInner(Attachment::FromRaw(inner(), raw)); }
 
     void MassesToIndices(const Doubles& masses, Indices& indices) const override {
         batch(
@@ -144,11 +118,11 @@ public:
             [&] {
                 Doubles values;
                 massesToInner(masses, values);
-                Attachment::ToIndices(*m_inner, values, indices);
+                Attachment::ToIndices(inner(), values, indices);
             });
     }
     std::int32_t MassToIndex(double mass) const override {
-        return Attachment::ToIndex(*m_inner, derived().ToInner(mass));
+        return Attachment::ToIndex(inner(), derived().ToInner(mass));
     }
     void MassesToDIndices(Doubles& values) const override { MassesToDIndices(values, values); }
     void MassesToDIndices(const Doubles& masses, Doubles& indices) const override {
@@ -156,22 +130,22 @@ public:
             masses, indices, [this](double mass) { return MassToDIndex(mass); },
             [&] {
                 massesToInner(masses, indices);
-                Attachment::ToDIndices(*m_inner, indices);
+                Attachment::ToDIndices(inner(), indices);
             });
     }
-    double MassToDIndex(double mass) const override { return Attachment::ToDIndex(*m_inner, derived().ToInner(mass)); }
+    double MassToDIndex(double mass) const override { return Attachment::ToDIndex(inner(), derived().ToInner(mass)); }
 
     void DIndicesToMasses(Doubles& values) const override { DIndicesToMasses(values, values); }
     void DIndicesToMasses(const Doubles& indices, Doubles& masses) const override {
         batch(
             indices, masses, [this](double index) { return DIndexToMass(index); },
             [&] {
-                Attachment::FromDIndices(*m_inner, indices, masses);
+                Attachment::FromDIndices(inner(), indices, masses);
                 innerToMasses(masses);
             });
     }
     double DIndexToMass(double index) const override {
-        return derived().FromInner(Attachment::FromDIndex(*m_inner, index));
+        return derived().FromInner(Attachment::FromDIndex(inner(), index));
     }
     void IndexRangeToMasses(std::int32_t first, std::int32_t last, Doubles& masses) const override {
         if (last < first)
@@ -191,40 +165,16 @@ public:
         batch(
             indices, masses, [this](std::int32_t index) { return IndexToMass(index); },
             [&] {
-                Attachment::FromIndices(*m_inner, indices, masses);
+                Attachment::FromIndices(inner(), indices, masses);
                 innerToMasses(masses);
             });
     }
     double IndexToMass(std::int32_t index) const override {
-        return derived().FromInner(Attachment::FromIndex(*m_inner, index));
+        return derived().FromInner(Attachment::FromIndex(inner(), index));
     }
-
-    void IndicesToRaws(const Indices& indices, Doubles& raws) const override { m_inner->IndicesToRaws(indices, raws); }
-    double IndexToRaw(std::int32_t index) const override { return m_inner->IndexToRaw(index); }
-    void DIndicesToRaws(Doubles& values) const override { m_inner->DIndicesToRaws(values); }
-    void DIndicesToRaws(const Doubles& indices, Doubles& raws) const override {
-        m_inner->DIndicesToRaws(indices, raws);
-    }
-    double DIndexToRaw(double index) const override { return m_inner->DIndexToRaw(index); }
-    void RawsToIndices(const Doubles& raws, Indices& indices) const override { m_inner->RawsToIndices(raws, indices); }
-    std::int32_t RawToIndex(double raw) const override { return m_inner->RawToIndex(raw); }
-    void RawsToDIndices(Doubles& values) const override { m_inner->RawsToDIndices(values); }
-    void RawsToDIndices(const Doubles& raws, Doubles& indices) const override {
-        m_inner->RawsToDIndices(raws, indices);
-    }
-    double RawToDIndex(double raw) const override { return m_inner->RawToDIndex(raw); }
 
 protected:
-    /// Takes a deep copy of `inner`, which must not be null.
-    explicit WrappingTransformator(const std::shared_ptr<ICalibrationTransformator>& inner)
-        : m_inner(cloneObject(inner)) {}
-    WrappingTransformator(const WrappingTransformator& other) : m_inner(cloneObject(other.m_inner)) {}
-    WrappingTransformator& operator=(const WrappingTransformator&) = delete;
-
-    const ICalibrationTransformator& inner() const { return *m_inner; }
-    ICalibrationTransformator& inner() { return *m_inner; }
-    /// Takes a deep copy; must not be null.
-    void setInner(const std::shared_ptr<ICalibrationTransformator>& inner) { m_inner = cloneObject(inner); }
+    using ForwardingTransformator::ForwardingTransformator;
 
     /// Converts a block in place; true if an element failed, the elements behind it being left as they were.
     bool FromInnerBlock(double* values, std::size_t count) const noexcept {
@@ -303,7 +253,7 @@ private:
     }
 
     void wholeRange(std::int32_t first, std::size_t count, Doubles& masses) const {
-        Attachment::FromIndexRange(*m_inner, first, count, masses);
+        Attachment::FromIndexRange(inner(), first, count, masses);
         innerToMasses(masses);
     }
 
@@ -313,8 +263,6 @@ private:
         for (std::size_t k = 0; k < count; ++k)
             masses.push_back(IndexToMass(static_cast<std::int32_t>(first + static_cast<std::int64_t>(k))));
     }
-
-    std::shared_ptr<ICalibrationTransformator> m_inner;
 };
 
 }  // namespace kvan::calibration::Transformation
