@@ -1,7 +1,6 @@
 #include "calibration-core/interfaces/MeasurementModeInfo.h"
 #include "calibration-core/temperaturecompensation/CalibrationTemperatureCompensator.h"
 #include "calibration-core/temperaturecompensation/TemperatureCompensationInfo.h"
-#include "calibration-core/utilities/CalibrationUtilities.h"
 #include "transformators.h"
 
 #include <cmath>
@@ -110,25 +109,6 @@ TEST(CompensatedConstants, AreEqualByLawAndData) {
     one->GetFunctionalConstants()->Dump(dump);
     EXPECT_EQ(dump.str().find("\tCalibrationConstantsFunctionalTOF1TemperatureCompensation[ compensation mode = 2, "
                               "temperatures: (23), correction factors: (1)"),
-              0U);
-}
-
-TEST(CalibrationUtilities, ErrorsAndConstants) {
-    const auto law = linear(0, 1);
-    EXPECT_EQ(Utilities::MassErrorsPpm(*law, {101, 5, 7}, {100, 0}), Doubles({10000, 0}));
-    const auto errors = Utilities::MassErrors(*law, {99, 103, 4}, {100, 100, -1}, Utilities::MassErrorUnit::Mass);
-    EXPECT_DOUBLE_EQ(errors.rootMeanSquare, std::sqrt(10.0 / 3));  // 1, -3 and 0
-    EXPECT_DOUBLE_EQ(errors.standardDeviation, std::sqrt((25.0 + 49 + 4) / 9 / 2));
-    EXPECT_EQ(Utilities::MassErrors(*law, {99}, {100}, Utilities::MassErrorUnit::Ppm).rootMeanSquare, 10000);
-    const auto cubic = tof2(8, 2.5e11, 0.5, 0.25, 4, 10, 0.5);
-    auto constants = Utilities::GetMainCalibConstantsTOF2(*cubic);
-    EXPECT_EQ(constants.dm, 4);
-    constants.c0 = 9;
-    Utilities::SetMainCalibConstantsTOF2(*cubic, constants);
-    EXPECT_EQ(cubic->MassToRaw(-4), 9);
-    EXPECT_EQ(failureOf([&] {
-                  Utilities::GetMainCalibConstantsTOF1(*cubic);
-              }).find("invalid_argument: kvan::calibration::CalibrationTOFUtilities::GetMainCalibConstants("),
               0U);
 }
 

@@ -1,6 +1,7 @@
 #include "calibration-core/temperaturecompensation/TemperatureCompensationInfo.h"
 
 #include "calibration-core/constants/CalibrationConstantsTemperatureCompensation.h"
+#include "calibration-core/interfaces/ICalibrationTransformatorGPX.h"
 
 #include <boost/throw_exception.hpp>
 #include <stdexcept>
@@ -13,8 +14,13 @@ std::shared_ptr<ICalibrationTransformator> addTemperatureCompensationInfo(
     const auto functional = transformator->GetFunctionalConstants();
     if (std::dynamic_pointer_cast<ICalibrationConstantsFunctionalTemperatureCompensation>(functional))
         BOOST_THROW_EXCEPTION(std::runtime_error("Already contains temp-comp info."));
+    constexpr int tof1 = 1;
+    constexpr int tof2 = 12;
+    const int code = transformator->GetFunctionalTypeCode();
+    if (code == tof2 && dynamic_cast<const ICalibrationTransformatorGPX*>(transformator.get()) != nullptr)
+        BOOST_THROW_EXCEPTION(std::runtime_error("TOF2+GPX not supported."));
     const auto law = std::dynamic_pointer_cast<Constants::CalibrationConstantsFunctionalTOF1>(functional);
-    if (!law || transformator->GetFunctionalTypeCode() != 1)
+    if (!law || code != tof1)
         BOOST_THROW_EXCEPTION(std::runtime_error("Non-supported strategy."));
 
     const auto compensated =

@@ -1,14 +1,26 @@
 #pragma once
 
+#include "calibration-core/interfaces/ICalibrationTOFUtilities.h"
+
 namespace kvan::calibration::Utilities {
 
-/// Conversions of time-of-flight constants between their stored and their computation form.
-class CalibrationTOFUtilities {
+/// The one implementation of `ICalibrationTOFUtilities`.
+class CalibrationTOFUtilities final : public ICalibrationTOFUtilities {
 public:
-    /// C1 = 1e12 / c1; 0.0 gives an infinity.
     static double StoredC1ToComputation(double c1) { return 1e12 / c1; }
-    /// The same operation, in the other direction.
     static double ComputationC1ToStored(double c1) { return 1e12 / c1; }
+
+    double C1ToComputationC1(double c1) const override { return StoredC1ToComputation(c1); }
+    double ComputationC1ToC1(double computationC1) const override { return ComputationC1ToStored(computationC1); }
+
+    void GetMainCalibConstants(const ICalibrationTransformator& transformator, double& c0, double& c1, double& c2,
+                               double& c3, double& dm) const override;
+    void GetMainCalibConstants(const ICalibrationTransformator& transformator, double& c0, double& c1,
+                               double& c2) const override;
+    void SetMainCalibConstants(ICalibrationTransformator& transformator, double c0, double c1, double c2, double c3,
+                               double dm) const override;
+    void SetMainCalibConstants(ICalibrationTransformator& transformator, double c0, double c1,
+                               double c2) const override;
 };
 
 }  // namespace kvan::calibration::Utilities

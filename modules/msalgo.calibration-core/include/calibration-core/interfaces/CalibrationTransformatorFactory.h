@@ -10,6 +10,8 @@ public:
     static const std::shared_ptr<const ICalibrationTransformatorFactory>& instance();
 
     TransformatorPtr createTransformator(const FunctionalPtr& functional, const PhysicalPtr& physical) const override;
+    TransformatorPtr createDecoratedTransformator(Decorator kind, const TransformatorPtr& inner, double lower,
+                                                  double upper) const override;
     TransformatorPtr createTransformatorTrap(const FunctionalPtr& functional,
                                              const PhysicalPtr& physical) const override;
     TransformatorPtr createTransformatorLinear(const FunctionalPtr& functional,

@@ -12,6 +12,8 @@ namespace kvan::calibration {
 /// constants, chooses the class by comparing the highest coefficient with 0.0 exactly, and never gives null.
 class ICalibrationTransformatorFactory {
 public:
+    enum class Decorator { RawBounds, IndexBounds };
+
     virtual ~ICalibrationTransformatorFactory() = default;
 
     using FunctionalPtr = std::shared_ptr<ICalibrationConstantsFunctional>;
@@ -22,6 +24,11 @@ public:
     /// different families or the functional ones of none.
     virtual TransformatorPtr createTransformator(const FunctionalPtr& functional,
                                                  const PhysicalPtr& physical) const = 0;
+
+    /// `inner` kept between two bounds, a lower and an upper one, on raw values or on indices
+    /// (`ICalibrationTransformatorDecorator`). Throws `std::invalid_argument` for another kind and for a null `inner`.
+    virtual TransformatorPtr createDecoratedTransformator(Decorator kind, const TransformatorPtr& inner, double lower,
+                                                          double upper) const = 0;
 
     /// Ion trap: c2 == 0.0 linear, else quadratic. This and the following throw `std::invalid_argument` when
     /// the functional constants are of another family or the physical ones do not give a line.

@@ -3,6 +3,8 @@
 #include "calibration-core/constants/CalibrationConstantsFTMS.h"
 #include "calibration-core/constants/CalibrationConstantsTOF.h"
 #include "transformation/NewTransformator.h"
+#include "transformation/decorators/CalibrationTransformatorIndexBoundsChecker.h"
+#include "transformation/decorators/CalibrationTransformatorRawBoundsChecker.h"
 #include "transformation/gpx/CalibrationTransformatorGPX.h"
 #include "transformation/kite/KiteTransformators.h"
 
@@ -54,6 +56,11 @@ Factory::TransformatorPtr makeTof(const Factory& factory, double timeDelay, doub
         std::make_shared<Constants::CalibrationConstantsPhysicalTOF>(timeDelay, timeBase));
 }
 
+void requireInner(const Factory::TransformatorPtr& inner, const char* failure) {
+    if (!inner)
+        BOOST_THROW_EXCEPTION(std::invalid_argument(std::string("CalibrationTransformatorFactory::") + failure));
+}
+
 }  // namespace
 
 const std::shared_ptr<const ICalibrationTransformatorFactory>& CalibrationTransformatorFactory::instance() {
@@ -76,6 +83,21 @@ Factory::TransformatorPtr CalibrationTransformatorFactory::createTransformator(c
         return createTransformatorLinear(functional, physical);
     BOOST_THROW_EXCEPTION(std::invalid_argument(
         "CalibrationTransformatorFactory::createTransformator: invalid transformator: type unknown"));
+}
+
+Factory::TransformatorPtr CalibrationTransformatorFactory::createDecoratedTransformator(Decorator kind,
+                                                                                        const TransformatorPtr& inner,
+                                                                                        double lower,
+                                                                                        double upper) const {
+    requireInner(inner, "createDecoratedTransformator: no transformator to be decorated");
+    switch (kind) {
+        case Decorator::RawBounds:
+            return std::make_shared<CalibrationTransformatorRawBoundsChecker>(inner, lower, upper);
+        case Decorator::IndexBounds:
+            return std::make_shared<CalibrationTransformatorIndexBoundsChecker>(inner, lower, upper);
+    }
+    BOOST_THROW_EXCEPTION(std::invalid_argument(
+        "CalibrationTransformatorFactory::createDecoratedTransformator: invalid transformator: type unknown"));
 }
 
 Factory::TransformatorPtr CalibrationTransformatorFactory::createTransformatorTrap(const FunctionalPtr& functional,
@@ -141,9 +163,7 @@ Factory::TransformatorPtr CalibrationTransformatorFactory::createTransformatorIc
 
 Factory::TransformatorPtr CalibrationTransformatorFactory::createTransformatorGPX(
     const TransformatorPtr& inner, const std::shared_ptr<ICalibrationPolynomialGPX>& polynomial) const {
-    if (!inner)
-        BOOST_THROW_EXCEPTION(std::invalid_argument(
-            "CalibrationTransformatorFactory::createTransformatorGPX: no transformator to be corrected"));
+    requireInner(inner, "createTransformatorGPX: no transformator to be corrected");
     return std::make_shared<CalibrationTransformatorGPX>(inner, polynomial);
 }
 

@@ -1,3 +1,4 @@
+#include "calibration-core/interfaces/ICalibrationTransformatorFTMS.h"
 #include "serialization/StoredBlocks.h"
 #include "transformation/NewTransformator.h"
 #include "transformation/Transformator.h"
@@ -31,7 +32,8 @@ struct Ftms04StoredForm : FtmsStoredForm {
 /// raw = 1.0 / mass * C1 + C0. No index leaves the array.
 class CalibrationTransformatorFTMS04 final
     : public Transformator<CalibrationTransformatorFTMS04, RMReciprocal<RMLinear<NoSquareRoot>>,
-                           IndexCheck<RILinear, FTMSIndexChecker>, ConstantsSettingAdjustForFTMS> {
+                           IndexCheck<RILinear, FTMSIndexChecker>, ConstantsSettingAdjustForFTMS>,
+      public ICalibrationTransformatorFTMS {
 public:
     static constexpr const char* ClassName = "CalibrationTransformatorFTMS04";
     using StoredForm = Ftms04StoredForm;
@@ -40,7 +42,8 @@ public:
 /// raw = x * x * C2 + (x * C1 + C0) with x = 1.0 / mass. No index leaves the array.
 class CalibrationTransformatorFTMS15 final
     : public Transformator<CalibrationTransformatorFTMS15, RMReciprocal<RMQuadraticTilt>,
-                           IndexCheck<RILinear, FTMSIndexChecker>, ConstantsSettingAdjustForFTMS> {
+                           IndexCheck<RILinear, FTMSIndexChecker>, ConstantsSettingAdjustForFTMS>,
+      public ICalibrationTransformatorFTMSQuadratic {
 public:
     static constexpr const char* ClassName = "CalibrationTransformatorFTMS15";
     using StoredForm = FtmsStoredForm;
