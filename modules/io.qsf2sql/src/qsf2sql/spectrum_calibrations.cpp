@@ -82,7 +82,7 @@ SpectrumCalibrations::TransformatorPtr SpectrumCalibrations::recalibrated(const 
     }
     // The archive counts spectra from 0. Where it has none that fits, the spectrum's own stays.
     if (m_archive != nullptr)
-        m_archive->getCalibrator(static_cast<std::uint64_t>(spectrum.id - 1), static_cast<EPolarity>(spectrum.polarity),
+        m_archive->getCalibrator(static_cast<std::uint64_t>(spectrum.id) - 1, static_cast<EPolarity>(spectrum.polarity),
                                  raw);
     return raw;
 }
