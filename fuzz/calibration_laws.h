@@ -39,14 +39,15 @@ inline void convert(const ICalibrationTransformator& transformator) {
 }
 
 /// But for the index offset, whose rounding moves negative ones. Not for compensated TOF1 constants, which lose their
-/// compensation with a line of the log.
+/// compensation with a line of the log, nor for post-source decay without a polynomial, which has no text.
 inline void keepItsText(const Serialization& serialization, const TransformatorPtr& transformator) {
     constexpr int compensatedTof1 = 9;
     if (transformator->GetFunctionalTypeCode() == compensatedTof1)
         return;
     transformator->SetIndexOffset(0.0);
-    const std::string text = serialization.SerializeToString(transformator);
-    if (serialization.SerializeToString(serialization.DeserializeFromString(text)) != text)
+    std::string text;
+    if (succeeds([&] { text = serialization.SerializeToString(transformator); }) &&
+        serialization.SerializeToString(serialization.DeserializeFromString(text)) != text)
         std::abort();
 }
 

@@ -18,7 +18,16 @@ Bytes kite1Block(u32 offset, u16 count) {
 
 const Bytes g_kite1 = kite1Block(104, 4);
 
-const Bytes* const g_blobs[] = {&g_kite1};
+/// URefFull, USegment, calibration and parent mass; argument range, mode; SPC and OCP coefficients, a third array.
+Bytes psdBlock(i32 mode, u32 classicOffset, u16 classicCount) {
+    return head(6) + g_axis + packed(20.25, 2.5, 100.0, 400.0, i32{4}, i32{100}, mode) +
+           packed(u32{104}, u32{128}, classicOffset, u16{3}, u16{3}, classicCount, u16{0}) +
+           packed(0.5, 0.25, 2.0, 0.5, 0.015625, 0.0, 42.0);
+}
+
+const Bytes g_psd = psdBlock(2, 152, 1);
+
+const Bytes* const g_blobs[] = {&g_kite1, &g_psd};
 
 /// The text of the same calibration.
 const std::string g_tail = " 1 0 0 -2147483648 2147483647 ";
@@ -30,12 +39,19 @@ const std::string g_kite1Text = "V3.0CCalibrator 7" + g_tail + "V3.0CKITECalibra
                                 "V1.0VectorDouble 4 4 1 0.25 1 0 -5 900 0 0" +
                                 g_noGpx;
 
+// sum = 0.5 + 50 / 64 = 1.28125: the factor of the coefficients is 2.50128125.
+const std::string g_psdNumbers =
+    "20.25 2.5 100 400 4 100 V1.0VectorDouble 3 0.5 0.25 2 V1.0VectorDouble 3 0.5 0.015625 0 V1.0VectorDouble 1 42 "
+    "V1.0VectorDouble 3 5.0025624999999998 1.25064062499999995 5.0025624999999998 ";
+const std::string g_psdText =
+    "V3.0CCalibrator 6" + g_tail + "V3.0CPSDCalibrationConstants " + g_axisText + "2 " + g_psdNumbers + "0 0" + g_noGpx;
+
 struct BlobAndText {
     const Bytes& blob;
     const std::string& text;
 };
 
-const BlobAndText g_pairs[] = {{g_kite1, g_kite1Text}};
+const BlobAndText g_pairs[] = {{g_kite1, g_kite1Text}, {g_psd, g_psdText}};
 
 TransformatorPtr readText(const std::string& text) {
     return g_serialization.DeserializeFromString(text);
@@ -53,6 +69,16 @@ TEST(WrappingBlob, HoldsTheNumbersAtTheirOffsets) {
                                                                     .indexRange = {-5, 900},
                                                                     .ignoreIndexBounds = true,
                                                                     .coefficients = {1, 0.5, 0.25, 2}})));
+    EXPECT_TRUE(read(g_psd)->IsEqual(*factory().createTransformatorPsd(
+        read(head(1) + g_axis), std::make_shared<Constants::CalibrationPolynomialPSDFAST>(
+                                    Constants::CalibrationPolynomialPSDFAST::Numbers{.uRefFull = 20.25,
+                                                                                     .uSegment = 2.5,
+                                                                                     .calibrationMass = 100,
+                                                                                     .parentMass = 400,
+                                                                                     .minArg = 4,
+                                                                                     .maxArg = 100,
+                                                                                     .spc = {0.5, 0.25, 2},
+                                                                                     .ocp = {0.5, 0.015625, 0}}))));
     for (const Bytes* blob : g_blobs)
         EXPECT_EQ(read(*blob)->IndexToRaw(2), 11);
 }
@@ -81,6 +107,50 @@ TEST(WrappingBlob, ArraysThatTheBlobCannotHoldAreAReadError) {
     EXPECT_EQ(failureOf([] { read(kite1Block(104, 0))->RawToMass(5); }),
               "runtime_error: kvan::calibration::CalibrationTransformatorFactorySerialization::DeserializeExtension: "
               "invalid serialization: id unknown");
+}
+
+TEST(WrappingBlob, OnlyTheFastPsdModeHasAPolynomial) {
+    EXPECT_EQ(failureOfReading(psdBlock(1, 152, 1)),
+              "invalid_argument: CCOConversionUtil::MapQSF2CCO: classic psd mode (mode 1) is not supported any more.");
+    for (const i32 mode : {0, 3, -1}) {
+        testing::internal::CaptureStdout();
+        const auto plain = read(psdBlock(mode, 152, 1));
+        EXPECT_EQ(testing::internal::GetCapturedStdout(),
+                  "warning: CCOConversionUtil::MapQSF2CCO: unknown psd mode.\n");
+        EXPECT_EQ(plain->RawToMass(12), read(head(1) + g_axis)->RawToMass(12));
+        EXPECT_EQ(written(plain)[84], 0);
+        EXPECT_EQ(failureOf([&] { g_serialization.SerializeToString(plain); }),
+                  "invalid_argument: CalibrationTransformatorPSD::SerializeDataToString: fastPolynomial is not of type "
+                  "ICalibrationSerializationConstantsPtr");
+    }
+    EXPECT_EQ(failureOfReading(psdBlock(2, 152, 2)), g_cut);
+}
+
+TEST(WrappingText, EveryVersionOfPsdIsRead) {
+    const auto text = [](const char* version, const std::string& mode, const std::string& rest) {
+        return std::string("V1.0CCalibrator 6 1 ") + version + "CPSDCalibrationConstants " + g_axisText + mode +
+               g_psdNumbers + rest;
+    };
+    const std::string vector = "V1.0VectorDouble 2 1 2 ";
+    const std::string whole = g_serialization.SerializeToString(readText(g_psdText));
+    for (const std::string& older : {text("V1.0", "2 ", vector + vector + "7 " + vector + "7"),
+                                     text("V2.0", "2 ", "7 " + vector + "1.5 2.5"), text("V3.0", "2 ", "1 7")})
+        EXPECT_EQ(g_serialization.SerializeToString(readText(older)), whole);
+
+    const std::string mode = "runtime_error: CalibrationTransformatorFactorySerialization::DeserializeFromStringPSD: ";
+    const std::string bad =
+        "runtime_error: kvan::calibration::CalibrationTransformatorFactorySerialization::DeserializeFromStringPSD: "
+        "Invalid calibration string, ignoring. Was data written with newer software?";
+    const auto failure = [&](const std::string& damaged) { return failureOf([&] { readText(damaged); }); };
+    EXPECT_EQ(failure(text("V3.0", "1 ", "0 0")), mode + "psd classic mode is no longer supported.");
+    for (const char* other : {"0 ", "3 "})
+        EXPECT_EQ(failure(text("V3.0", other, "0 0")), mode + "Invalid calibration serialization: Unknown psd type.");
+    EXPECT_EQ(failure(text("V3.0", "two ", "0 0")), bad);
+    EXPECT_EQ(failure(text("V3.0", "2 ", "0")), bad);
+    EXPECT_EQ(failure(text("V3.0", "2 ", "2 0")), bad);
+    EXPECT_EQ(failure(text("V2.0", "2 ", "7 " + vector + "1.5")), bad);
+    EXPECT_EQ(failure(text("V1.0", "2 ", vector)), "runtime_error: vector deserialization");
+    EXPECT_EQ(failure(text("V3.0", "2 x ", "0 0")), "runtime_error: vector deserialization");
 }
 
 TEST(WrappingText, EveryVersionOfKite1IsRead) {

@@ -16,6 +16,17 @@ std::vector<TransformatorPtr> wrappingLaws() {
     return {
         factory().createTransformatorKite(12000, 0.5, 0, 6e5, 0, 1500.6, 120, {0.25, 1e-4, 6e-7, 2e-13}, 1046.5, 12000,
                                           58000, 0, 100000),
+        factory().createTransformatorPsd(
+            tof(120, 6e5, 4e-3, 12000, 0.5),
+            std::make_shared<Constants::CalibrationPolynomialPSDFAST>(
+                Constants::CalibrationPolynomialPSDFAST::Numbers{.uRefFull = 20.25,
+                                                                 .uSegment = 12.5,
+                                                                 .calibrationMass = 1046.5,
+                                                                 .parentMass = 1500.6,
+                                                                 .minArg = 50,
+                                                                 .maxArg = 2500,
+                                                                 .spc = {0.02, -1e-3, 0.06, 2e-4},
+                                                                 .ocp = {2.5, -0.01, 1e-4, 0}})),
     };
 }
 

@@ -7,6 +7,7 @@
 #include "serialization/CalibrationTextFields.h"
 #include "serialization/ICalibTextSerialization.h"
 #include "serialization/KiteTextForms.h"
+#include "serialization/PsdStoredForms.h"
 
 #include <algorithm>
 #include <boost/throw_exception.hpp>
@@ -259,11 +260,12 @@ struct WrappingTextFamily {
 };
 
 constexpr WrappingTextFamily g_wrappingFamilies[] = {
+    {PsdTextForm::Strategy, PsdTextForm::Read},
     {Kite1TextForm::Strategy, Kite1TextForm::Read},
 };
 
-/// PSD and KITE 2.
-constexpr int g_unsupportedStrategies[] = {6, 10};
+/// KITE 2.
+constexpr int g_unsupportedStrategies[] = {10};
 
 const TextFamily& familyOf(int strategy) {
     if (std::find(std::begin(g_unsupportedStrategies), std::end(g_unsupportedStrategies), strategy) !=

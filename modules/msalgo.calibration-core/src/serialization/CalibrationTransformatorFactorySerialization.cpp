@@ -9,6 +9,7 @@
 #include "serialization/CompensationExtensions.h"
 #include "serialization/ICalibSerialization.h"
 #include "serialization/KiteStoredForms.h"
+#include "serialization/PsdStoredForms.h"
 #include "transformation/conversion/CCOConversionUtil.h"
 #include "utilities/IndexTruncation.h"
 
@@ -76,7 +77,7 @@ constexpr BlobType g_blobTypes[] = {
     {TOFCORRCalibrationRefBlock::Type, readBlock<TOFCORRCalibrationRefBlock>, DeserializeRefExtension},
     {TOFCORRCalibrationBlock::Type, readBlock<TOFCORRCalibrationBlock>, DeserializeExtension},
     {TOFCalibrationRefBlock::Type, readBlock<TOFCalibrationRefBlock>, DeserializeRefExtension},
-    {6, readUnsupported, DeserializeExtension},  // PSDCalibrationBlock
+    {PSDCalibrationBlock::Type, PsdStoredForm::Read, DeserializeExtension},
     {KITE1CalibrationBlock::Type, Kite1StoredForm::Read, DeserializeExtension},
     {8, readUnsupported, DeserializeExtension},  // KITE 2
     {TOF2CalibrationBlock::Type, readBlock<TOF2CalibrationBlock>, DeserializeExtension},

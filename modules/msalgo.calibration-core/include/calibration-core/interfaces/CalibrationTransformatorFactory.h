@@ -26,6 +26,9 @@ public:
         const TransformatorPtr& inner, const std::shared_ptr<ICalibrationPolynomialGPX>& polynomial) const override;
     FunctionalPtr createConstantsFunctionalIcr(int calibMode, int ftmsRawMode, int size, bool quadraticFlag,
                                                double alpha, double beta, double freqHigh) const override;
+    TransformatorPtr createTransformatorPsd(
+        const TransformatorPtr& tof,
+        const std::shared_ptr<const Constants::CalibrationPolynomialPSDFAST>& polynomial) const override;
     TransformatorPtr createTransformatorKite(const TransformatorPtr& tof, const Kite1Numbers& numbers) const override;
     TransformatorPtr createTransformatorKite(double timeDelay, double timeBase, double c0, double c1, double c2,
                                              double parentMass, double correctionTime,

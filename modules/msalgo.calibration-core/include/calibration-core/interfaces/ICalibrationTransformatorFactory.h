@@ -1,6 +1,7 @@
 #pragma once
 
 #include "calibration-core/constants/CalibrationPolynomialKITE1.h"
+#include "calibration-core/constants/CalibrationPolynomialPSDFAST.h"
 #include "calibration-core/interfaces/ICalibrationPolynomialGPX.h"
 #include "calibration-core/interfaces/ICalibrationTransformator.h"
 
@@ -58,6 +59,14 @@ public:
     /// `std::invalid_argument` for mode 2 and for unknown ones.
     virtual FunctionalPtr createConstantsFunctionalIcr(int calibMode, int ftmsRawMode, int size, bool quadraticFlag,
                                                        double alpha, double beta, double freqHigh) const = 0;
+
+    /// Post-source decay around `tof`, a TOF1 transformator that gives apparent masses; without a polynomial they are
+    /// the masses. Throws `std::invalid_argument` "CalibrationTransformatorFactory::createTransformatorPsd: invalid
+    /// transformator: type unknown" for a null transformator, and `std::runtime_error` "PSD InitData(): unexpected
+    /// error." for numbers that make no law.
+    virtual TransformatorPtr createTransformatorPsd(
+        const TransformatorPtr& tof,
+        const std::shared_ptr<const Constants::CalibrationPolynomialPSDFAST>& polynomial) const = 0;
 
     using Kite1Numbers = Constants::CalibrationPolynomialKITE1::Numbers;
 

@@ -6,8 +6,10 @@
 #include "calibration-core/constants/CalibrationConstantsTOF.h"
 #include "calibration-core/constants/CalibrationConstantsTemperatureCompensation.h"
 #include "calibration-core/interfaces/MeasurementModeInfo.h"
+#include "utilities/IndexTruncation.h"
 
 #include <boost/throw_exception.hpp>
+#include <iostream>
 #include <stdexcept>
 #include <string>
 
@@ -324,6 +326,45 @@ void CCOConversionUtil::MapCCO2QSF(const ICalibrationTransformator& tof,
     block.firstIndex = firstIndex;
     block.lastIndex = lastIndex;
     block.ignore = polynomial.GetIgnoreIndexBounds() ? 1 : 0;
+}
+
+CCOConversionUtil::TransformatorPtr CCOConversionUtil::MapQSF2CCO(const PSDCalibrationBlock& block, const Values& spc,
+                                                                  const Values& ocp, const Values& classic,
+                                                                  const Factory& factory) {
+    using Polynomial = Constants::CalibrationPolynomialPSDFAST;
+    if (block.psdMode == ClassicPsdMode)
+        BOOST_THROW_EXCEPTION(std::invalid_argument(
+            "CCOConversionUtil::MapQSF2CCO: classic psd mode (mode 1) is not supported any more."));
+    std::shared_ptr<Polynomial> polynomial;
+    if (block.psdMode == FastPsdMode)
+        polynomial = std::make_shared<Polynomial>(Polynomial::Numbers{.uRefFull = block.uRefFull,
+                                                                      .uSegment = block.uSegment,
+                                                                      .calibrationMass = block.calibrationMass,
+                                                                      .parentMass = block.parentMass,
+                                                                      .minArg = static_cast<double>(block.minArg),
+                                                                      .maxArg = static_cast<double>(block.maxArg),
+                                                                      .spc = spc,
+                                                                      .ocp = ocp,
+                                                                      .classic = classic});
+    else
+        std::cout << "warning: CCOConversionUtil::MapQSF2CCO: unknown psd mode." << std::endl;
+    return factory.createTransformatorPsd(MapQSF2CCO(block.tof, factory), polynomial);
+}
+
+void CCOConversionUtil::MapCCO2QSF(const ICalibrationTransformator& tof,
+                                   const Constants::CalibrationPolynomialPSDFAST* polynomial,
+                                   PSDCalibrationBlock& block) {
+    MapCCO2QSF(tof, block.tof);
+    if (polynomial == nullptr)
+        return;
+    const auto& numbers = polynomial->GetNumbers();
+    block.uRefFull = numbers.uRefFull;
+    block.uSegment = numbers.uSegment;
+    block.calibrationMass = numbers.calibrationMass;
+    block.parentMass = numbers.parentMass;
+    block.minArg = Utilities::truncateToIndex(numbers.minArg);
+    block.maxArg = Utilities::truncateToIndex(numbers.maxArg);
+    block.psdMode = FastPsdMode;
 }
 
 void CCOConversionUtil::MapTOFPhysicalConstants2QSF(const ICalibrationConstantsPhysical* physical,

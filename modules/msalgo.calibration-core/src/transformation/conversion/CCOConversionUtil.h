@@ -42,6 +42,14 @@ public:
     static TransformatorPtr MapQSF2CCO(const tqclegacy::CALIBRATION::KITE1CalibrationBlock& block,
                                        const Values& coefficients, const Factory& factory);
 
+    static constexpr int ClassicPsdMode = 1;
+    static constexpr int FastPsdMode = 2;
+
+    /// Throws `std::invalid_argument` for the classic mode. Any other but the fast one is told on the standard output
+    /// and gives a transformator without a polynomial, which leaves apparent masses as they are.
+    static TransformatorPtr MapQSF2CCO(const tqclegacy::CALIBRATION::PSDCalibrationBlock& block, const Values& spc,
+                                       const Values& ocp, const Values& classic, const Factory& factory);
+
     // Reference blocks: with the measurement mode.
 
     template <class Block, std::uint16_t Type>
@@ -87,6 +95,11 @@ public:
     static void MapCCO2QSF(const ICalibrationTransformator& tof,
                            const Constants::CalibrationPolynomialKITE1& polynomial,
                            tqclegacy::CALIBRATION::KITE1CalibrationBlock& block);
+
+    /// Null: no polynomial, mode 0. The ends of the argument range are cut to whole numbers.
+    static void MapCCO2QSF(const ICalibrationTransformator& tof,
+                           const Constants::CalibrationPolynomialPSDFAST* polynomial,
+                           tqclegacy::CALIBRATION::PSDCalibrationBlock& block);
 
     /// The time axis alone, with the law c0 = 0.0, c1 = 1.0, c2 = 0.0.
     static void MapTOFPhysicalConstants2QSF(const ICalibrationConstantsPhysical* physical,

@@ -7,6 +7,7 @@
 #include "transformation/decorators/CalibrationTransformatorRawBoundsChecker.h"
 #include "transformation/gpx/CalibrationTransformatorGPX.h"
 #include "transformation/kite/KiteTransformators.h"
+#include "transformation/psd/CalibrationTransformatorPSD.h"
 
 #include <boost/throw_exception.hpp>
 #include <stdexcept>
@@ -188,6 +189,15 @@ Factory::FunctionalPtr CalibrationTransformatorFactory::createConstantsFunctiona
         default:
             BOOST_THROW_EXCEPTION(std::invalid_argument("unknown icr mode in serialization"));
     }
+}
+
+Factory::TransformatorPtr CalibrationTransformatorFactory::createTransformatorPsd(
+    const TransformatorPtr& tof,
+    const std::shared_ptr<const Constants::CalibrationPolynomialPSDFAST>& polynomial) const {
+    if (!tof)
+        BOOST_THROW_EXCEPTION(std::invalid_argument(
+            "CalibrationTransformatorFactory::createTransformatorPsd: invalid transformator: type unknown"));
+    return newPsd(tof, polynomial);
 }
 
 Factory::TransformatorPtr CalibrationTransformatorFactory::createTransformatorKite(const TransformatorPtr& tof,

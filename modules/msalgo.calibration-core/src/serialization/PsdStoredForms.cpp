@@ -1,0 +1,121 @@
+#include "serialization/PsdStoredForms.h"
+
+#include "serialization/CalibrationTextFields.h"
+#include "serialization/StoredBlocks.h"
+
+#include <iterator>
+
+namespace kvan::calibration {
+
+using namespace tqclegacy::CALIBRATION;
+
+namespace {
+
+using Polynomial = Constants::CalibrationPolynomialPSDFAST;
+
+constexpr const char* g_prefixes[] = {"V1.0CPSDCalibrationConstants", "V2.0CPSDCalibrationConstants",
+                                      "V3.0CPSDCalibrationConstants"};
+enum Version : std::size_t { V1_0, V2_0, V3_0 };
+
+void requireFastMode(int mode) {
+    if (mode == CCOConversionUtil::ClassicPsdMode)
+        BOOST_THROW_EXCEPTION(
+            std::runtime_error("CalibrationTransformatorFactorySerialization::DeserializeFromStringPSD: psd classic "
+                               "mode is no longer supported."));
+    if (mode != CCOConversionUtil::FastPsdMode)
+        BOOST_THROW_EXCEPTION(
+            std::runtime_error("CalibrationTransformatorFactorySerialization::DeserializeFromStringPSD: Invalid "
+                               "calibration serialization: Unknown psd type."));
+}
+
+void requireGood(const CalibrationTextStream& stream) {
+    if (!stream.Good())
+        BOOST_THROW_EXCEPTION(
+            std::runtime_error("kvan::calibration::CalibrationTransformatorFactorySerialization::"
+                               "DeserializeFromStringPSD: Invalid calibration string, ignoring. Was data written with "
+                               "newer software?"));
+}
+
+}  // namespace
+
+std::uint16_t PsdStoredForm::Type(BlobForm form) {
+    requirePlainForm(form);
+    return PSDCalibrationBlock::Type;
+}
+
+void PsdStoredForm::Write(const ICalibrationTransformator& tof, const Polynomial* polynomial,
+                          CalibBlobWriteAccess& access) {
+    const Polynomial::Numbers numbers = polynomial != nullptr ? polynomial->GetNumbers() : Polynomial::Numbers{};
+    PSDCalibrationBlock block{};
+    CCOConversionUtil::MapCCO2QSF(tof, polynomial, block);
+    block.spcCount = storedCount(numbers.spc.size());
+    block.ocpCount = storedCount(numbers.ocp.size());
+    block.classicCount = storedCount(numbers.classic.size());
+    block.spcOffset = sizeof block;
+    block.ocpOffset = block.spcOffset + block.spcCount * std::uint32_t{sizeof(double)};
+    block.classicOffset = block.ocpOffset + block.ocpCount * std::uint32_t{sizeof(double)};
+    CalibratorUtil::WriteRecord(access, block);
+    for (const auto* values : {&numbers.spc, &numbers.ocp, &numbers.classic})
+        CalibratorUtil::WriteDoubles(access, *values);
+}
+
+std::shared_ptr<ICalibrationTransformator> PsdStoredForm::Read(CalibBlobReadAccess& access,
+                                                               const ICalibrationTransformatorFactory& factory) {
+    const std::size_t start = access.Position();
+    const auto block = CalibratorUtil::ReadRecord<PSDCalibrationBlock>(access);
+    const auto spc = CalibratorUtil::ReadDoubles(access, start, block.spcOffset, block.spcCount);
+    const auto ocp = CalibratorUtil::ReadDoubles(access, start, block.ocpOffset, block.ocpCount);
+    const auto classic = CalibratorUtil::ReadDoubles(access, start, block.classicOffset, block.classicCount);
+    return CCOConversionUtil::MapQSF2CCO(block, spc, ocp, classic, factory);
+}
+
+CalibrationTextForm::TransformatorPtr PsdTextForm::Read(CalibrationTextReader& reader,
+                                                        const ICalibrationTransformatorFactory& factory) {
+    const std::size_t version =
+        CalibrationTextFields(reader, "DeserializeFromStringPSD").Prefix(std::begin(g_prefixes), std::end(g_prefixes));
+    const auto tof = CalibrationTextForm::ReadConstants(CalibrationTextForm::TofStrategy, reader, factory);
+    CalibrationTextStream stream(reader);
+    Polynomial::Numbers numbers;
+    const int mode = stream.Int();
+    requireGood(stream);
+    requireFastMode(mode);
+    numbers.uRefFull = stream.Double();
+    numbers.uSegment = stream.Double();
+    numbers.calibrationMass = stream.Double();
+    numbers.parentMass = stream.Double();
+    numbers.minArg = stream.Double();
+    numbers.maxArg = stream.Double();
+    numbers.spc = stream.Vector();
+    numbers.ocp = stream.Vector();
+    numbers.classic = stream.Vector();
+    stream.DropVectors(1);  // the coefficients that are derived
+    if (version == V2_0) {
+        stream.DropInts(1);
+        stream.DropVectors(1);
+        stream.DropDoubles(2);
+    } else if (version == V1_0) {
+        stream.DropVectors(4);
+        stream.DropInts(1);
+    } else {
+        stream.Bool();
+        stream.DropInts(1);
+    }
+    requireGood(stream);
+    return factory.createTransformatorPsd(tof, std::make_shared<Polynomial>(std::move(numbers)));
+}
+
+void PsdTextForm::Write(const ICalibrationTransformator& tof, const Polynomial* polynomial,
+                        CalibrationTextWriter& writer) {
+    if (polynomial == nullptr)
+        BOOST_THROW_EXCEPTION(
+            std::invalid_argument("CalibrationTransformatorPSD::SerializeDataToString: fastPolynomial is not of type "
+                                  "ICalibrationSerializationConstantsPtr"));
+    writer << g_prefixes[V3_0];
+    CalibrationTextForm::SerializePraefixAndConstants(CalibrationTextForm::TofStrategy, tof, writer);
+    const Polynomial::Numbers& numbers = polynomial->GetNumbers();
+    writer << CCOConversionUtil::FastPsdMode << numbers.uRefFull << numbers.uSegment << numbers.calibrationMass
+           << numbers.parentMass << numbers.minArg << numbers.maxArg;
+    writer << numbers.spc << numbers.ocp << numbers.classic << polynomial->GetCoefficients() << 0 << 0;
+}
+
+}  // namespace kvan::calibration

@@ -1,0 +1,118 @@
+#include "calibration-core/interfaces/ICalibrationTransformatorPSD.h"
+#include "transformators.h"
+
+#include <cmath>
+#include <limits>
+#include <sstream>
+
+#include <gtest/gtest.h>
+
+namespace kvan::calibration {
+
+namespace {
+
+using Polynomial = Constants::CalibrationPolynomialPSDFAST;
+constexpr double g_nan = std::numeric_limits<double>::quiet_NaN();
+
+/// Apparent mass = raw^2, raw = index * 0.5 + 10.
+TransformatorPtr psd(const Polynomial::Numbers& numbers) {
+    return factory().createTransformatorPsd(tof(0, 1e12, 0, 10, 0.5), std::make_shared<Polynomial>(numbers));
+}
+
+/// sum = 0.5 + 50 * 0.01 + 2500 * 0.0002 = 1.5, and the mass ratio is 4: coefficients 2, 0.5, 2 times 2.5015.
+constexpr double g_factor = 2.5015;
+
+Polynomial::Numbers numbersFor(double minArg, double maxArg) {
+    return {.uRefFull = 20,
+            .uSegment = 2.5,
+            .calibrationMass = 100,
+            .parentMass = 400,
+            .minArg = minArg,
+            .maxArg = maxArg,
+            .spc = {0.5, 0.25, 2},
+            .ocp = {0.5, 0.01, 0.0002}};
+}
+
+TEST(Psd, GivesTheValuesWorkedOutByHand) {
+    const struct {
+        double minArg, maxArg, apparent, mass;
+    } cases[] = {
+        {4, 100, 16, 36},        {4, 100, -16, -36}, {4, 100, 100, 207},
+        {4, 100, 110, 227.25},                      // slope (0.5 + 4 * 10) / 20
+        {4, 100, -110, -227.25}, {4, 100, 0, 2.5},  // slope (0.5 + 4 * 2) / 4
+        {100, 4, 144, 296},      {100, 4, 0, 2},    // no range: everywhere
+        {0, 100, 0, 2},          {-5, 100, 1, 4.5},  {-9, -5, 144, 296},
+    };
+    for (const auto& sample : cases) {
+        const auto law = psd(numbersFor(sample.minArg, sample.maxArg));
+        const auto facet = std::dynamic_pointer_cast<ICalibrationTransformatorPSD>(law);
+        EXPECT_NEAR(facet->ApparentMassToMass(sample.apparent), sample.mass * g_factor, 1e-12) << sample.apparent;
+        EXPECT_NEAR(facet->MassToApparentMass(sample.mass * g_factor), sample.apparent, 1e-9) << sample.apparent;
+    }
+    const auto law = psd(numbersFor(4, 100));
+    EXPECT_NEAR(law->RawToMass(4), 36 * g_factor, 1e-12);
+    EXPECT_NEAR(law->IndexToMass(-12), 36 * g_factor, 1e-12);
+    EXPECT_NEAR(law->MassToRaw(36 * g_factor), 4, 1e-14);
+    EXPECT_EQ(law->MassToIndex(36 * g_factor), -12 + 1) << "-11.5 is truncated";
+}
+
+TEST(Psd, WhatMakesNoLawOrHasNoInverseIsTold) {
+    const char* const notInvertible = "runtime_error: PSD: unable to invert polynomial.";
+    const auto with = [](std::vector<double> spc, double minArg = 4, double maxArg = 100) {
+        Polynomial::Numbers numbers = numbersFor(minArg, maxArg);
+        numbers.spc = std::move(spc);
+        numbers.ocp.resize(numbers.spc.size());
+        return numbers;
+    };
+    EXPECT_EQ(failureOf([&] { psd(with({}))->MassToRaw(100); }), notInvertible);
+    EXPECT_EQ(failureOf([&] { psd(with({0}))->MassToRaw(100); }), notInvertible);
+    EXPECT_EQ(failureOf([&] { psd(with({0, 0, 1}))->MassToRaw(g_nan); }), notInvertible);
+    EXPECT_EQ(failureOf([&] { psd(with({0, 0, 1}))->MassToRaw(1e11); }), notInvertible);
+    EXPECT_EQ(psd(with({}))->RawToMass(100), 0);
+
+    const char* const noLaw = "runtime_error: PSD InitData(): unexpected error.";
+    EXPECT_EQ(failureOf([&] { psd(with({g_nan})); }), noLaw);
+    EXPECT_EQ(failureOf([&] { psd(with({1e308})); }), noLaw);
+    EXPECT_EQ(failureOf([&] { psd(with({1}, 0, INFINITY)); }), noLaw);
+    Polynomial::Numbers withoutMass = numbersFor(4, 100);
+    withoutMass.calibrationMass = 0;
+    EXPECT_EQ(failureOf([&] { psd(withoutMass); }), noLaw);
+
+    Polynomial::Numbers uneven = numbersFor(4, 100);
+    uneven.ocp.pop_back();
+    EXPECT_EQ(failureOf([&] { psd(uneven); }),
+              "invalid_argument: CalibrationPolynomialPSDFAST::ComputePolynomialCoefficients: Number of SPC and OCP "
+              "coefficients differ");
+}
+
+TEST(Psd, IsAFacetAroundApparentMasses) {
+    const auto law = psd(numbersFor(4, 100));
+    EXPECT_EQ(law->GetFunctionalTypeCode(), 6);
+    EXPECT_EQ(law->GetFunctionalConstants()->GetFunctionalTypeCode(), 6);
+    EXPECT_EQ(failureOf([&] { law->SetMeasurementModeInfo(nullptr); }),
+              "runtime_error: CalibrationTransformatorPSD::SetMeasurementModeInfo: PSD transformator does not have "
+              "measurement modes.");
+    EXPECT_TRUE(law->IsEqual(*psd(numbersFor(4, 100))));
+    EXPECT_FALSE(law->IsEqual(*psd(numbersFor(4, 99))));
+
+    const auto plain = factory().createTransformatorPsd(tof(0, 1e12, 0, 10, 0.5), nullptr);
+    EXPECT_EQ(plain->RawToMass(4), 16);
+    EXPECT_EQ(plain->MassToRaw(16), 4);
+    EXPECT_FALSE(plain->IsEqual(*law) || law->IsEqual(*plain));
+
+    std::ostringstream dump;
+    law->Dump(dump);
+    for (const char* words :
+         {"CalibrationTransformatorPSD[ ",
+          "\t calibMode = 0\t minIndex = 4, maxIndex = 100\t "
+          "minAppMass = 4, maxAppMass = 100\t minAppMassValue = 27.5165, maxAppMassValue = 517.811"
+          "\t dLowDeriv = 5.31569, dHighDeriv = 5.06554\tPolynomial coefficients[5.003, 1.25075, 5.003]",
+          "CalibrationPolynomialPSDFAST[ , parent mass = 400, USegment = 2.5\n\t\tCalibration mass = "
+          "100\n\t\tURefFull = 20\n\t\tSPC coefficients[0.5, 0.25, 2]\n\t\tOCP coefficients[0.5, 0.01, "
+          "0.0002]\n\t\tPolynomial coefficients[5.003, 1.25075, 5.003]\n\t\tminArg = 4, maxArg = 100"})
+        EXPECT_NE(dump.str().find(words), std::string::npos) << words << dump.str();
+}
+
+}  // namespace
+
+}  // namespace kvan::calibration
