@@ -16,7 +16,8 @@ namespace sample = kvan::sample;
 namespace {
 
 /// The native files, and what may lie beside them.
-constexpr std::array g_files = {"analysis.qsf", "analysis.qsf_idx", "analysis.qsf_xtr", "Calibrator.ami"};
+constexpr std::array g_files = {"analysis.qsf", "analysis.qsf_idx", "analysis.qsf_xtr", "calibration.sqlite",
+                                "Calibrator.ami"};
 
 struct SampleOptions {
     std::string directory;
@@ -133,8 +134,12 @@ void addSampleCommand(CLI::App& app, Output& output) {
                {"zlib", sample::Compressor::ZLib}},
               "How profiles are stored (none); vlc and vli2 take integers only");
     addChoice(command, "--recalibration", run.recalibrations,
-              {{"none", sample::Recalibrations::None}, {"archive", sample::Recalibrations::Archive}},
-              "Re-calibration beside the native files (none)");
+              {{"none", sample::Recalibrations::None},
+               {"database", sample::Recalibrations::Database},
+               {"archive", sample::Recalibrations::Archive},
+               {"both", sample::Recalibrations::Both}},
+              "Re-calibration beside the native files (none); the database has models for tof-*, paladin-linear and "
+              "ftms* only");
     command.add_flag("--float", run.floatProfiles, "Store profiles as 32-bit floats");
     command.add_flag("--no-lines", options->noLines, "Write no peak lists");
     command.add_flag("--no-references", options->noReferences, "Write no reference calibrations");
@@ -143,7 +148,7 @@ void addSampleCommand(CLI::App& app, Output& output) {
   qsf2sql sample demo-run
   qsf2sql sample big --spectra 1000000 --profiles none --max-lines 8
   qsf2sql sample packed --compressor vlc
-  qsf2sql sample recalibrated --recalibration archive
+  qsf2sql sample recalibrated --recalibration database
   qsf2sql sample trap --calibration paladin-quadratic --points 30000 --polarity both)");
     command.callback([options, &output] { writeSample(*options, output); });
 }

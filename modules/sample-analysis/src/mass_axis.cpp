@@ -36,13 +36,18 @@ constexpr double g_referenceTemperature = 25.0;
 constexpr double g_expansion = 10.0;
 constexpr double g_steadyTemperature = 31.5;
 
+MassAxis::Compensation compensationAt(double ppm, std::size_t sensors) {
+    MassAxis::Compensation compensation{{g_referenceTemperature + ppm / g_expansion, g_steadyTemperature},
+                                        {g_expansion, g_expansion / 2}};
+    compensation.temperatures.resize(sensors);
+    compensation.factors.resize(sensors);
+    return compensation;
+}
+
 /// A spectrum stores its temperatures alone, a reference also the factors that go with them.
 template <class Compensated, class Law>
 std::shared_ptr<Compensated> compensated(const Law& law, double ppm, std::size_t sensors, bool reference) {
-    std::vector<double> temperatures{g_referenceTemperature + ppm / g_expansion, g_steadyTemperature};
-    std::vector<double> factors{g_expansion, g_expansion / 2};
-    temperatures.resize(sensors);
-    factors.resize(sensors);
+    const auto [temperatures, factors] = compensationAt(ppm, sensors);
     auto constants = std::make_shared<Compensated>(law);
     constants->SetMeasuredTemperatures(temperatures);
     constants->SetCorrectionFactors(reference ? factors : temperatures);
@@ -84,6 +89,24 @@ MassAxis::Calibration MassAxis::calibration(double ppm, double error) const {
         functional(ppm, false, error), m_physical);
 }
 
+std::size_t MassAxis::sensors() const {
+    switch (m_family) {
+        case CalibrationFamily::TofCompensated:
+            return 1;
+        case CalibrationFamily::TofCompensatedSeveral:
+        case CalibrationFamily::Tof2Compensated:
+            return 2;
+        default:
+            return 0;
+    }
+}
+
+std::optional<MassAxis::Compensation> MassAxis::referenceCompensation() const {
+    if (sensors() == 0)
+        return {};
+    return compensationAt(0.0, sensors());
+}
+
 Bytes MassAxis::blobOf(const Calibration& calibration) {
     Bytes blob;
     transformation::CalibrationTransformatorFactorySerialization().SerializeToBlob(calibration, blob);
@@ -118,9 +141,9 @@ MassAxis::Functional MassAxis::functional(double ppm, bool reference, double err
         case CalibrationFamily::TofQuadratic:
             return std::make_shared<Tof>(g_tofC0, tofC1, g_tofC2);
         case CalibrationFamily::TofCompensated:
-            return compensated<CompensatedTof>(Tof(g_tofC0, tofC1, g_tofC2), ppm, 1, reference);
+            return compensated<CompensatedTof>(Tof(g_tofC0, tofC1, g_tofC2), ppm, sensors(), reference);
         case CalibrationFamily::TofCompensatedSeveral:
-            return compensated<CompensatedTof>(Tof(g_tofC0, tofC1, g_tofC2), ppm, 2, reference);
+            return compensated<CompensatedTof>(Tof(g_tofC0, tofC1, g_tofC2), ppm, sensors(), reference);
         case CalibrationFamily::Tof2Linear:
             return std::make_shared<Tof2>(g_tofC0, tofC1, 0.0, 0.0, g_tof2C4);
         case CalibrationFamily::Tof2Quadratic:
@@ -128,7 +151,8 @@ MassAxis::Functional MassAxis::functional(double ppm, bool reference, double err
         case CalibrationFamily::Tof2Cubic:
             return std::make_shared<Tof2>(g_tofC0, tofC1, g_tofC2, g_tof2C3, g_tof2C4);
         case CalibrationFamily::Tof2Compensated:
-            return compensated<CompensatedTof2>(Tof2(g_tofC0, tofC1, g_tofC2, g_tof2C3, g_tof2C4), ppm, 2, reference);
+            return compensated<CompensatedTof2>(Tof2(g_tofC0, tofC1, g_tofC2, g_tof2C3, g_tof2C4), ppm, sensors(),
+                                                reference);
         case CalibrationFamily::Ftms:
             return std::make_shared<constants::CalibrationConstantsFunctionalFTMS04>(g_ftmsBeta, g_ftmsFreqHigh * scale,
                                                                                      0);

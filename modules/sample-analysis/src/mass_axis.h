@@ -4,6 +4,9 @@
 #include "sample-analysis/analysis_data.h"
 #include "sample-analysis/sample_run.h"
 
+#include <optional>
+#include <vector>
+
 namespace kvan::sample {
 
 /// The axis of data points of a run: index 0 stands at the lower m/z and the last index at the upper one, by the law of
@@ -17,6 +20,13 @@ public:
     /// The law in force while the instrument gives masses that are `ppm` parts per million too high. `error` are parts
     /// per million by which that law is taken for higher than it is; temperatures know nothing of them.
     Calibration calibration(double ppm, double error = 0.0) const;
+
+    /// For the families that record temperatures, those of the reference and the factors that take the drift out.
+    struct Compensation {
+        std::vector<double> temperatures;
+        std::vector<double> factors;
+    };
+    std::optional<Compensation> referenceCompensation() const;
 
     static Bytes blobOf(const Calibration& calibration);
     /// The law without drift as the reference for one kind of spectrum.
@@ -45,6 +55,7 @@ private:
     /// The law while the instrument drifts by `ppm`; of a reference the temperatures and factors that take the drift
     /// out again.
     Functional functional(double ppm, bool reference = false, double error = 0.0) const;
+    std::size_t sensors() const;
     Physical defaultPhysical() const;
     Physical physical() const;
 

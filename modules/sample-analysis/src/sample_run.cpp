@@ -4,12 +4,14 @@
 #include "elution.h"
 #include "instrument.h"
 #include "run_archive.h"
+#include "run_database.h"
 #include "sample-analysis/analysis_writer.h"
 
 #include <algorithm>
 #include <boost/filesystem/operations.hpp>
 #include <boost/throw_exception.hpp>
 #include <cmath>
+#include <optional>
 #include <stdexcept>
 #include <utility>
 
@@ -68,7 +70,7 @@ private:
     bool isExcluded(const Ion& ion) const;
 
     bool isDone() const { return m_writer.numberOfSpectra() == m_parameters.spectra; }
-    bool isRecalibrated() const { return m_parameters.recalibrations != Recalibrations::None; }
+    bool isRecalibrated() const { return m_archive || m_database; }
     double driftPpm() const;
 
     const SampleRunParameters m_parameters;
@@ -78,7 +80,8 @@ private:
     Elution m_elution;
     AnalysisWriter m_writer;
     ProfilePacker m_packer;
-    RunArchive m_archive;
+    std::optional<RunArchive> m_archive;
+    std::optional<RunDatabase> m_database;
     Random m_random;
     Instrument m_instrument;
 
@@ -104,10 +107,15 @@ Acquisition::Acquisition(const boost::filesystem::path& directory, const SampleR
       m_elution(parameters.seed, m_duration, parameters.coelutingPeptides),
       m_writer(directory, header()),
       m_packer(parameters.compressor),
-      m_archive(m_axis),
       m_random(parameters.seed ^ 0x5A),
       m_instrument(parameters.seed),
-      m_negative(parameters.polarities == Polarities::Negative) {}
+      m_negative(parameters.polarities == Polarities::Negative) {
+    const Recalibrations stores = parameters.recalibrations;
+    if (stores == Recalibrations::Archive || stores == Recalibrations::Both)
+        m_archive.emplace(m_axis);
+    if (stores == Recalibrations::Database || stores == Recalibrations::Both)
+        m_database.emplace(directory, parameters, m_axis);
+}
 
 AnalysisHeaderData Acquisition::header() const {
     AnalysisHeaderData header;
@@ -172,8 +180,10 @@ boost::filesystem::path Acquisition::run() {
             m_negative = !m_negative;
     }
     m_writer.finish();
-    if (isRecalibrated())
-        m_archive.write(m_writer.mainFilePath().parent_path(), polarities(), g_acquisitionMode);
+    if (m_database)
+        m_database->finish();
+    if (m_archive)
+        m_archive->write(m_writer.mainFilePath().parent_path(), polarities(), g_acquisitionMode);
     return m_writer.mainFilePath();
 }
 
@@ -220,8 +230,10 @@ void Acquisition::write(const Instrument::Moment& moment, bool withProfile) {
     m_spectrum.info.acquisitionMode = g_acquisitionMode;
     m_spectrum.info.calibration =
         MassAxis::blobOf(isRecalibrated() ? m_axis.calibration(driftPpm(), g_errorPpm) : calibration);
-    if (isRecalibrated())
-        m_archive.add(m_spectrum.info.scanMode == g_surveyScanMode ? calibration : nullptr);
+    if (m_database)
+        m_database->add(calibration);
+    if (m_archive)
+        m_archive->add(m_spectrum.info.scanMode == g_surveyScanMode ? calibration : nullptr);
     if (m_parameters.variables)
         m_spectrum.pool = m_instrument.readings(moment);
     if (!m_spectrum.profile || m_parameters.compressor == Compressor::None) {
@@ -297,7 +309,8 @@ boost::filesystem::path writeSampleRun(const boost::filesystem::path& directory,
                                        const SampleRunParameters& parameters) {
     if (parameters.segments == 0 || !(parameters.coelutingPeptides > 0.0))
         BOOST_THROW_EXCEPTION(std::invalid_argument("A run needs a segment and peptides."));
-    boost::filesystem::remove(directory / g_archiveName);  // that of another run
+    for (const char* other : {g_archiveName, g_calibrationDatabaseName})
+        boost::filesystem::remove(directory / other);  // of another run
     return Acquisition(directory, parameters).run();
 }
 

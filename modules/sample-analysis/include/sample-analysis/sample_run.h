@@ -32,7 +32,7 @@ enum class Profiles { None, Surveys, All };
 enum class Polarities { Positive, Negative, Both };
 
 /// What was written beside the native files after the acquisition.
-enum class Recalibrations { None, Archive };
+enum class Recalibrations { None, Database, Archive, Both };
 
 /// What a synthetic run looks like. The same parameters give the same bytes on every machine.
 struct SampleRunParameters {
@@ -67,10 +67,12 @@ struct SampleRunParameters {
 /// spectrum has its own calibration, which drifts by some parts per million over the run.
 ///
 /// With a re-calibration the calibrations in the native files give masses that are 6 parts per million too high, and
-/// the re-calibration gives the right ones. The archive has a lock mass for each survey spectrum, and a reference that
-/// knows of no drift for the others; its memory grows with the number of spectra.
+/// the re-calibration gives the right ones. The calibration database has a calibration for each spectrum or, for laws
+/// that record temperatures, references that are adapted to them. The archive has a lock mass for each survey spectrum,
+/// and a reference that knows of no drift for the others; its memory grows with the number of spectra.
 ///
-/// Throws `std::invalid_argument` for parameters that make no run, the compressor's failure for profiles that it does
+/// Throws `std::invalid_argument` for parameters that make no run, such as a law for which the calibration database has
+/// no model, the compressor's failure for profiles that it does
 /// not support, and `std::runtime_error` for a file that cannot be
 /// written.
 boost::filesystem::path writeSampleRun(const boost::filesystem::path& directory,
