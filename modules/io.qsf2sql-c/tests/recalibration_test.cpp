@@ -1,0 +1,220 @@
+#include "road.h"
+#include "sample-analysis/archive_writer.h"
+#include "sample-analysis/calibration_database_writer.h"
+#include "sample-analysis/sample_run.h"
+
+#include <boost/filesystem/fstream.hpp>
+
+#include <unistd.h>
+
+namespace road {
+namespace {
+
+using sample::CalibrationDatabaseWriter;
+using sample::CalibrationState;
+
+/// Masses of index 1 in these tests: the slope of the straight line or the ion trap that is in force.
+constexpr double g_acquired = 1;
+constexpr double g_archived = 2;
+constexpr double g_frame = 3;
+constexpr double g_positive = 4;
+constexpr double g_negative = 5;
+
+class Recalibrated : public Road {
+protected:
+    /// Spectra of one line at index 1, with these polarities.
+    void writeAnalysis(const std::vector<std::uint8_t>& polarities) const {
+        std::vector<SpectrumData> spectra;
+        for (const std::uint8_t polarity : polarities)
+            spectra.push_back({.profile = std::vector<std::uint32_t>{1, 2},
+                               .lines = LineData{.index = {{1.0}}},
+                               .info = {.polarity = polarity, .calibration = blob(4098, {0, g_acquired})}});
+        write(spectra);
+    }
+
+    void writeArchive(std::size_t spectra) const {
+        sample::CalibratorArchive archive;
+        archive.lockMasses.spectra.resize(
+            spectra, {.calibrator = sample::ArchivedCalibrator{.blob = blob(4098, {0, g_archived})}});
+        sample::writeArchive(m_directory, archive);
+    }
+
+    static sample::MzCalibration trap(double slope) { return {.model = 3, .numbers = {0.0, slope, 1.0, 0.0}}; }
+
+    /// One state; frame calibrators for the first `frames` spectra, or references.
+    void writeDatabase(int frames, CalibrationState state = {}) const {
+        CalibrationDatabaseWriter writer(m_directory);
+        state.key = "the state's";
+        state.hasFrameCalibrators = frames > 0;
+        writer.addState(state);
+        for (int frame = 1; frame <= frames; ++frame)
+            writer.addFrame(frame, trap(g_frame));
+        writer.finish();
+    }
+
+    void databaseSql(const std::string& statements) const {
+        sqlite3* database = nullptr;
+        sqlite3_open((m_directory / "calibration.sqlite").c_str(), &database);
+        EXPECT_EQ(sqlite3_exec(database, statements.c_str(), nullptr, nullptr, nullptr), SQLITE_OK);
+        sqlite3_close(database);
+    }
+
+    /// The mass of index 1 in both arrays of the spectrum; 0 if they differ.
+    double massOf(int spectrum, int rawCalibration = 0) const {
+        const Storage storage(mainFile(), rawCalibration);
+        EXPECT_TRUE(storage) << lastError();
+        const auto lines = storage.read<double>(id("LineMzId", spectrum));
+        const auto profile = storage.read<double>(id("ProfileMzId", spectrum));
+        return lines.at(0) == profile.at(1) ? lines.at(0) : 0.0;
+    }
+
+    /// Log lines of the opening, without time and thread.
+    std::vector<std::string> logOfOpening(int rawCalibration = 0) const {
+        Storage(mainFile(), 1);  // lets the cache be made
+        ::testing::internal::CaptureStdout();
+        Storage(mainFile(), rawCalibration);
+        std::istringstream log(::testing::internal::GetCapturedStdout());
+        std::vector<std::string> lines;
+        for (std::string line; std::getline(log, line);)
+            lines.push_back(line.substr(line.rfind("] ") + 2));
+        return lines;
+    }
+};
+
+const std::string g_noState = "kvan.io.qsf2sql: no state found in CalibrationReaderSqlite";
+const std::string g_noArchive = "kvan.io.qsf2sql: no state found in Calibrator.ami";
+const std::string g_none = "kvan.io.qsf2sql: no re-calibration found; using calibration state from QSF";
+
+TEST_F(Recalibrated, TheDatabaseBeatsTheArchiveAndThatTheAcquisition) {
+    using Lines = std::vector<std::string>;
+    writeAnalysis({0, 0, 0});
+    EXPECT_EQ(logOfOpening(), (Lines{g_noState, g_noArchive, g_none}));
+    EXPECT_EQ(massOf(2), g_acquired);
+    writeArchive(3);
+    EXPECT_EQ(logOfOpening(), (Lines{g_noState}));
+    EXPECT_EQ(massOf(2), g_archived);
+    writeDatabase(3);
+    EXPECT_EQ(logOfOpening(), Lines{});
+    for (int spectrum = 1; spectrum <= 3; ++spectrum)
+        EXPECT_EQ(massOf(spectrum), g_frame);
+    writeDatabase(2);
+    EXPECT_EQ(massOf(2), g_archived) << "a state with a gap is passed over";
+    fs::remove(m_directory / "Calibrator.ami");
+    EXPECT_EQ(logOfOpening(), (Lines{g_noState, g_noArchive, g_none}));
+    EXPECT_EQ(massOf(2), g_acquired);
+}
+
+TEST_F(Recalibrated, RawCalibrationOpensNeither) {
+    writeAnalysis({0});
+    fs::ofstream(m_directory / "calibration.sqlite") << std::string(4096, 'x');
+    fs::ofstream(m_directory / "Calibrator.ami") << 'x';
+    EXPECT_EQ(logOfOpening(1), std::vector<std::string>{});
+    EXPECT_EQ(massOf(1, 1), g_acquired);
+    EXPECT_FALSE(Storage(mainFile(), 0));
+    EXPECT_EQ(lastError(), "CppSQLite3Exception: UNKNOWN_ERROR[26]: file is not a database");
+    fs::remove(m_directory / "calibration.sqlite");
+    EXPECT_FALSE(Storage(mainFile(), 0));
+    EXPECT_EQ(lastError(), "Couldn't open AMI file " + (m_directory / "Calibrator.ami").string());
+    writeDatabase(1);
+    EXPECT_EQ(massOf(1), g_frame) << "the archive is not opened any more";
+}
+
+TEST_F(Recalibrated, ReferencesServeThePolaritiesThatOccur) {
+    const CalibrationState both{.positive = {{trap(g_positive)}}, .negative = {{trap(g_negative)}}};
+    const CalibrationState positive{.positive = {{trap(g_positive)}}};
+    writeAnalysis({0, 1});
+    writeDatabase(0, both);
+    EXPECT_EQ(massOf(1), g_positive);
+    EXPECT_EQ(massOf(2), g_negative);
+    writeDatabase(0, positive);
+    EXPECT_EQ(massOf(1), g_acquired) << "one polarity has none";
+    writeAnalysis({0, 0});
+    EXPECT_EQ(massOf(2), g_positive);
+
+    // A reference that is not there is told by the read that needs it.
+    databaseSql("DELETE FROM RefMzCalibration");
+    const Storage storage(mainFile(), 0);
+    ASSERT_TRUE(storage) << lastError();
+    EXPECT_EQ(storage.failureOf(id("LineMzId")), "no reference calibration available for positive polarity");
+    EXPECT_EQ(storage.length(id("LineMzId")), 1) << "the handle stays usable";
+}
+
+TEST_F(Recalibrated, TheErrorOfARunIsTakenOut) {
+    const auto mzOf = [this](sample::CalibrationFamily law, sample::Recalibrations stores, int rawCalibration) {
+        fs::remove(cacheFile());
+        sample::writeSampleRun(m_directory, {.spectra = 20,
+                                             .calibration = law,
+                                             .points = 1000,
+                                             .polarities = sample::Polarities::Both,
+                                             .recalibrations = stores});
+        const Storage storage(mainFile(), rawCalibration);
+        EXPECT_TRUE(storage) << lastError();
+        const auto masses = storage.read<double>(id("LineMzId", 10));
+        return masses.at(masses.size() / 2);
+    };
+    using enum sample::CalibrationFamily;
+    using sample::Recalibrations;
+    for (const auto law :
+         {TofLinear, TofQuadratic, TofCompensated, TofCompensatedSeveral, PaladinLinear, Ftms, FtmsQuadratic}) {
+        const double truth = mzOf(law, Recalibrations::None, 0);
+        // The temperatures tell the drift but for less than a thousandth of a part per million.
+        EXPECT_NEAR(mzOf(law, Recalibrations::Both, 0), truth, truth * 1e-9) << static_cast<int>(law);
+        EXPECT_GT(std::abs(mzOf(law, Recalibrations::Both, 1) - truth), truth * 1e-6) << static_cast<int>(law);
+    }
+}
+
+TEST_F(Recalibrated, FaultsAreToldWhereTheyAreFound) {
+    writeAnalysis({0});
+    writeArchive(1);
+    const std::pair<const char*, const char*> atOpen[] = {
+        {"UPDATE GlobalMetadata SET Value = 'X' WHERE Key = 'SchemaType'", "Schema type 'X' not supported"},
+        {"UPDATE GlobalMetadata SET Value = '3' WHERE Key = 'SchemaVersionMajor'",
+         "calibration schema version 3.0 not supported."},
+        {"DROP TABLE FrameMzCalibrationMapping",
+         "CppSQLite3Exception: SQLITE_ERROR[1]: no such table: FrameMzCalibrationMapping"},
+        {"DROP TABLE RefMzCalibration", "Too few columns in table RefMzCalibration"},
+    };
+    for (const auto& [change, text] : atOpen) {
+        writeDatabase(1);
+        databaseSql(change);
+        EXPECT_FALSE(Storage(mainFile(), 0)) << change;
+        EXPECT_EQ(lastError(), text);
+    }
+    writeDatabase(1);
+    databaseSql("UPDATE CalibrationState SET Key = 'it''s; DROP TABLE CalibrationState'");
+    const Storage storage(mainFile(), 0);
+    ASSERT_TRUE(storage) << lastError();
+    const std::uint64_t mz = id("LineMzId");
+    EXPECT_EQ(storage.read<double>(mz).at(0), g_frame);
+    const std::pair<const char*, const char*> atRead[] = {
+        {"UPDATE FrameMzCalibration SET C1 = NULL",
+         "Wrong value in table FrameMzCalibration, Id 1, column C1: NULL instead of a number"},
+        {"UPDATE FrameMzCalibration SET ModelType = 7", "Unknown m / z calibration model 7"},
+        {"DELETE FROM FrameMzCalibration", "No m/z trafo for id [1] available"},
+        {"DROP TABLE FrameMzCalibrationMapping", "SQLITE_ERROR[1]: no such table: FrameMzCalibrationMapping"},
+    };
+    for (const auto& [change, text] : atRead) {
+        databaseSql(change);
+        EXPECT_EQ(storage.failureOf(mz), text) << change;
+    }
+    EXPECT_EQ(storage.read<double>(id("LineIndexId")).at(0), 1.0) << "the handle stays usable";
+}
+
+TEST_F(Recalibrated, APathWithoutADirectoryMeansTheCurrentOne) {
+    writeAnalysis({0});
+    writeArchive(1);
+    const fs::path former = fs::current_path();
+    fs::current_path(m_directory);
+    const auto massHere = [this] {
+        const Storage storage("analysis.qsf", 0);
+        EXPECT_TRUE(storage) << lastError();
+        return storage.read<double>(id("LineMzId")).at(0);
+    };
+    EXPECT_EQ(massHere(), g_archived);
+    writeDatabase(1);
+    EXPECT_EQ(massHere(), g_frame);
+    fs::current_path(former);
+}
+
+}  // namespace
+}  // namespace road
