@@ -2,7 +2,9 @@
 
 #include "calibration-core/constants/CalibrationConstantsTemperatureCompensation.h"
 #include "calibration-core/interfaces/CalibrationTransformatorFactory.h"
+#include "calibration-core/interfaces/ICalibrationTransformatorDecorator.h"
 #include "calibration-core/interfaces/ICalibrationTransformatorGPX.h"
+#include "calibration-core/interfaces/ICalibrationTransformatorPSD.h"
 
 using namespace kvan::calibration;
 
@@ -16,7 +18,7 @@ using CompensatedTof1 = Constants::CalibrationConstantsFunctionalTOF1Temperature
 using CompensatedTof2 = Constants::CalibrationConstantsFunctionalTOF2TemperatureCompensation;
 
 /// Strategies whose constants are of one family, with or without temperatures, are one.
-enum Strategy { PSD = 6, TOF1 = 1, KITE1 = 7, CompensatedTOF1 = 9, KITE2 = 10, TOF2 = 12, CompensatedTOF2 = 13 };
+enum Strategy { TOF1 = 1, KITE1 = 7, CompensatedTOF1 = 9, KITE2 = 10, TOF2 = 12, CompensatedTOF2 = 13 };
 
 int familyOf(const ICalibrationTransformator& transformator) {
     switch (const int strategy = transformator.GetFunctionalTypeCode()) {
@@ -74,39 +76,66 @@ FunctionalPtr adapted(const FunctionalPtr& law, const FunctionalPtr& own) {
     return own;
 }
 
-/// Families whose law is built around constants of another one; nothing but a copy has what is around them.
-bool isBuiltAround(int family) {
-    return family == PSD || family == KITE1 || family == KITE2;
+const ICalibrationTransformatorFactory& factory() {
+    return *Transformation::CalibrationTransformatorFactory::instance();
 }
 
-/// `law` on the axis of the calibrator.
+/// `law` on the axis of the calibrator. What else makes the mass of a KITE calibrator stays its own.
 TransformatorPtr withLaw(const TransformatorPtr& calibrator, const FunctionalPtr& law) {
-    if (isBuiltAround(familyOf(*calibrator))) {
+    const int family = familyOf(*calibrator);
+    if (family == KITE1 || family == KITE2) {
         auto copy = cloneObject(calibrator);
         copy->SetFunctionalConstants(law);
         return copy;
     }
-    const auto& factory = *Transformation::CalibrationTransformatorFactory::instance();
-    auto merged = factory.createTransformator(law, calibrator->GetPhysicalConstants());
+    auto merged = factory().createTransformator(law, calibrator->GetPhysicalConstants());
     merged->SetIndexOffset(calibrator->GetIndexOffset());
     return merged;
 }
 
-/// The reference's correction around the result; null stays null.
-TransformatorPtr withCorrection(const TransformatorPtr& merged, const ICalibrationTransformatorGPX& reference) {
+template <class Facet>
+const Facet* facetOf(const TransformatorPtr& transformator) {
+    return dynamic_cast<const Facet*>(transformator.get());
+}
+
+// What stands around a calibrator, built anew around what the merge made of its inside. Null stays null.
+
+TransformatorPtr withBoundsOf(const TransformatorPtr& calibrator, const TransformatorPtr& merged) {
     if (!merged)
         return nullptr;
-    return Transformation::CalibrationTransformatorFactory::instance()->createTransformatorGPX(
-        merged, reference.GetPolynomial());
+    auto copy = cloneObject(calibrator);
+    dynamic_cast<ICalibrationTransformatorDecorator&>(*copy).SetDecoratedTransformator(merged);
+    return copy;
+}
+
+TransformatorPtr around(const ICalibrationTransformatorGPX& correction, const TransformatorPtr& merged) {
+    return merged ? factory().createTransformatorGPX(merged, correction.GetPolynomial()) : nullptr;
+}
+
+TransformatorPtr around(const ICalibrationTransformatorPSD& psd, const TransformatorPtr& merged) {
+    using Polynomial = Constants::CalibrationPolynomialPSDFAST;
+    return merged ? factory().createTransformatorPsd(merged,
+                                                     std::dynamic_pointer_cast<const Polynomial>(psd.GetPolynomial()))
+                  : nullptr;
 }
 
 }  // namespace
 
 TransformatorPtr mergeReference(const TransformatorPtr& calibrator, const TransformatorPtr& reference) {
-    if (const auto* const corrected = dynamic_cast<const ICalibrationTransformatorGPX*>(calibrator.get()))
+    if (const auto* const bounds = facetOf<ICalibrationTransformatorDecorator>(calibrator))
+        return withBoundsOf(calibrator, mergeReference(bounds->GetDecoratedTransformator(), reference));
+    if (const auto* const corrected = facetOf<ICalibrationTransformatorGPX>(calibrator))
         return mergeReference(corrected->GetTransformator(), reference);
-    if (const auto* const corrected = dynamic_cast<const ICalibrationTransformatorGPX*>(reference.get()))
-        return withCorrection(mergeReference(calibrator, corrected->GetTransformator()), *corrected);
+    if (const auto* const bounds = facetOf<ICalibrationTransformatorDecorator>(reference))
+        return mergeReference(calibrator, bounds->GetDecoratedTransformator());
+    if (const auto* const corrected = facetOf<ICalibrationTransformatorGPX>(reference))
+        return around(*corrected, mergeReference(calibrator, corrected->GetTransformator()));
+
+    const auto* const psd = facetOf<ICalibrationTransformatorPSD>(calibrator);
+    const auto* const referencePsd = facetOf<ICalibrationTransformatorPSD>(reference);
+    if (psd != nullptr && referencePsd != nullptr)
+        return around(*psd, mergeReference(psd->GetApparentTransformator(), referencePsd->GetApparentTransformator()));
+
     const FunctionalPtr law = lawOf(*reference, familyOf(*calibrator));
     return law ? withLaw(calibrator, adapted(law, calibrator->GetFunctionalConstants())) : nullptr;
 }

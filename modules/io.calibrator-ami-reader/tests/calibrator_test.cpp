@@ -123,21 +123,43 @@ TEST(CalibratorOfASpectrum, TheLawIsTheReferencesAndTheAxisItsOwn) {
     }
 }
 
-/// Precise mass + 1 is what the law gives.
-TransformatorPtr corrected(const Bytes& calibrator) {
+TEST(CalibratorOfASpectrum, CorrectionsAreTheReferencesAndBoundsItsOwn) {
     using kvan::calibration::Constants::CalibrationPolynomialGPX;
-    return kvan::calibration::Transformation::CalibrationTransformatorFactory::instance()->createTransformatorGPX(
-        DeserializeBlob(calibrator),
-        std::make_shared<CalibrationPolynomialGPX>(std::vector<double>{1, 1}, 0, 0, 0, 1e6, true));
+    using Factory = kvan::calibration::Transformation::CalibrationTransformatorFactory;
+    const auto& factory = *Factory::instance();
+    const TransformatorPtr own = DeserializeBlob(tof(1, 4e12, 0));
+    const TransformatorPtr reference = DeserializeBlob(tof(2, 1e12, 0, 555));
+    // Precise mass + 1 is what the law gives.
+    const auto corrected = [&](const TransformatorPtr& inner) {
+        return factory.createTransformatorGPX(
+            inner, std::make_shared<CalibrationPolynomialGPX>(std::vector<double>{1, 1}, 0, 0, 0, 1e6, true));
+    };
+    const auto bounded = [&](const TransformatorPtr& inner, double lower, double upper) {
+        return factory.createDecoratedTransformator(Factory::Decorator::RawBounds, inner, lower, upper);
+    };
+    const auto massAt = [](double index, const TransformatorPtr& merged) { return merged->DIndexToMass(index); };
+    EXPECT_EQ(massAt(4, mergeReference(corrected(own), reference)), 400);
+    EXPECT_EQ(massAt(4, mergeReference(own, corrected(reference))), 399);
+    EXPECT_EQ(massAt(4, mergeReference(corrected(own), corrected(reference))), 399);
+    EXPECT_EQ(mergeReference(DeserializeBlob(line(100)), corrected(reference)), nullptr);
+
+    const TransformatorPtr merged = mergeReference(bounded(own, 0, 21), bounded(corrected(reference), 600, 700));
+    EXPECT_EQ(merged->RawToMass(20), 323);
+    EXPECT_EQ(merged->RawToMass(30), 360) << "as at 21";
+    own->SetIndexOffset(2);
+    EXPECT_EQ(massAt(2, mergeReference(bounded(own, 0, 100), reference)), 400);
+    EXPECT_EQ(mergeReference(bounded(own, 0, 100), DeserializeBlob(line(100))), nullptr);
 }
 
-TEST(CalibratorOfASpectrum, TheCorrectionIsTheReferencesOrNone) {
-    const Bytes own = tof(1, 4e12, 0);
-    const Bytes reference = tof(2, 1e12, 0, 555);
-    EXPECT_EQ(mergeReference(corrected(own), DeserializeBlob(reference))->DIndexToMass(4), 400);
-    EXPECT_EQ(mergeReference(DeserializeBlob(own), corrected(reference))->DIndexToMass(4), 399);
-    EXPECT_EQ(mergeReference(corrected(own), corrected(reference))->DIndexToMass(4), 399);
-    EXPECT_EQ(mergeReference(DeserializeBlob(line(100)), corrected(reference)), nullptr);
+TEST(CalibratorOfASpectrum, OfPostSourceDecayTheLawInsideIsReplaced) {
+    const auto& factory = *kvan::calibration::Transformation::CalibrationTransformatorFactory::instance();
+    const auto around = [&](const Bytes& calibrator) {
+        return factory.createTransformatorPsd(DeserializeBlob(calibrator), nullptr);
+    };
+    const TransformatorPtr merged = mergeReference(around(tof(1, 4e12, 0)), around(tof(2, 1e12, 0, 555)));
+    EXPECT_EQ(merged->GetFunctionalTypeCode(), 6);
+    EXPECT_EQ(merged->DIndexToMass(4), 400);
+    EXPECT_EQ(mergeReference(around(tof(1, 4e12, 0)), DeserializeBlob(tof(2, 1e12, 0))), nullptr);
 }
 
 class ArchiveFile : public ::testing::Test {
