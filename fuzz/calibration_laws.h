@@ -1,6 +1,7 @@
 #pragma once
 
 #include "calibration-core/interfaces/CalibrationTransformatorFactorySerialization.h"
+#include "calibration-core/interfaces/ICalibrationTransformatorGPX.h"
 
 #include <cstdlib>
 #include <limits>
@@ -33,21 +34,37 @@ inline void convert(const ICalibrationTransformator& transformator) {
             transformator.MassesToDIndices(masses);
             transformator.IndexWidthToMassWidth(500.0, 10.0);
         });
+    for (const double mass : {-1.0, 500.0, 1e6})
+        succeeds([&] {
+            transformator.MassToIndex(mass);
+            transformator.RawToIndex(transformator.MassToRaw(mass));
+            transformator.RawToMass(mass);
+        });
     succeeds([&] { transformator.monotonicMassRange(500.0); });
     for (const double tolerance : {0.0, 0.01})
         succeeds([&] { transformator.usableMassRange(500.0, tolerance); });
 }
 
+/// A correction of masses that is kept without being used.
+inline bool holdsUnusedCorrection(const ICalibrationTransformator& transformator) {
+    const auto* const facet = dynamic_cast<const kvan::calibration::ICalibrationTransformatorGPX*>(&transformator);
+    const auto polynomial = facet != nullptr ? facet->GetPolynomial() : nullptr;
+    return polynomial && !polynomial->GetUse();
+}
+
 /// But for the index offset, whose rounding moves negative ones. Not for compensated TOF1 constants, which lose their
-/// compensation with a line of the log, nor for post-source decay without a polynomial, which has no text.
+/// compensation with a line of the log, nor for post-source decay without a polynomial, which has no text. A correction
+/// that is not used is written and not read.
 inline void keepItsText(const Serialization& serialization, const TransformatorPtr& transformator) {
     constexpr int compensatedTof1 = 9;
     if (transformator->GetFunctionalTypeCode() == compensatedTof1)
         return;
     transformator->SetIndexOffset(0.0);
     std::string text;
-    if (succeeds([&] { text = serialization.SerializeToString(transformator); }) &&
-        serialization.SerializeToString(serialization.DeserializeFromString(text)) != text)
+    if (!succeeds([&] { text = serialization.SerializeToString(transformator); }))
+        return;
+    const auto again = serialization.DeserializeFromString(text);
+    if (!holdsUnusedCorrection(*transformator) && serialization.SerializeToString(again) != text)
         std::abort();
 }
 

@@ -279,13 +279,6 @@ const TextFamily& familyOf(int strategy) {
     return *family;
 }
 
-void requireGpx(bool condition) {
-    if (!condition)
-        BOOST_THROW_EXCEPTION(
-            std::runtime_error("kvan::calibration::CalibrationTransformatorFactorySerialization::"
-                               "DeserializeFromString: failed to create gpxTransformator"));
-}
-
 }  // namespace
 
 TransformatorPtr CalibrationTextForm::ReadConstants(int strategy, CalibrationTextReader& reader,
@@ -317,28 +310,6 @@ void CalibrationTextForm::SerializePraefixAndConstants(int strategy, const ICali
     const TextFamily& family = familyOf(strategy);
     writer << *std::rbegin(family.prefixes);
     family.write({transformator.GetFunctionalConstants(), transformator.GetPhysicalConstants()}, writer);
-}
-
-CalibrationTextGpx CalibrationTextGpx::Read(CalibrationTextReader& reader) {
-    const auto word = [&](const char* expected) { requireGpx(reader.Token() == expected); };
-    const auto number = [&](const char* name) {
-        word(name);
-        const auto value = reader.Double();
-        requireGpx(value.has_value());
-        return *value;
-    };
-    CalibrationTextGpx gpx;
-    word("V1.0CGPXData");
-    number("Order");  // the count of coefficients says as much
-    word("vCoeff");
-    gpx.coefficients = reader.Vector();
-    gpx.c2 = number("c2");
-    gpx.c0 = number("c0");
-    gpx.minMass = number("minMass");
-    gpx.maxMass = number("maxMass");
-    gpx.use = number("bUse") != 0.0;
-    word("endCGPXData");
-    return gpx;
 }
 
 }  // namespace kvan::calibration

@@ -29,20 +29,4 @@ public:
                                              CalibrationTextWriter& writer);
 };
 
-/// The correction data of a text.
-struct CalibrationTextGpx {
-    std::vector<double> coefficients;
-    double c2 = 0.0;
-    double c0 = 0.0;
-    double minMass = 0.0;
-    double maxMass = 0.0;
-    bool use = false;
-
-    static CalibrationTextGpx Read(CalibrationTextReader& reader);
-
-    /// What stands in the text of a transformator without such data, ahead of it no blank.
-    static constexpr const char* None =
-        "V1.0CGPXData  Order 0 vCoeff V1.0VectorDouble 0  c2 0 c0 0 minMass 0 maxMass 0 bUse 0 endCGPXData ";
-};
-
 }  // namespace kvan::calibration

@@ -1,15 +1,19 @@
 #include "calibration-core/interfaces/CalibrationTransformatorFactorySerialization.h"
 
+#include "calibration-core/constants/CalibrationPolynomialGPX.h"
 #include "calibration-core/interfaces/CalibrationTransformatorFactory.h"
+#include "calibration-core/interfaces/ICalibrationTransformatorDecorator.h"
+#include "calibration-core/interfaces/ICalibrationTransformatorGPX.h"
 #include "legacycalibration/serialization/CalibBlobAccess.h"
 #include "legacycalibration/serialization/CalibrationBlocks.h"
 #include "legacycalibration/serialization/CalibratorUtil.h"
 #include "logger/logger.h"
 #include "serialization/CalibrationTextForm.h"
 #include "serialization/CompensationExtensions.h"
-#include "serialization/ICalibSerialization.h"
+#include "serialization/GpxStoredForms.h"
 #include "serialization/KiteStoredForms.h"
 #include "serialization/PsdStoredForms.h"
+#include "serialization/StoredBlocks.h"
 #include "transformation/conversion/CCOConversionUtil.h"
 #include "utilities/IndexTruncation.h"
 
@@ -89,17 +93,11 @@ constexpr BlobType g_blobTypes[] = {
     {LINEARCalibrationBlock::Type, readBlock<LINEARCalibrationBlock>, DeserializeExtension},
 };
 
-const ICalibSerialization& facetOf(const ICalibrationTransformator& transformator) {
-    const auto* const facet = dynamic_cast<const ICalibSerialization*>(&transformator);
-    if (facet == nullptr)
-        BOOST_THROW_EXCEPTION(std::invalid_argument("Transformer does not offer serialization interface."));
-    return *facet;
-}
-
 void writeBlob(const ICalibrationTransformator& transformator, BlobForm form, std::vector<unsigned char>& blob) {
-    const ICalibSerialization& facet = facetOf(transformator);
+    const ICalibSerialization& facet = storedFormOf(transformator);
     CalibBlobWriteAccess access(blob);
-    CalibratorUtil::WriteRecord(access, CalibBlobHead{facet.GetBlobType(form), 0});
+    const std::uint16_t hasGpx = facet.HasGpxData() ? 1 : 0;
+    CalibratorUtil::WriteRecord(access, CalibBlobHead{facet.GetBlobType(form), hasGpx});
     facet.SerializeToBlob(form, access);
     SerializeExtension(transformator, form, access);
 }
@@ -111,10 +109,12 @@ void writeNoTransformator(std::vector<unsigned char>& blob) {
 
 /// The tokens ahead of the constants.
 struct TextHead {
-    int version;
-    int strategy;
+    int version = 3;
+    int strategy = 0;
     int indexOffset = 0;
     bool hasRange = false;
+    int rangeLow = std::numeric_limits<std::int32_t>::min();
+    int rangeHigh = std::numeric_limits<std::int32_t>::max();
 };
 
 int GetStringVersionNumberOfStringPrefix(std::string_view token) {
@@ -125,6 +125,31 @@ int GetStringVersionNumberOfStringPrefix(std::string_view token) {
             std::runtime_error("kvan::calibration::Transformation::CalibrationTransformatorFactorySerialization::"
                                "GetStringVersionNumberOfStringPrefix: Version id not supported."));
     return static_cast<int>(found - std::begin(versions)) + 1;
+}
+
+/// What a text holds apart from one another: bounds on the index outside, a correction of masses, the law inside.
+struct WrittenParts {
+    TextHead head;
+    std::shared_ptr<ICalibrationPolynomialGPX> correction;
+    TransformatorPtr law;
+};
+
+WrittenParts partsOf(const TransformatorPtr& transformator) {
+    WrittenParts parts{{}, std::make_shared<Constants::CalibrationPolynomialGPX>(), transformator};
+    parts.head.indexOffset = Utilities::truncateToIndex(transformator->GetIndexOffset() + 0.5);
+    if (const auto* const bounds =
+            dynamic_cast<const ICalibrationTransformatorIndexBoundsChecker*>(transformator.get())) {
+        parts.head.hasRange = true;
+        parts.head.rangeLow = Utilities::truncateToIndex(bounds->GetLowerIndexBound());
+        parts.head.rangeHigh = Utilities::truncateToIndex(bounds->GetUpperIndexBound());
+        parts.law = bounds->GetDecoratedTransformator();
+    }
+    if (const auto* const corrected = dynamic_cast<const ICalibrationTransformatorGPX*>(parts.law.get())) {
+        if (auto polynomial = corrected->GetPolynomial())
+            parts.correction = std::move(polynomial);
+        parts.law = corrected->GetTransformator();
+    }
+    return parts;
 }
 
 TextHead readTextHead(CalibrationTextReader& reader) {
@@ -141,8 +166,8 @@ TextHead readTextHead(CalibrationTextReader& reader) {
     if (head.version >= 2) {
         head.indexOffset = integer();
         head.hasRange = integer() == 1;
-        integer();  // lower and upper end of the range
-        integer();
+        head.rangeLow = integer();
+        head.rangeHigh = integer();
     }
     return head;
 }
@@ -172,8 +197,10 @@ TransformatorPtr CalibrationTransformatorFactorySerialization::DeserializeFromBl
         BOOST_THROW_EXCEPTION(
             std::runtime_error("kvan::calibration::CalibrationTransformatorFactorySerialization::DeserializeFromBlob: "
                                "Invalid serialization: transformator type unknown."));
-    if (head.hasGpx == 1)
-        throwNotSupported();
+    if (head.hasGpx == 1) {
+        transformator = m_factory->createTransformatorGPX(transformator, GpxStoredForms::ReadBlob(access));
+        access.SeekToFarthest();
+    }
     return access.IsAtEnd() ? transformator : row->extend(transformator, access);
 }
 
@@ -203,12 +230,16 @@ TransformatorPtr CalibrationTransformatorFactorySerialization::DeserializeFromSt
     CalibrationTextReader reader(text);
     const TextHead head = readTextHead(reader);
     auto transformator = CalibrationTextForm::ReadConstants(head.strategy, reader, *m_factory);
-    if (head.version == 3 && CalibrationTextGpx::Read(reader).use)
-        throwNotSupported();
+    if (head.version == 3) {
+        const auto polynomial = GpxStoredForms::ReadText(reader);
+        if (polynomial->GetUse())
+            transformator = m_factory->createTransformatorGPX(transformator, polynomial);
+    }
     transformator->SetIndexOffset(head.indexOffset);
-    if (head.hasRange)
-        throwNotSupported();
-    return transformator;
+    if (!head.hasRange)
+        return transformator;
+    return m_factory->createDecoratedTransformator(Factory::Decorator::IndexBounds, transformator, head.rangeLow,
+                                                   head.rangeHigh);
 }
 
 std::string CalibrationTransformatorFactorySerialization::SerializeToString(
@@ -216,20 +247,21 @@ std::string CalibrationTransformatorFactorySerialization::SerializeToString(
     if (!transformator)
         BOOST_THROW_EXCEPTION(std::invalid_argument(
             "CalibrationTransformatorFactorySerialization::SerializeToString: no transformator."));
-    facetOf(*transformator);
-    const int strategy = CalibrationTextForm::StrategyOf(*transformator);
-    if (strategy != transformator->GetFunctionalTypeCode()) {
+    const WrittenParts parts = partsOf(transformator);
+    storedFormOf(*parts.law);
+    const int strategy = CalibrationTextForm::StrategyOf(*parts.law);
+    if (strategy != parts.law->GetFunctionalTypeCode()) {
         const auto logger =
             logging::Logger::getLogger("kvan.calibration_core.CalibrationTransformatorFactorySerialization");
         KVAN_LOG(logger, WARN) << "The temperature compensation of a TOF1 calibration is lost in its text form.";
     }
-    using Limits = std::numeric_limits<std::int32_t>;
     std::string text;
     CalibrationTextWriter writer(text);
-    writer << "V3.0CCalibrator" << strategy << 1 << Utilities::truncateToIndex(transformator->GetIndexOffset() + 0.5)
-           << 0 << Limits::min() << Limits::max();
-    CalibrationTextForm::SerializePraefixAndConstants(strategy, *transformator, writer);
-    return text + CalibrationTextGpx::None;
+    writer << "V3.0CCalibrator" << strategy << 1 << parts.head.indexOffset << int{parts.head.hasRange}
+           << parts.head.rangeLow << parts.head.rangeHigh;
+    CalibrationTextForm::SerializePraefixAndConstants(strategy, *parts.law, writer);
+    GpxStoredForms::AppendText(*parts.correction, text);
+    return text;
 }
 
 }  // namespace kvan::calibration::Transformation

@@ -19,7 +19,11 @@ public:
     /// The type in the head of a blob. Throws `std::invalid_argument` for a form that the family does not have.
     virtual std::uint16_t GetBlobType(BlobForm form) const = 0;
 
-    /// Writes the block of that type. Throws `std::invalid_argument` when constants are missing or of another family.
+    /// Whether correction data follow the block.
+    virtual bool HasGpxData() const { return false; }
+
+    /// Writes the block of that type, and the correction data if there are some. Throws `std::invalid_argument` when
+    /// constants are missing or of another family.
     virtual void SerializeToBlob(BlobForm form, tqclegacy::CALIBRATION::CalibBlobWriteAccess& access) const = 0;
 
 protected:

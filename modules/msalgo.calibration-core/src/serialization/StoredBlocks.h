@@ -12,6 +12,14 @@
 
 namespace kvan::calibration {
 
+/// Throws `std::invalid_argument` for a transformator without a stored form.
+inline const ICalibSerialization& storedFormOf(const ICalibrationTransformator& transformator) {
+    const auto* const facet = dynamic_cast<const ICalibSerialization*>(&transformator);
+    if (facet == nullptr)
+        BOOST_THROW_EXCEPTION(std::invalid_argument("Transformer does not offer serialization interface."));
+    return *facet;
+}
+
 /// Throws `std::invalid_argument` for the reference form, of a family that has none.
 inline void requirePlainForm(BlobForm form) {
     if (form != BlobForm::Plain)

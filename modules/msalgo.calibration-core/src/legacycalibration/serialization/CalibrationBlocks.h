@@ -221,6 +221,20 @@ struct CalibPolynomialRecord {
 };
 static_assert(sizeof(CalibPolynomialRecord) == 32 && offsetof(CalibPolynomialRecord, coefficientsCount) == 26);
 
+/// Correction of masses behind a block and its arrays.
+struct GPXCalibrationHead {
+    double c0;                         //  0
+    double c2;                         //  8
+    double minMass;                    // 16
+    double maxMass;                    // 24
+    std::uint8_t use;                  // 32  not 0: true
+    std::uint8_t unread33;             // 33
+    std::uint16_t coefficientsCount;   // 34
+    std::uint32_t coefficientsOffset;  // 36  from the start of this head
+};
+static_assert(sizeof(GPXCalibrationHead) == 40 && offsetof(GPXCalibrationHead, use) == 32 &&
+              offsetof(GPXCalibrationHead, coefficientsOffset) == 36);
+
 constexpr std::uint16_t CALIB_EXTENSION_BLOCK_INFO_MAGIC = 49068;
 constexpr std::uint16_t TOF_COR_CALIB_EXTENSION_BLOCK_MAGIC = 53152;
 constexpr std::uint16_t TOF_COR_CALIB_REF_EXTENSION_BLOCK_MAGIC = 53153;

@@ -1,5 +1,8 @@
 #include "transformation/gpx/CalibrationTransformatorGPX.h"
 
+#include "serialization/GpxStoredForms.h"
+#include "serialization/StoredBlocks.h"
+
 #include <algorithm>
 #include <boost/throw_exception.hpp>
 #include <cmath>
@@ -50,13 +53,6 @@ void convertOrFail(Doubles& masses, double cost, const char* failure, Convert co
         insideParallelRegion() ? convert(0, masses.size()) : convertBlocks(masses.size(), cost, std::cref(convert));
     if (failed)
         BOOST_THROW_EXCEPTION(std::logic_error(failure));
-}
-
-const ICalibSerialization& facetOf(const ICalibrationTransformator& transformator) {
-    const auto* const facet = dynamic_cast<const ICalibSerialization*>(&transformator);
-    if (facet == nullptr)
-        BOOST_THROW_EXCEPTION(std::invalid_argument("Transformer does not offer serialization interface."));
-    return *facet;
 }
 
 }  // namespace
@@ -187,12 +183,17 @@ void CalibrationTransformatorGPX::Dump(std::ostream& sink) const {
 }
 
 std::uint16_t CalibrationTransformatorGPX::GetBlobType(BlobForm form) const {
-    return facetOf(inner()).GetBlobType(form);
+    return storedFormOf(inner()).GetBlobType(form);
 }
 
 void CalibrationTransformatorGPX::SerializeToBlob(BlobForm form,
                                                   tqclegacy::CALIBRATION::CalibBlobWriteAccess& access) const {
-    facetOf(inner()).SerializeToBlob(form, access);
+    const ICalibSerialization& block = storedFormOf(inner());
+    if (m_polynomial && block.HasGpxData())
+        BOOST_THROW_EXCEPTION(std::invalid_argument("invalid serialization: a correction inside a correction"));
+    block.SerializeToBlob(form, access);
+    if (m_polynomial)
+        GpxStoredForms::WriteBlob(*m_polynomial, access);
 }
 
 }  // namespace kvan::calibration::Transformation

@@ -2,6 +2,7 @@
 
 #include "calibration-core/interfaces/ICalibrationTransformatorGPX.h"
 #include "math-functions/function.h"
+#include "serialization/StoredBlocks.h"
 #include "transformation/WrappingTransformator.h"
 
 #include <optional>
@@ -43,8 +44,9 @@ public:
     bool IsEqual(const ICalibrationTransformator& other) const override;
     void Dump(std::ostream& sink) const override;
 
-    /// That of the transformator inside; the correction has its flag in the head and its data behind the block.
+    /// The block is that of the transformator inside.
     std::uint16_t GetBlobType(BlobForm form) const override;
+    bool HasGpxData() const override { return m_polynomial != nullptr || storedFormOf(inner()).HasGpxData(); }
     void SerializeToBlob(BlobForm form, tqclegacy::CALIBRATION::CalibBlobWriteAccess& access) const override;
 
 private:
