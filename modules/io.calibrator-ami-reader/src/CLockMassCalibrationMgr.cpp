@@ -4,7 +4,9 @@
 #include "logger/logger.h"
 
 #include <boost/throw_exception.hpp>
+#include <cstring>
 #include <stdexcept>
+#include <utility>
 
 using archive::read;
 using archive::Stream;
@@ -24,10 +26,23 @@ VersionNumber readEntryHead(Stream& stream) {
     return version;
 }
 
+/// The length of the blob that begins `bytes`: a string record may fill the rest of them.
+std::size_t blobLength(const archive::Bytes& bytes) {
+    std::uint32_t head[2];  // tag and count of a string
+    for (std::size_t end = 0; end + sizeof head <= bytes.size(); ++end) {
+        std::memcpy(head, bytes.data() + end, sizeof head);
+        if (archive::isStringTag(archive::MagicNumber(head[0])) && head[1] == bytes.size() - end - sizeof head)
+            return end;
+    }
+    return bytes.size();
+}
+
 /// What the bytes of an entry hold. A record in them ends where they end, and may end earlier.
-TransformatorPtr readEntry(const archive::Bytes& bytes, const VersionNumber& version, std::uint32_t streamFlags) {
-    if (version >= VersionNumber(1, 2))
+TransformatorPtr readEntry(archive::Bytes bytes, const VersionNumber& version, std::uint32_t streamFlags) {
+    if (version >= VersionNumber(1, 2)) {
+        bytes.resize(blobLength(bytes));
         return DeserializeBlob(bytes);
+    }
     kvan::binaryio::IHeapBinary entry(bytes.data(), bytes.size());
     entry.setFlags(streamFlags);
     if (version == VersionNumber(1, 0))
@@ -65,9 +80,9 @@ void CQAMethodMSLockMassRecalibrationParams::ExtractFromBlob(Stream& stream) {
 
 void CLockMassCalibrationMgr::CCalibrationData::ExtractFromBlob(Stream& stream) {
     const VersionNumber version = readEntryHead(stream);
-    const archive::Bytes bytes = archive::readBytes(stream);
+    archive::Bytes bytes = archive::readBytes(stream);
     if (!bytes.empty())
-        calibrator = readEntry(bytes, version, stream.getFlags());
+        calibrator = readEntry(std::move(bytes), version, stream.getFlags());
     if (version >= VersionNumber(1, 2) && archive::isStringNext(stream))
         archive::skipString(stream);  // the blob once more, as text
 }

@@ -50,13 +50,17 @@ Bytes readBytes(Stream& stream, std::uint64_t count) {
     return bytes;
 }
 
+bool isStringTag(const MagicNumber& tag) {
+    return tag == Tags::get().cString || tag == Tags::get().stdString;
+}
+
 bool isStringNext(Stream& stream) {
     const std::int64_t start = stream.getReadPos();
     if (stream.size() - start < static_cast<std::int64_t>(sizeof(std::uint32_t)))
         return false;
     const MagicNumber tag(read<std::uint32_t>(stream));
     stream.doSetReadPos(kvan::binaryio::origin::Begin, start);
-    return tag == Tags::get().cString || tag == Tags::get().stdString;
+    return isStringTag(tag);
 }
 
 void skipBytes(Stream& stream) {

@@ -63,6 +63,7 @@ Bytes readBytes(Stream& stream);
 /// `count` bytes.
 Bytes readBytes(Stream& stream, std::uint64_t count);
 
+bool isStringTag(const MagicNumber& tag);
 /// Whether a string record follows. The position stays.
 bool isStringNext(Stream& stream);
 

@@ -55,6 +55,7 @@ TEST(Archive, EveryVersionOfEveryRecordIsReadToItsEnd) {
         with(ArchivedLockMass{.version = {1, 1}, .hasShortTag = true, .calibrator = both}),
         with(ArchivedLockMass{.version = {1, 1}, .calibrator = asText, .padding = {1, 2, 3}}),
         with(ArchivedLockMass{.version = {1, 2}, .calibrator = both, .textBehind = "the same as text"}),
+        with(ArchivedLockMass{.calibrator = both, .padding = {0x1D, 0x27, 0xAB, 0xBF, 2, 0, 0, 0, 'x', 0}}),
         with(ArchivedLockMassParams{.version = {0, 1}, .massListVersion = {1, 0}, .masses = {1, 2}}),
         with(ArchivedLockMassParams{.version = {0, 2}}),
         with(ArchivedLockMassParams{.version = {0, 3}, .masses = {1}}),
