@@ -32,13 +32,13 @@ public:
     /// Throws nothing for whatever the file holds.
     bool open(const boost::filesystem::path& path);
 
-    /// Replaces `calibrator`, the one of the native file or null, by the archive's for that spectrum; `spectrum` counts
-    /// from 0. False, with `calibrator` unchanged, when the archive has none that fits. True with `calibrator`
-    /// unchanged cannot be. What comes out may be shared with other spectra, so it is converted with and never set.
+    /// Replaces `calibrator`, the one of the native file or null, by what the archive has for that spectrum; `spectrum`
+    /// counts from 0. False, with `calibrator` unchanged, when it has nothing that fits. What comes out may be shared
+    /// with other callers: it is to be converted with, not to be set.
     ///
     /// Throws `std::runtime_error` "No Calibrator.ami opened.", "Spectrum number out of range." for a spectrum beyond a
-    /// list of lock-mass calibrators, and what a reference throws that cannot be applied, such as one that has another
-    /// number of temperatures.
+    /// list of lock masses, and what a reference throws that cannot be applied, such as one with another number of
+    /// temperatures.
     bool getCalibrator(std::uint64_t spectrum, EPolarity polarity,
                        std::shared_ptr<kvan::calibration::ICalibrationTransformator>& calibrator) const;
 
