@@ -30,13 +30,29 @@ constexpr Kind g_kinds[] = {
     {"0210", "linear", Degree::Fixed},
 };
 
-/// A plain block with an extension is a compensated one. Columns: head, whether c2, c3 and an ion trap's c2 are 0.0,
-/// FTMS mode, spectra.
+/// Columns: type, whether c2, c3 and an ion trap's c2 are 0.0, FTMS mode, spectra, whether a correction follows, and of
+/// plain time-of-flight blobs the size and the number of coefficients of the correction, in the order of its bytes.
 constexpr const char* g_query =
-    "SELECT CASE WHEN hex(substr(t.Blob, 1, 4)) = '01000000' AND hex(substr(t.Blob, 45, 2)) = 'ACBF' THEN '0300' ELSE "
-    "hex(substr(t.Blob, 1, 2)) END, substr(t.Blob, 37, 8) = zeroblob(8), substr(t.Blob, 45, 8) = zeroblob(8), "
-    "substr(t.Blob, 21, 8) = zeroblob(8), hex(substr(t.Blob, 5, 1)), count(*) FROM Spectra s JOIN Transformators t ON "
-    "t.Id = s.TransformatorId GROUP BY 1, 2, 3, 4, 5";
+    "SELECT hex(substr(t.Blob, 1, 2)), substr(t.Blob, 37, 8) = zeroblob(8), substr(t.Blob, 45, 8) = zeroblob(8), "
+    "substr(t.Blob, 21, 8) = zeroblob(8), hex(substr(t.Blob, 5, 1)), count(*), hex(substr(t.Blob, 3, 2)) = '0100', "
+    "CASE hex(substr(t.Blob, 1, 2)) WHEN '0100' THEN length(t.Blob) END, "
+    "CASE hex(substr(t.Blob, 1, 4)) WHEN '01000100' THEN hex(substr(t.Blob, 79, 2)) END "
+    "FROM Spectra s JOIN Transformators t ON t.Id = s.TransformatorId GROUP BY 1, 2, 3, 4, 5, 7, 8, 9";
+
+bool isCorrected(const Query& query) {
+    return query.integer(6) == 1;
+}
+
+/// A plain time-of-flight block with an extension behind it and its correction is a compensated one.
+std::string headOf(const Query& query) {
+    constexpr std::int64_t blockEnd = 44;
+    constexpr std::int64_t correctionHead = 40;
+    const auto size = query.integer(7);
+    std::int64_t end = blockEnd;
+    if (const std::string count = query.text(8); count.size() == 4)
+        end += correctionHead + 8 * std::stol(count.substr(2) + count.substr(0, 2), nullptr, 16);
+    return size && *size > end ? "0300" : query.text(0);
+}
 
 std::string degreeOf(const Query& query, Degree degree) {
     const auto isZero = [&query](int column) { return query.integer(column) == 1; };
@@ -67,9 +83,12 @@ std::string calibrationKinds(Database& database) {
     std::vector<Count> counts;
     Query query(database, g_query);
     while (query.next()) {
-        const auto* const kind = std::find_if(std::begin(g_kinds), std::end(g_kinds),
-                                              [&](const Kind& row) { return query.text(0) == row.head; });
-        const std::string name = kind == std::end(g_kinds) ? "none" : kind->name + degreeOf(query, kind->degree);
+        const std::string head = headOf(query);
+        const auto* const kind =
+            std::find_if(std::begin(g_kinds), std::end(g_kinds), [&](const Kind& row) { return head == row.head; });
+        std::string name = "none";
+        if (kind != std::end(g_kinds))
+            name = kind->name + degreeOf(query, kind->degree) + (isCorrected(query) ? ", with GPX correction" : "");
         const auto known =
             std::find_if(counts.begin(), counts.end(), [&](const Count& row) { return row.name == name; });
         const std::int64_t spectra = query.integer(5).value_or(0);

@@ -127,6 +127,7 @@ void addSampleCommand(CLI::App& app, Output& output) {
                {"paladin-quadratic", sample::CalibrationFamily::PaladinQuadratic},
                {"linear", sample::CalibrationFamily::Linear}},
               "Law of the m/z axis (tof-quadratic)");
+    command.add_flag("--gpx", run.gpx, "Correct the masses of the law by a polynomial");
     addChoice(command, "--compressor", run.compressor,
               {{"none", sample::Compressor::None},
                {"vlc", sample::Compressor::Vlc},
@@ -148,6 +149,7 @@ void addSampleCommand(CLI::App& app, Output& output) {
   qsf2sql sample demo-run
   qsf2sql sample big --spectra 1000000 --profiles none --max-lines 8
   qsf2sql sample packed --compressor vlc
+  qsf2sql sample corrected --calibration tof2-cubic --gpx
   qsf2sql sample recalibrated --recalibration database
   qsf2sql sample trap --calibration paladin-quadratic --points 30000 --polarity both)");
     command.callback([options, &output] { writeSample(*options, output); });

@@ -5,6 +5,25 @@
 namespace road {
 namespace {
 
+/// The blob with a correction that is used on the masses 50 to 4000, and its coefficients.
+Bytes corrected(Bytes calibration, const std::vector<double>& coefficients) {
+    const double constants[] = {0.0, 0.0, 50.0, 4000.0};
+    const std::uint16_t use = 1;
+    const auto count = static_cast<std::uint16_t>(coefficients.size());
+    const std::uint32_t offset = 40;
+    const auto append = [&calibration](const void* bytes, std::size_t size) {
+        const auto* const first = static_cast<const unsigned char*>(bytes);
+        calibration.insert(calibration.end(), first, first + size);
+    };
+    calibration[2] = 1;
+    append(constants, sizeof constants);
+    append(&use, sizeof use);
+    append(&count, sizeof count);
+    append(&offset, sizeof offset);
+    append(coefficients.data(), coefficients.size() * sizeof(double));
+    return calibration;
+}
+
 class Mz : public Road {
 protected:
     /// One spectrum with four profile points and two lines.
@@ -44,17 +63,64 @@ TEST_F(Mz, EveryFamilyByItsLaw) {
     expectMasses(blob(4098, {100, 0.25}), [](double i) { return 100 + 0.25 * i; });
 }
 
+TEST_F(Mz, ACorrectionFindsThePreciseMass) {
+    const Bytes straight = blob(4098, {100, 0.25});
+    // Searched: apparent = 1.25 m + 10; at first order: apparent = m + 2^-10; beyond 4000: apparent = m + 1010.
+    expectMasses(corrected(straight, {10, 1.25}), [](double i) { return (100 + 0.25 * i - 10) / 1.25; });
+    expectMasses(corrected(straight, {0x1p-10, 1}), [](double i) { return 100 + 0.25 * i - 0x1p-10; });
+    expectMasses(corrected(blob(4098, {6000, 1}), {10, 1.25}), [](double i) { return 6000 + i - 1010; });
+    // Ahead of an extension; c1 = 4e12 makes the factor under the root 0.25.
+    const Bytes tof = corrected(blob(1, {20, 0.5, 1, 4e12, 0}), {10, 1.25});
+    expectMasses(tof, [](double i) { return (std::pow(i * 0.5 + 20 - 1, 2) / 0.25 - 10) / 1.25; });
+}
+
+TEST_F(Mz, ACorrectionThatIsDamagedIsToldAndEnds) {
+    const Bytes straight = blob(4098, {100, 450});
+    const std::string notUnique = "gpx polynomial could not be inverted in a unique way";
+    // Where the acquired range has no mass there is no cache.
+    for (const std::vector<double>& coefficients : {std::vector<double>{5},
+                                                    {0, 0, 0},
+                                                    {std::nan(""), 1},
+                                                    {0, -1},
+                                                    {1e300, 1, 1e300},
+                                                    std::vector<double>(5000, 1e300)}) {
+        writeWith(corrected(straight, coefficients));
+        EXPECT_FALSE(Storage(mainFile()));
+        EXPECT_EQ(lastError(), notUnique);
+    }
+    // Holds at index 0, where the acquired range ends, and is off by more than the search is wide at the next ones.
+    write({{.profile = std::vector<std::uint32_t>(10, 1),
+            .lines = LineData{.index = {{1.0, 2.0}}},
+            .info = {.calibration = corrected(straight, {0, 1, 0, 0, 0, 0, 0, 0, 0, 0, 0, -1e-30})}}});
+    const Storage storage(mainFile());
+    ASSERT_TRUE(storage) << lastError();
+    EXPECT_EQ(storage.failureOf(id("LineMzId")), notUnique);
+    EXPECT_EQ(storage.failureOf(id("ProfileMzId")),
+              "Transformation failed, most likely due to bad calibration constants.");
+    EXPECT_EQ(storage.read<std::uint32_t>(id("ProfileIntensityId")).size(), 10u) << "all else is served";
+
+    Bytes cut = corrected(straight, {0, 1});
+    cut.pop_back();
+    writeWith(cut);
+    EXPECT_EQ(Storage(mainFile()).failureOf(id("LineMzId")),
+              "ReadAndThrow: fileAccess.Read(pBuffer, Bytes) is false: CTQCBaseException::READ_NUMBER_OF_BYTES");
+}
+
 TEST_F(Mz, ReadsDoNotDependOnTheNumberOfThreads) {
-    write({{.profile = std::vector<std::uint32_t>(300000, 1),
-            .info = {.calibration = blob(1, {25000.0, 0.2, 12.5, 500.0, 1e-3})}}});
-    std::vector<double> reference;
-    for (const int threads : {1, 2, 5}) {
-        qsf2sql_set_num_threads(threads);
-        const Storage storage(mainFile());
-        const auto masses = storage.read<double>(id("ProfileMzId"));
-        if (reference.empty())
-            reference = masses;
-        EXPECT_TRUE(masses == reference) << threads;
+    const Bytes tof = blob(1, {25000.0, 0.2, 12.5, 500.0, 1e-3});
+    for (const Bytes& calibration :
+         {tof, corrected(tof, {1e-3, 1 - 4e-6, 9e-9, -4e-12}), corrected(tof, {0, 1, 1e-5})}) {
+        write({{.profile = std::vector<std::uint32_t>(300000, 1), .info = {.calibration = calibration}}});
+        std::vector<double> reference;
+        for (const int threads : {1, 2, 5}) {
+            qsf2sql_set_num_threads(threads);
+            const Storage storage(mainFile());
+            const auto masses = storage.read<double>(id("ProfileMzId"));
+            if (reference.empty())
+                reference = masses;
+            EXPECT_EQ(masses.size(), 300000u);
+            EXPECT_TRUE(masses == reference) << threads;
+        }
     }
 }
 

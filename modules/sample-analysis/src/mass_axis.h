@@ -55,11 +55,14 @@ private:
     /// The law while the instrument drifts by `ppm`; of a reference the temperatures and factors that take the drift
     /// out again.
     Functional functional(double ppm, bool reference = false, double error = 0.0) const;
+    /// The transformator of the law, with the correction of the run around it.
+    Calibration transformator(const Functional& law, const Physical& axis) const;
     std::size_t sensors() const;
     Physical defaultPhysical() const;
     Physical physical() const;
 
     CalibrationFamily m_family;
+    bool m_gpx;
     double m_lower;
     double m_upper;
     std::uint32_t m_points;

@@ -39,6 +39,7 @@ struct SampleRunParameters {
     std::uint32_t spectra = 400;  ///< survey (MS^1) and fragment (MS^2) spectra together
     std::uint64_t seed = 1;
     CalibrationFamily calibration = CalibrationFamily::TofQuadratic;
+    bool gpx = false;  ///< the law is off by some parts per million, which a polynomial takes out
     double mzLower = 100.0;
     double mzUpper = 1700.0;
     std::uint32_t points = 200'000;  ///< data points of the axis from `mzLower` to `mzUpper`, at least 2
