@@ -40,6 +40,24 @@ TEST_F(Platform, PositionedFileReadsToTheEndAndRefusesWhatIsNoFile) {
         EXPECT_FALSE(PositionedFile::open(other)) << other;
 }
 
+TEST_F(Platform, AStampTellsAWriteToAFileAtRest) {
+    const fs::path file = fileWith("data", "one");
+    const auto first = stampOf(file);
+    ASSERT_TRUE(first);
+    EXPECT_EQ(first, stampOf(file));
+    EXPECT_FALSE(first->isAtRest()) << "written just now";
+    fs::last_write_time(file, 1'000'000'000);
+    const auto second = stampOf(file);
+    EXPECT_NE(second, first);
+    EXPECT_FALSE(second->isAtRest()) << "the status was changed just now";
+    FileStamp old = *second;
+    old.changed = old.modified;
+    EXPECT_TRUE(old.isAtRest());
+    fileWith("data", "two");
+    EXPECT_NE(stampOf(file), second);
+    EXPECT_FALSE(stampOf(m_directory / "missing"));
+}
+
 TEST_F(Platform, PrivateFileIsLockedWhileHeldAndMovesInOneStep) {
     const fs::path path = m_directory / "private";
     const fs::path target = fileWith("target", "old");

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -34,6 +35,27 @@ public:
     /// Size in bytes at this moment, 0 when it cannot be told.
     virtual std::uint64_t size() const = 0;
 };
+
+/// What a system notes of every write to a file ahead of its bytes.
+struct FileStamp {
+    std::uint64_t device = 0;
+    std::uint64_t number = 0;
+    std::int64_t size = 0;
+    std::int64_t modified = 0;  ///< nanoseconds of the system's clock
+    std::int64_t changed = 0;   ///< the same, of any change to the file or its status
+
+    friend bool operator==(const FileStamp&, const FileStamp&) = default;
+
+    /// Whether the times lie far enough in the past to tell a next write from the last one.
+    bool isAtRest() const;
+};
+
+/// Nothing if there is no such file.
+std::optional<FileStamp> stampOf(const boost::filesystem::path& file);
+
+/// Whether two equal stamps of the file, of which the first was at rest, say that nobody wrote to it between them. Not
+/// on a file system that other computers write to as well.
+bool hasDependableStamps(const boost::filesystem::path& file);
 
 /// A file that its creator owns alone: made under a name that did not exist, never through a link, and locked against
 /// every other holder until the object goes. Removed on destruction unless it was kept or moved before.

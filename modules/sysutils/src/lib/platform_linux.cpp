@@ -1,13 +1,18 @@
 #include "sysutils/platform.h"
 
+#include <algorithm>
 #include <boost/filesystem/operations.hpp>
 #include <cerrno>
+#include <chrono>
 #include <csignal>
 #include <cstdio>
+#include <iterator>
 
 #include <fcntl.h>
+#include <linux/magic.h>
 #include <sys/file.h>
 #include <sys/stat.h>
+#include <sys/vfs.h>
 #include <unistd.h>
 
 namespace kvan::sys {
@@ -154,6 +159,43 @@ std::unique_ptr<PositionedFile> PositionedFile::open(const boost::filesystem::pa
     if (descriptor.get() < 0 || !isRegular(descriptor.get()))
         return nullptr;
     return std::make_unique<LinuxPositionedFile>(std::move(descriptor));
+}
+
+bool FileStamp::isAtRest() const {
+    // Some file systems count the time of a write in steps of two seconds.
+    constexpr std::chrono::nanoseconds longestStep = std::chrono::seconds(2);
+    const std::chrono::nanoseconds now = std::chrono::system_clock::now().time_since_epoch();
+    return now.count() - std::max(modified, changed) > 2 * longestStep.count();
+}
+
+std::optional<FileStamp> stampOf(const boost::filesystem::path& file) {
+    struct stat status {};
+    if (::stat(file.c_str(), &status) != 0)
+        return {};
+    const auto nanoseconds = [](const timespec& time) {
+        return std::int64_t{time.tv_sec} * 1'000'000'000 + time.tv_nsec;
+    };
+    return FileStamp{.device = status.st_dev,
+                     .number = status.st_ino,
+                     .size = status.st_size,
+                     .modified = nanoseconds(status.st_mtim),
+                     .changed = nanoseconds(status.st_ctim)};
+}
+
+bool hasDependableStamps(const boost::filesystem::path& file) {
+    struct statfs status {};
+    if (::statfs(file.c_str(), &status) != 0)
+        return false;
+    constexpr std::uint32_t zfs = 0x2FC12FC1;  // is in no header
+    const std::uint32_t localSystems[] = {EXT4_SUPER_MAGIC,
+                                          XFS_SUPER_MAGIC,
+                                          BTRFS_SUPER_MAGIC,
+                                          F2FS_SUPER_MAGIC,
+                                          TMPFS_MAGIC,
+                                          OVERLAYFS_SUPER_MAGIC,
+                                          zfs};
+    return std::find(std::begin(localSystems), std::end(localSystems), static_cast<std::uint32_t>(status.f_type)) !=
+           std::end(localSystems);
 }
 
 std::unique_ptr<PrivateFile> PrivateFile::create(const boost::filesystem::path& model,
