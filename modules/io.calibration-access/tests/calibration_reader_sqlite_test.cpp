@@ -1,6 +1,7 @@
 #include "calibration-access/calibration_reader_sqlite.h"
 
 #include "calibration-core/interfaces/ICalibrationTransformator.h"
+#include "calibration-reader/unlocked_frame_calibrators.h"
 #include "calibration_file.h"
 
 #include <boost/filesystem/fstream.hpp>
@@ -213,6 +214,40 @@ TEST_F(Reader, WhatIsWrongWithARowIsToldWhereItIsNeeded) {
     sql("UPDATE RefMzCalibration SET ModelType = 5");
     EXPECT_EQ(failureOf([&] { open("references")->getRefMzTrafo(false, 0, 0); }),
               "FTMS1356 as reference trafo is not supported.");
+}
+
+/// A file at rest is read without locks, which no caller may notice: numbers that belong together, under a writer that
+/// changes all of them again and again.
+TEST_F(Reader, ReadsWithoutLocksSeeNoHalfOfAChange) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(4100));
+    cppsqlite::CppSQLite3DB database;
+    database.open(file().string());
+    UnlockedFrameCalibrators unlocked(file(), 5);
+    const auto reader = open("frames");
+    const auto isWhole = [](const CalibrationReaderSqlite::TransformatorPtr& law) {
+        return law->RawToMass(0.0) == 3.0 || law->RawToMass(1.0) == 2 * law->RawToMass(0.0);
+    };
+    std::size_t withoutLocks = 0;
+    for (int read = 0; read < 40; ++read) {
+        ASSERT_TRUE(isWhole(reader->getMzTrafo(3)));
+        withoutLocks += unlocked.tryLoad(3, {}, database) != nullptr ? 1 : 0;
+    }
+    EXPECT_EQ(withoutLocks > 0, sys::hasDependableStamps(file()));
+    const auto time = fs::last_write_time(file());
+    const pid_t child = ::fork();
+    if (child == 0) {
+        for (int c = 1; c <= 20; ++c)
+            sql("UPDATE FrameMzCalibration SET C0 = " + std::to_string(c) + ", C1 = " + std::to_string(c) +
+                " WHERE Id = 13");
+        ::_exit(0);
+    }
+    int status = -1;
+    for (int read = 0; ::waitpid(child, &status, WNOHANG) == 0; ++read)
+        ASSERT_TRUE(isWhole(reader->getMzTrafo(3))) << read;
+    EXPECT_EQ(status, 0);
+    fs::last_write_time(file(), time);  // proves nothing: the system notes the change of the time as well
+    EXPECT_FALSE(unlocked.tryLoad(3, {}, database));
+    EXPECT_EQ(reader->getMzTrafo(3)->RawToMass(0.0), 20.0);
 }
 
 TEST_F(Reader, WaitsForAnotherProcess) {

@@ -21,18 +21,6 @@ constexpr int g_busyTimeout = 15000;  // milliseconds
     BOOST_THROW_EXCEPTION(std::runtime_error(text));
 }
 
-std::unique_ptr<CppSQLite3DB> connect(const fs::path& file, CppSQLite3DB::OpenMode mode) {
-    auto database = std::make_unique<CppSQLite3DB>();
-    database->open(sys::pathToUtf8(file), mode);
-    database->setBusyTimeout(g_busyTimeout);
-    database->distrustContent();
-    if (const auto name = cppsqlite::findComputedTable(
-            *database, {"GlobalMetadata", "CalibrationState", "DigitizerConstants", "FrameMzCalibrationMapping",
-                        "TimsCalibrationMapping", "RefMzCalibration", "FrameMzCalibration", "TimsCalibration"}))
-        fail("Calibration database: " + *name + " is not a plain table");
-    return database;
-}
-
 /// Whether all that was written to the database is in the file itself, and whole.
 bool isWholeByItself(const fs::path& file) {
     const fs::path log = file.parent_path() / (file.filename().native() + fs::path("-wal").native());
@@ -43,15 +31,27 @@ bool isWholeByItself(const fs::path& file) {
 /// Where nothing may be written, SQLite refuses a database in write-ahead mode, although nobody else writes it either.
 std::unique_ptr<CppSQLite3DB> connectForReading(const fs::path& file) {
     try {
-        return connect(file, CppSQLite3DB::OpenMode::Existing);
+        return connectToCalibrationDatabase(file, CppSQLite3DB::OpenMode::Existing);
     } catch (const cppsqlite::CppSQLite3Exception& fault) {
         if (fault.errorCode() != SQLITE_READONLY || !isWholeByItself(file))
             throw;
     }
-    return connect(file, CppSQLite3DB::OpenMode::Frozen);
+    return connectToCalibrationDatabase(file, CppSQLite3DB::OpenMode::Frozen);
 }
 
 }  // namespace
+
+std::unique_ptr<CppSQLite3DB> connectToCalibrationDatabase(const fs::path& file, CppSQLite3DB::OpenMode mode) {
+    auto database = std::make_unique<CppSQLite3DB>();
+    database->open(sys::pathToUtf8(file), mode);
+    database->setBusyTimeout(g_busyTimeout);
+    database->distrustContent();
+    if (const auto name = cppsqlite::findComputedTable(
+            *database, {"GlobalMetadata", "CalibrationState", "DigitizerConstants", "FrameMzCalibrationMapping",
+                        "TimsCalibrationMapping", "RefMzCalibration", "FrameMzCalibration", "TimsCalibration"}))
+        fail("Calibration database: " + *name + " is not a plain table");
+    return database;
+}
 
 fs::path calibrationFile(const fs::path& analysisDirectory) {
     const fs::path directory = analysisDirectory.empty() ? "." : analysisDirectory;

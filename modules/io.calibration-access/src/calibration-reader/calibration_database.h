@@ -19,4 +19,9 @@ bool isThere(const boost::filesystem::path& file);
 /// `CppSQLite3Exception` when SQLite refuses.
 std::unique_ptr<cppsqlite::CppSQLite3DB> openCalibrationDatabase(const boost::filesystem::path& file);
 
+/// A connection to the file in that mode, of which no schema is read but to see that it is harmless. Throws as
+/// `openCalibrationDatabase`.
+std::unique_ptr<cppsqlite::CppSQLite3DB> connectToCalibrationDatabase(const boost::filesystem::path& file,
+                                                                      cppsqlite::CppSQLite3DB::OpenMode mode);
+
 }  // namespace kvan::io::calibration

@@ -55,24 +55,19 @@ std::optional<DigitizerConstants> readDigitizerConstants(CppSQLite3DB& database,
     return {};
 }
 
-[[noreturn]] void failWithoutTrafo(std::int64_t id) {
-    fail("No m/z trafo for id [" + std::to_string(id) + "] available");
-}
-
 }  // namespace
 
-CalibrationReaderSqliteImpl::CalibrationReaderSqliteImpl(std::unique_ptr<CppSQLite3DB> database, const std::string& key)
+CalibrationReaderSqliteImpl::CalibrationReaderSqliteImpl(const boost::filesystem::path& file,
+                                                         std::unique_ptr<CppSQLite3DB> database, const std::string& key)
     : m_logger(logging::Logger::getLogger("io.calibration.CalibrationReaderSqliteImpl")),
       m_database(std::move(database)),
       m_key(key),
       m_state(resolveState(*m_database, key)),
       m_references(*m_database, "RefMzCalibration", {"T1", "T2", "dC1", "dC2"}),
-      m_frames(*m_database, "FrameMzCalibration", {}, m_state),
+      m_frames(*m_database, m_state),
       m_hasFrameCalibrators(readHasFrameCalibrators(*m_database, m_state)),
       m_digitizer(readDigitizerConstants(*m_database, m_state, m_logger)),
-      m_calibrationOfFrame(m_database->compileStatement(
-          "SELECT FrameMzCalibrationId FROM FrameMzCalibrationMapping WHERE CalibrationState='" +
-          std::to_string(m_state) + "' AND FrameId=?")) {}
+      m_unlockedFrames(file, m_state) {}
 
 CalibrationReaderSqliteImpl::TransformatorPtr CalibrationReaderSqliteImpl::getMzTrafo(std::int64_t frameId) {
     if (!m_hasFrameCalibrators)
@@ -81,17 +76,9 @@ CalibrationReaderSqliteImpl::TransformatorPtr CalibrationReaderSqliteImpl::getMz
 }
 
 CalibrationReaderSqliteImpl::TransformatorPtr CalibrationReaderSqliteImpl::loadFrameMzTrafo(std::int64_t frameId) {
-    m_calibrationOfFrame.bind(1, frameId);
-    // Stays open while the model is read, so that both come from one state of the database.
-    const TypedRow mapping(m_calibrationOfFrame.execQuery(), "FrameMzCalibrationMapping", "FrameId", frameId);
-    if (!mapping.exists())
-        failWithoutTrafo(frameId);
-    const std::int64_t id = mapping.integer(0);
-    const TypedRow row = m_frames.find(id);
-    if (!row.exists())
-        failWithoutTrafo(id);
-    return makeMzTrafo(mzModelOf(row.integer(CalibrationTableReader::ModelType)), row, m_frames.firstModelColumn(),
-                       m_digitizer);
+    if (auto transformator = m_unlockedFrames.tryLoad(frameId, m_digitizer, *m_database))
+        return transformator;
+    return m_frames.load(frameId, m_digitizer);
 }
 
 CalibrationReaderSqliteImpl::TransformatorPtr CalibrationReaderSqliteImpl::getRefMzTrafo(bool negative, double T1,

@@ -1,10 +1,10 @@
 #pragma once
 
 #include "calibration-core/temperaturecompensation/CalibrationTemperatureCompensator.h"
-#include "calibration-reader/mz_models.h"
-#include "calibration-table-reader/calibration_table_reader.h"
+#include "calibration-reader/unlocked_frame_calibrators.h"
 #include "logger/logger.h"
 
+#include <boost/filesystem/path.hpp>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -32,7 +32,9 @@ class CalibrationReaderSqliteImpl {
 public:
     using TransformatorPtr = std::shared_ptr<::kvan::calibration::ICalibrationTransformator>;
 
-    CalibrationReaderSqliteImpl(std::unique_ptr<cppsqlite::CppSQLite3DB> database, const std::string& key);
+    /// `database` is the open connection to `file`.
+    CalibrationReaderSqliteImpl(const boost::filesystem::path& file, std::unique_ptr<cppsqlite::CppSQLite3DB> database,
+                                const std::string& key);
 
     const std::string& stateKey() const { return m_key; }
     bool hasFrameCalibrators() const { return m_hasFrameCalibrators; }
@@ -56,10 +58,10 @@ private:
     std::string m_key;
     std::int64_t m_state;
     CalibrationTableReader m_references;
-    CalibrationTableReader m_frames;
+    FrameCalibrators m_frames;
     bool m_hasFrameCalibrators;
     std::optional<DigitizerConstants> m_digitizer;
-    cppsqlite::CppSQLite3Statement m_calibrationOfFrame;
+    UnlockedFrameCalibrators m_unlockedFrames;
     Reference m_positive;
     Reference m_negative;
 };

@@ -1,0 +1,71 @@
+#include "calibration-reader/unlocked_frame_calibrators.h"
+
+#include "calibration-reader/calibration_database.h"
+
+namespace kvan::io::calibration {
+
+namespace {
+
+/// Holds one state of a database; while it lasts no writer can change the file, unless in write-ahead mode.
+class ReadTransaction {
+public:
+    explicit ReadTransaction(cppsqlite::CppSQLite3DB& database) : m_database(database) {
+        m_database.execDML("BEGIN");
+        m_database.execScalar("SELECT COUNT(*) FROM GlobalMetadata");  // the lock comes with the first row
+    }
+    ReadTransaction(const ReadTransaction&) = delete;
+    ReadTransaction& operator=(const ReadTransaction&) = delete;
+    ~ReadTransaction() {
+        try {
+            m_database.execDML("COMMIT");
+        } catch (const cppsqlite::CppSQLite3Exception&) {
+            // Nothing was written.
+        }
+    }
+
+private:
+    cppsqlite::CppSQLite3DB& m_database;
+};
+
+bool hasWriteAheadLog(cppsqlite::CppSQLite3DB& database) {
+    return database.execQuery("PRAGMA journal_mode").fieldValue(0) == "wal";
+}
+
+}  // namespace
+
+std::shared_ptr<::kvan::calibration::ICalibrationTransformator> UnlockedFrameCalibrators::tryLoad(
+    std::int64_t frameId, const std::optional<DigitizerConstants>& digitizer, cppsqlite::CppSQLite3DB& locked) {
+    try {
+        if (!m_calibrators && isDue())
+            connect(locked);
+        if (!m_calibrators)
+            return nullptr;
+        if (isUntouched()) {
+            auto transformator = m_calibrators->load(frameId, digitizer);
+            if (isUntouched())
+                return transformator;
+        }
+        m_calibrators.reset();
+    } catch (const std::exception&) {
+        // Whatever a writer in between may have made of the read: under locks it is told or it is none.
+    }
+    return nullptr;
+}
+
+bool UnlockedFrameCalibrators::isDue() {
+    constexpr std::uint64_t first = 16;
+    constexpr std::uint64_t interval = 1024;
+    return m_lockedReads++ % interval == first;
+}
+
+void UnlockedFrameCalibrators::connect(cppsqlite::CppSQLite3DB& locked) {
+    const ReadTransaction nobodyWrites(locked);
+    m_stamp = sys::stampOf(m_file);
+    // A write-ahead log changes the database without a change to its file.
+    if (!m_stamp || !m_stamp->isAtRest() || !sys::hasDependableStamps(m_file) || hasWriteAheadLog(locked))
+        return;
+    m_database = connectToCalibrationDatabase(m_file, cppsqlite::CppSQLite3DB::OpenMode::Frozen);
+    m_calibrators.emplace(*m_database, m_state);
+}
+
+}  // namespace kvan::io::calibration
