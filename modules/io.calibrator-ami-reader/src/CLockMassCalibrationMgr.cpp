@@ -68,7 +68,7 @@ void CReferenceMassList::ExtractFromBlob(Stream& stream) {
 void CQAMethodMSLockMassRecalibrationParams::ExtractFromBlob(Stream& stream) {
     const VersionNumber version =
         archive::readHead(stream, Tags::get().lockMassParams, {{0, 1}, {0, 2}, {0, 3}, {1, 0}});
-    stream >> tolerance;
+    read<double>(stream);
     masses.ExtractFromBlob(stream);
     if (version >= VersionNumber(0, 2) && version <= VersionNumber(0, 3))
         read<bool>(stream);

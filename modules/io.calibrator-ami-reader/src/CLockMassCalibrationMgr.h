@@ -19,11 +19,10 @@ struct CReferenceMassList {
     std::vector<Entry> entries;
 };
 
-/// How the lock-mass calibration was done.
+/// How the lock-mass calibration was done; its numbers are stepped over.
 struct CQAMethodMSLockMassRecalibrationParams {
     void ExtractFromBlob(archive::Stream& stream);
 
-    double tolerance = 0.0;
     CReferenceMassList masses;
 };
 
