@@ -3,18 +3,27 @@
 #include "math-functions/invert.h"
 #include "sysutils/vector_clones.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace kvan::math {
 
 namespace {
 
-/// The law comes by value, so that nothing stored through `values` can change it.
+/// Small enough that all of it stays in the first cache while the coefficients pass over it.
+constexpr std::size_t g_chunkSize = 256;
+
+/// `x` and `values` may be one array. The law comes by value, so that nothing stored can change it.
 template <class Law>
-QSF_VECTOR_CLONES void evaluateBlock(const Law law, const double* x, double* values, std::size_t count) {
+QSF_VECTOR_CLONES void evaluateChunk(const Law law, const double* x, double* values, std::size_t count) {
+    double arguments[g_chunkSize];
+    double inside[g_chunkSize];
+    for (std::size_t k = 0; k < count; ++k)
+        arguments[k] = Law::Argument(x[k]);
+    law.Inside().Values(arguments, inside, count);
     QSF_INDEPENDENT_ELEMENTS
     for (std::size_t k = 0; k < count; ++k)
-        values[k] = law(x[k]);
+        values[k] = law.Continued(x[k], inside[k]);
 }
 
 /// power * (power - 1) * ..., of `order` factors.
@@ -47,20 +56,21 @@ double halfPowerDerivativeOf(const std::vector<double>& coefficients, double x, 
 
 template <class Law>
 double CSpec1dPolynomElem<Law>::Value(double x) const {
-    return m_law(x);
+    return valueOf(m_law, x);
 }
 
 template <class Law>
 void CSpec1dPolynomElem<Law>::Values(const double* x, double* values, std::size_t count) const {
-    evaluateBlock(m_law, x, values, count);
+    for (std::size_t begin = 0; begin < count; begin += g_chunkSize)
+        evaluateChunk(m_law, x + begin, values + begin, std::min(g_chunkSize, count - begin));
 }
 
 template <class Law>
 std::optional<double> CSpec1dPolynomElem<Law>::Inverse(double y, double lower, double upper) const {
-    return invert(m_law, y, lower, upper);
+    return invert([this](double x) { return valueOf(m_law, x); }, y, lower, upper);
 }
 
-template class CSpec1dPolynomElem<Polynomial>;
+template class CSpec1dPolynomElem<EverywhereLaw>;
 template class CSpec1dPolynomElem<ShiftExtLaw>;
 template class CSpec1dPolynomElem<DerivExtLaw>;
 

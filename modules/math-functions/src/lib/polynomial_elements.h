@@ -31,7 +31,7 @@ private:
 };
 
 /// Kind 9: the polynomial for all x.
-class CSpec1dIntPolynomElemXAll final : public CSpec1dPolynomElem<Polynomial> {
+class CSpec1dIntPolynomElemXAll final : public CSpec1dPolynomElem<EverywhereLaw> {
 public:
     explicit CSpec1dIntPolynomElemXAll(const std::vector<double>& coefficients);
     double Derivative(double x, int order) const override;

@@ -1,12 +1,15 @@
 #pragma once
 
+#include "sysutils/vector_clones.h"
+
 #include <cmath>
 #include <cstddef>
 #include <limits>
 #include <vector>
 
-/// The formulas of the polynomial elements as plain values: a single value, the loop over a block and the search share
-/// one. All branches are worked out for each argument, so that the loop has none.
+/// The formulas of the polynomial elements as plain values: single values, blocks and the search share them. A law is a
+/// polynomial of `Argument`(x), and `Continued` outside its range; all branches are worked out for each x, so that a
+/// loop has none.
 namespace kvan::math {
 
 /// The argument range of a polynomial; all numbers where the ends are not in order.
@@ -34,9 +37,34 @@ public:
         return value;
     }
 
+    /// The same of `count` arguments, coefficient by coefficient. `values` must not overlap `x`.
+    [[gnu::always_inline]] void Values(const double* x, double* values, std::size_t count) const {
+        for (std::size_t k = 0; k < count; ++k)
+            values[k] = m_coefficients[m_degree];
+        for (std::size_t i = m_degree; i-- > 0;) {
+            const double coefficient = m_coefficients[i];
+            QSF_INDEPENDENT_ELEMENTS
+            for (std::size_t k = 0; k < count; ++k)
+                values[k] = values[k] * x[k] + coefficient;
+        }
+    }
+
 private:
     const double* m_coefficients;
     std::size_t m_degree;
+};
+
+/// The polynomial for all x.
+class EverywhereLaw {
+public:
+    explicit EverywhereLaw(const Polynomial& polynomial) : m_polynomial(polynomial) {}
+
+    const Polynomial& Inside() const { return m_polynomial; }
+    [[gnu::always_inline]] static double Argument(double x) { return x; }
+    [[gnu::always_inline]] double Continued(double, double inside) const { return inside; }
+
+private:
+    Polynomial m_polynomial;
 };
 
 /// Leaves the range with the distance from the identity that the polynomial has at the end: x + (f(end) - end).
@@ -49,9 +77,9 @@ public:
           m_above(polynomial(range.upper) - range.upper) {}
 
     const ArgumentRange& Range() const { return m_range; }
-
-    [[gnu::always_inline]] double operator()(double x) const {
-        const double inside = m_polynomial(x);
+    const Polynomial& Inside() const { return m_polynomial; }
+    [[gnu::always_inline]] static double Argument(double x) { return x; }
+    [[gnu::always_inline]] double Continued(double x, double inside) const {
         const double notAbove = x < m_range.lower ? x + m_below : inside;
         return x > m_range.upper ? x + m_above : notAbove;
     }
@@ -75,9 +103,9 @@ public:
           m_upperSlope(upperSlope) {}
 
     const ArgumentRange& Range() const { return m_range; }
-
-    [[gnu::always_inline]] double operator()(double x) const {
-        const double inside = m_polynomial(std::sqrt(x));
+    const Polynomial& Inside() const { return m_polynomial; }
+    [[gnu::always_inline]] static double Argument(double x) { return std::sqrt(x); }
+    [[gnu::always_inline]] double Continued(double x, double inside) const {
         const double notAbove = x < m_range.lower ? m_lowerValue + m_lowerSlope * (x - m_range.lower) : inside;
         return x > m_range.upper ? m_upperValue + m_upperSlope * (x - m_range.upper) : notAbove;
     }
@@ -90,5 +118,10 @@ private:
     double m_lowerSlope;
     double m_upperSlope;
 };
+
+template <class Law>
+[[gnu::always_inline]] inline double valueOf(const Law& law, double x) {
+    return law.Continued(x, law.Inside()(Law::Argument(x)));
+}
 
 }  // namespace kvan::math
