@@ -1,4 +1,5 @@
 #include "analysis.h"
+#include "calibration_in_force.h"
 #include "calibration_kinds.h"
 #include "commands.h"
 #include "sketch.h"
@@ -33,7 +34,13 @@ void writeSpectraSummary(Database& database, Output& output) {
                    fixed(*query.real(4), 2) + " to " + fixed(query.real(5).value_or(0.0), 2) + " s");
     if (query.integer(6))
         writeEntry(output, "Acquired m/z", count(6) + " to " + count(7));
-    writeEntry(output, "Calibration", calibrationKinds(database));
+}
+
+void writeCalibration(Analysis& analysis, Output& output) {
+    const CalibrationInForce calibration = calibrationInForce(analysis);
+    writeEntry(output, "Calibration in force", calibration.source);
+    for (const auto& [store, reason] : calibration.others)
+        writeEntry(output, "  " + store, reason);
 }
 
 void writeKinds(Database& database, Output& output) {
@@ -67,6 +74,8 @@ void writeInfo(const std::string& path, bool withSketch, Output& output) {
     writeProperties(analysis.database(), output);
     writeSpectraSummary(analysis.database(), output);
     writeKinds(analysis.database(), output);
+    writeEntry(output, "Calibration", calibrationKinds(analysis.database()));
+    writeCalibration(analysis, output);
     if (withSketch)
         writeChromatogram(analysis.database(), output);
 }
@@ -78,7 +87,8 @@ void addInfoCommand(CLI::App& app, Output& output) {
         std::string path;
         bool noSketch = false;
     };
-    CLI::App& command = *app.add_subcommand("info", "Tell what was measured, and where the cache lies");
+    CLI::App& command =
+        *app.add_subcommand("info", "Tell what was measured, which calibration is in force, and where the cache lies");
     const auto options = std::make_shared<Options>();
     command.add_option("DIR", options->path, "Directory of the analysis or its main file")->required();
     command.add_flag("--no-sketch", options->noSketch, "Leave out the chromatogram");
