@@ -6,7 +6,6 @@ namespace kvan::calibration {
 
 namespace {
 
-const char* const g_unsupported = "runtime_error: Calibration family not supported yet.";
 const char* const g_badFlag =
     "runtime_error: kvan::calibration::CalibrationTransformatorFactorySerialization::DeserializeFromBlob: Invalid "
     "serialization: transformator type unknown.";
@@ -234,8 +233,6 @@ TEST(CalibrationBlob, IsCheckedInTheOrderBlockFlagCorrectionExtension) {
     EXPECT_EQ(failureOfReading(withFlag(g_linear, 2, 24)), g_badFlag);
     EXPECT_EQ(failureOfReading(withFlag(g_ionTrap, 1, 39)), g_cut);
     EXPECT_EQ(failureOfReading(withFlag(g_tofReference, 0, 1)), g_cut);
-    for (const u16 type : {u16{8}})
-        EXPECT_EQ(failureOfReading(head(type)), g_unsupported) << type;
 }
 
 TEST(CalibrationBlob, RefusesToWriteTheOtherForm) {

@@ -38,7 +38,7 @@ inline Bytes packed(Values... values) {
 }
 
 inline Bytes operator+(Bytes a, const Bytes& b) {
-    a.insert(a.end(), b.begin(), b.end());
+    std::copy(b.begin(), b.end(), std::back_inserter(a));
     return a;
 }
 

@@ -2,6 +2,7 @@
 #include "transformators.h"
 
 #include <cmath>
+#include <iostream>
 #include <limits>
 #include <sstream>
 
@@ -119,6 +120,197 @@ TEST(Kite1, IsAFacetAroundATimeAxis) {
           "\t\tparent mass = 0", "\t\tPolynomial coefficients[0, 1]",
           "\t\tKITE coefficients[0, 1], kite time = 0, "
           "correction time  = 0, calib time range = [1, 9]\n\t\tidx range = [0, 0] ignore? 0"})
+        EXPECT_NE(dump.str().find(words), std::string::npos) << words << dump.str();
+}
+
+using Kite2 = Constants::CalibrationPolynomialKITE2::Numbers;
+
+TransformatorPtr kite2(const Kite2& numbers) {
+    return factory().createTransformatorKite2(tof(0, 1e12, 0, 10, 0.5), numbers);
+}
+
+const CCalibPolynomial g_identity{{0, 1}, 0, 0, 0};
+
+/// Two parents, at 100 and 900, for the parent mass 400.
+Kite2 between(int mode) {
+    return {.parentMass = 400,
+            .referenceTime = 3,
+            .ignoreIndexBounds = true,
+            .interpolationMode = mode,
+            .parents = {{{10, 4, 0.5}, 1, 50, 100}, {{9, 6, 3}, 3, 30, 900}},
+            .global = g_identity};
+}
+
+/// h(4) and h(30): 16 and 900 are the masses.
+void expectValues(const Kite2& numbers, double atFour, double atThirty) {
+    const auto law = kite2(numbers);
+    EXPECT_NEAR(law->MassToRaw(16), atFour + 3, 1e-12);
+    EXPECT_NEAR(law->MassToRaw(-16), atFour + 3, 1e-12);
+    EXPECT_NEAR(law->MassToRaw(900), atThirty + 3, 1e-10);
+    EXPECT_NEAR(law->RawToMass(atFour + 3), 16, 1e-12);
+    EXPECT_NEAR(law->DIndexToMass((atThirty + 3 - 10) / 0.5), 900, 1e-10);
+}
+
+TEST(Kite2, PreparesThePolynomialForTheParentMass) {
+    // That of 100, scaled by u = 1/2 and v = 2: 20, 4, 0.25 on [2, 100].
+    expectValues(between(0), 40, 365);
+    // That of 900, by 3/2 and 2/3: 6, 6, 4.5 on [2, 20]; common to both is [2, 20].
+    // Weight 3/8: 14.75, 4.75, 1.84375, and at 20 847.25 with the slope 78.5.
+    expectValues(between(1), 63.25, 1632.25);
+    // Weight 1/2: 13, 5, 2.375, and at 20 1063 with the slope 100.
+    expectValues(between(2), 71, 2063);
+    expectValues(between(3), 71, 2063);
+    // Without a neighbour on the side of the parent mass: at the nearest parent.
+    for (const double mass : {50.0, 100.0, 900.0, 1000.0}) {
+        Kite2 outside = between(1);
+        outside.parentMass = mass;
+        Kite2 nearest = outside;
+        nearest.interpolationMode = 0;
+        EXPECT_EQ(kite2(outside)->MassToRaw(16), kite2(nearest)->MassToRaw(16)) << mass;
+    }
+    // VC0(20) = 1 + 0.5 * 20 in place of the offset.
+    Kite2 offset = between(2);
+    offset.vc0 = {1, 0.5};
+    expectValues(offset, 69, 2061);
+    offset.interpolationMode = 3;
+    expectValues(offset, 71, 2063);
+    // Nothing is scaled without a parent mass.
+    Kite2 without = between(0);
+    without.parentMass = 0;
+    expectValues(without, 34, 580);
+}
+
+TEST(Kite2, ParentsWithoutACommonRangeAreTold) {
+    Kite2 numbers = between(2);
+    numbers.parents[1].argLow = 300;
+    numbers.parents[1].argHigh = 400;
+    testing::internal::CaptureStdout();
+    expectValues(numbers, 71, 13 + 150 + 2137.5);  // on [2, 100] of the first
+    EXPECT_NE(testing::internal::GetCapturedStdout().find(
+                  "[WARN ] kvan.calibration_core.CalibrationPolynomialKITE2: Strange calibration. Can't determine a "
+                  "common w range during interpolation. Using that of the first polynomial at M=1.000000e+02\n"),
+              std::string::npos);
+    numbers.parents[1].argHigh = 300;  // no range at all
+    expectValues(numbers, 71, 13 + 150 + 2137.5);
+}
+
+TEST(Kite2, GlobalPolynomialsStandBetweenMassAndSquare) {
+    Kite2 numbers = between(0);
+    numbers.global = {{-0.16, 1.01, 0}, 0, 20, 0};  // g(16) = 16, g(20) = 20.04, and straight on
+    const auto law = kite2(numbers);
+    EXPECT_NEAR(law->MassToRaw(16), 43, 1e-12);
+    EXPECT_NEAR(law->RawToMass(43), 16, 1e-12);
+    EXPECT_NEAR(law->RawToMass(368), 20 + 879.96 / 1.01, 1e-10);  // within 9 of 900
+}
+
+TEST(Kite2, WhatMakesNoLawOrHasNoInverseIsTold) {
+    const auto with = [](CCalibPolynomial parent, CCalibPolynomial global = g_identity) {
+        return Kite2{.ignoreIndexBounds = true, .parents = {parent}, .global = global};
+    };
+    const double huge = std::numeric_limits<double>::max();
+    const std::string init = "runtime_error: Kite2 InitData(): unexpected error.";
+    const std::string extrema = "runtime_error: Polynomial has local extrema inside boundaries.";
+    const std::string global = "runtime_error: Bad global-poly coefficients.";
+    Kite2 unordered = between(1);
+    std::swap(unordered.parents[0].parentMass, unordered.parents[1].parentMass);
+    unordered.parentMass = 1000;
+    const std::pair<Kite2, std::string> lawless[] = {
+        {{},
+         "invalid_argument: CalibrationTransformatorFactory::createTransformatorKite2: can't create kite2Polynomial"},
+        {with({{0, g_nan}, 0, 9}), init},
+        {with({{huge, huge, INFINITY}, 0, 9}), init},
+        {with({std::vector<double>(65, 1.0), 0, 9}), init},
+        {with({{0, 1, huge, 1e-300}, 0, 9}), init},  // no companion matrix
+        {with({{0, 1}, 0, 9}, {{g_nan, 1}, 0, 9}), init},
+        {with({{0, 20, -1}, 0, 11}), extrema},
+        {with({{0, 1}, 0, 9}, {{1}, 0, 9}), global},
+        {with({{0, 1}, 0, 9}, {}), global},
+        {unordered, "runtime_error: Parent mass M2 must be greater than M1."},
+    };
+    for (const auto& [numbers, text] : lawless)
+        EXPECT_EQ(failureOf([&, &sample = numbers] { kite2(sample); }), text);
+
+    const char* const notInvertible = "runtime_error: Kite2 RawToMass: unable to invert polynomial.";
+    const std::pair<Kite2, double> cases[] = {
+        {with({{}, 0, 9}), 5},              // empty
+        {with({{7}, 0, 9}), 5},             // constant
+        {with({{0, 20, -1}, 0, 10}), 101},  // level beyond the range
+        {with({{0, -1}, 0, 9}), 5},         // falls
+        {with({{50, 1}, 0, 9}), 10},        // below w = 0
+        {with({{0, 1}, 0, 9}), g_nan},
+        {with({{0, 1}, 0, 9}, {{0, -1}, 0, 9}), 100},   // g falls
+        {with({{0, 1}, 0, 9}, {{500, 1}, 0, 9}), 100},  // g is farther away than e
+    };
+    for (const auto& [numbers, raw] : cases) {
+        const auto law = kite2(numbers);
+        EXPECT_EQ(failureOf([&, value = raw] { law->RawToMass(value); }), notInvertible) << raw;
+        Doubles many(200, raw);
+        EXPECT_EQ(failureOf([&] { law->RawsToMasses(many); }),
+                  "runtime_error: Transformation failed, most likely due to bad calibration constants.");
+    }
+    // A range in reverse order, and an extremum at its end, bound nothing.
+    EXPECT_EQ(kite2(with({{0, 20, -1}, 11, 0}))->RawToMass(19), 1);
+    EXPECT_EQ(kite2(with({{0, 20, -1}, 0, 10}))->RawToMass(19), 1);
+    // Beyond the steps that are kept, and all the way up.
+    EXPECT_NEAR(kite2(with({{0, 1}, 0, 9}))->RawToMass(1e140), 1e280, 1e266);
+}
+
+TEST(Kite2, IsAFacetThatCanBeAdapted) {
+    const auto law = kite2(between(0));
+    EXPECT_EQ(law->GetFunctionalTypeCode(), 10);
+    EXPECT_EQ(failureOf([&] { law->GetFunctionalConstants(); }),
+              "runtime_error: GetFunctionalConstants(): the Kite2 transformator has no dedicated functional-constants "
+              "object.");
+    EXPECT_EQ(failureOf([&] { law->SetFunctionalConstants(nullptr); }),
+              "runtime_error: The Kite2 transformator has no dedicated functional-constants object.");
+    EXPECT_EQ(failureOf([&] { law->SetMeasurementModeInfo(nullptr); }),
+              "runtime_error: Kite2 transformator does not have measurement modes.");
+    const auto kite = std::dynamic_pointer_cast<ICalibrationTransformatorKITE>(law);
+    EXPECT_EQ(failureOf([&] { kite->DumpData(std::cout); }),
+              "runtime_error: CalibrationTransformatorKITE2::DumpData: the transformator is not serializable");
+
+    const auto copy = cloneObject(law);
+    kite->setInterpolationMode(2);
+    EXPECT_TRUE(law->IsEqual(*kite2(between(2))));
+    EXPECT_TRUE(copy->IsEqual(*kite2(between(0))));
+    EXPECT_NEAR(law->MassToRaw(16), 74, 1e-12);
+    kite->setCurrentParentMass(100, 5);
+    EXPECT_EQ(law->MassToRaw(16), 34 + 5);
+    EXPECT_EQ(kite->getCurrentParentMass(), 100);
+    EXPECT_EQ(kite->getCurrentReferenceTime(), 5);
+    EXPECT_EQ(kite->getInterpolationMode(), 2);
+    EXPECT_EQ(failureOf([&] { kite->setCurrentParentMass(400, g_nan); }),
+              "runtime_error: Kite2 InitData(): unexpected error.");
+    EXPECT_EQ(law->MassToRaw(16), 34 + 5);
+
+    EXPECT_EQ(law->usableMassRange(500, 0.1), std::make_pair(0.0, HUGE_VAL));
+    EXPECT_EQ(failureOf([&] { law->monotonicMassRange(-1); }), "runtime_error: m0 argument out of expected range.");
+    Kite2 global = between(0);
+    global.global.coefficients = {0, 1.5};
+    EXPECT_EQ(failureOf([&] { kite2(global)->usableMassRange(500, 0.1); }),
+              "runtime_error: Kite2: monotonicMassRange() available only for disabled global polynomial.");
+
+    testing::internal::CaptureStdout();
+    Kite2 bounded = between(0);
+    bounded.ignoreIndexBounds = false;
+    kite2(bounded)->SetCalibMode(3);
+    const std::string log = testing::internal::GetCapturedStdout();
+    EXPECT_NE(log.find("[WARN ] kvan.calibration_core.Kite2Transformator: InitData(): case 'IgnoreIndexBounds == "
+                       "false'. Should not occur in actual data. This case was never handled well.\n"),
+              std::string::npos);
+    EXPECT_NE(log.find("[WARN ] kvan.calibration_core.Kite2Transformator: Kite2 CalibMode != 0 encountered. Entering "
+                       "possibly inconsistent and untested code paths.\n"),
+              std::string::npos);
+
+    std::ostringstream dump;
+    law->Dump(dump);
+    for (const char* words :
+         {"\tCalibrationPolynomialKITE2[ ", "\t\tInterpolation mode = 2", "\t\tMeasured parent mass = 0",
+          "\t\tGlobal polynomial[ ", "\t\tMeasured global polynomial[ ", "\t\tParent polynomials[ ",
+          "\t\t\tCalibrationPolynomialSimple[ \n\t\t\t\tparent mass = 900\n\t\t\t\tArg range = [3, "
+          "30]\n\t\t\t\tcoefficients "
+          "= (9, 6, 3)\n\t\t\t]\n",
+          "\t\tKITE2 polynomial[ ", "\t\t] ", "\t\tVC0 coefficients[], Arg range = [1, 50]"})
         EXPECT_NE(dump.str().find(words), std::string::npos) << words << dump.str();
 }
 

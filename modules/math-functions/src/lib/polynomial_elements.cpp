@@ -10,20 +10,10 @@ namespace kvan::math {
 
 namespace {
 
-/// Small enough that all of it stays in the first cache while the coefficients pass over it.
-constexpr std::size_t g_chunkSize = 256;
-
-/// `x` and `values` may be one array. The law comes by value, so that nothing stored can change it.
+/// The law comes by value, so that nothing stored can change it.
 template <class Law>
 QSF_VECTOR_CLONES void evaluateChunk(const Law law, const double* x, double* values, std::size_t count) {
-    double arguments[g_chunkSize];
-    double inside[g_chunkSize];
-    for (std::size_t k = 0; k < count; ++k)
-        arguments[k] = Law::Argument(x[k]);
-    law.Inside().Values(arguments, inside, count);
-    QSF_INDEPENDENT_ELEMENTS
-    for (std::size_t k = 0; k < count; ++k)
-        values[k] = law.Continued(x[k], inside[k]);
+    valuesOf(law, x, values, count);
 }
 
 /// power * (power - 1) * ..., of `order` factors.

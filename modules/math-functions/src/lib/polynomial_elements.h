@@ -1,7 +1,7 @@
 #pragma once
 
 #include "lib/function_elements.h"
-#include "lib/polynomial_laws.h"
+#include "math-functions/polynomial_laws.h"
 
 #include <vector>
 

@@ -125,12 +125,6 @@ void CalibrationPolynomialKITE2::SetParentMass(double mass) {
     prepare(std::move(numbers));
 }
 
-void CalibrationPolynomialKITE2::SetInterpolationMode(int mode) {
-    Numbers numbers = m_numbers;
-    numbers.interpolationMode = mode;
-    prepare(std::move(numbers));
-}
-
 /// Changes nothing when it fails.
 void CalibrationPolynomialKITE2::prepare(Numbers numbers) {
     KVAN_LOG(logger(), DEBUG) << "Preparing for parent mass = " << numbers.parentMass;

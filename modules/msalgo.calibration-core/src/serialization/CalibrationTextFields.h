@@ -33,6 +33,7 @@ public:
             throwInvalidPrefix(m_reader, m_operation);
         return static_cast<std::size_t>(found - begin);
     }
+    std::string_view Token() { return m_reader.Token(); }
     double Double() { return valueOf(m_reader.Double()); }
     int Int() { return valueOf(m_reader.Int()); }
     std::vector<double> Vector() { return m_reader.Vector(); }

@@ -262,15 +262,10 @@ struct WrappingTextFamily {
 constexpr WrappingTextFamily g_wrappingFamilies[] = {
     {PsdTextForm::Strategy, PsdTextForm::Read},
     {Kite1TextForm::Strategy, Kite1TextForm::Read},
+    {Kite2TextForm::Strategy, Kite2TextForm::Read},
 };
 
-/// KITE 2.
-constexpr int g_unsupportedStrategies[] = {10};
-
 const TextFamily& familyOf(int strategy) {
-    if (std::find(std::begin(g_unsupportedStrategies), std::end(g_unsupportedStrategies), strategy) !=
-        std::end(g_unsupportedStrategies))
-        BOOST_THROW_EXCEPTION(std::runtime_error("Calibration family not supported yet."));
     const auto* const family = std::find_if(std::begin(g_families), std::end(g_families),
                                             [=](const TextFamily& row) { return row.strategy == strategy; });
     if (family == std::end(g_families))

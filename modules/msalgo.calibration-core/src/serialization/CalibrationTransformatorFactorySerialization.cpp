@@ -35,10 +35,6 @@ using Factory = ICalibrationTransformatorFactory;
 /// In the head of a blob without a transformator.
 constexpr std::uint16_t g_noTransformator = 255;
 
-[[noreturn]] void throwNotSupported() {
-    BOOST_THROW_EXCEPTION(std::runtime_error("Calibration family not supported yet."));
-}
-
 [[noreturn]] void throwInvalidText() {
     BOOST_THROW_EXCEPTION(
         std::runtime_error("kvan::calibration::Transformation::CalibrationTransformatorFactorySerialization::"
@@ -66,10 +62,6 @@ TransformatorPtr readTof2CompensatedReference(CalibBlobReadAccess& access, const
     return CCOConversionUtil::MapQSF2CCO(block, temperatures, factors, factory);
 }
 
-TransformatorPtr readUnsupported(CalibBlobReadAccess&, const Factory&) {
-    throwNotSupported();
-}
-
 struct BlobType {
     std::uint16_t type;
     TransformatorPtr (*read)(CalibBlobReadAccess& access, const Factory& factory);
@@ -83,7 +75,7 @@ constexpr BlobType g_blobTypes[] = {
     {TOFCalibrationRefBlock::Type, readBlock<TOFCalibrationRefBlock>, DeserializeRefExtension},
     {PSDCalibrationBlock::Type, PsdStoredForm::Read, DeserializeExtension},
     {KITE1CalibrationBlock::Type, Kite1StoredForm::Read, DeserializeExtension},
-    {8, readUnsupported, DeserializeExtension},  // KITE 2
+    {KITE2CalibrationBlock::Type, Kite2StoredForm::Read, DeserializeExtension},
     {TOF2CalibrationBlock::Type, readBlock<TOF2CalibrationBlock>, DeserializeExtension},
     {Tof2TempCorrCalibrationBlock::Type, readTof2Compensated, DeserializeExtension},
     {TOF2CalibrationRefBlock::Type, readBlock<TOF2CalibrationRefBlock>, DeserializeRefExtension},

@@ -12,6 +12,28 @@ constexpr const char* g_kite1Prefixes[] = {"V1.0CKITECalibrationConstants", "V2.
                                            "V2.1CKITECalibrationConstants", "V3.0CKITECalibrationConstants"};
 enum Kite1Version : std::size_t { V1_0, V2_0, V2_1, V3_0 };
 
+constexpr const char* g_kite2Prefix = "V1.0CKite2CalibrationConstants";
+constexpr std::string_view g_polynomialPrefix = "V1.0CCalibPolynomial";
+
+using Polynomial = Constants::CalibrationPolynomialSimple;
+
+Polynomial DeserializePolynomialSimple(CalibrationTextFields& fields) {
+    if (fields.Token() != g_polynomialPrefix)
+        BOOST_THROW_EXCEPTION(std::invalid_argument(
+            "DeserializePolynomialSimple: Invalid polynomial string:  was data written with a newer software?"));
+    Polynomial polynomial;
+    polynomial.coefficients = fields.Vector();
+    polynomial.argLow = fields.Double();
+    polynomial.argHigh = fields.Double();
+    polynomial.parentMass = fields.Double();
+    return polynomial;
+}
+
+void writePolynomial(CalibrationTextWriter& writer, const Polynomial& polynomial) {
+    writer << g_polynomialPrefix << polynomial.coefficients << polynomial.argLow << polynomial.argHigh
+           << polynomial.parentMass;
+}
+
 void requireGood(const CalibrationTextStream& stream, const char* field) {
     if (!stream.Good())
         BOOST_THROW_EXCEPTION(std::runtime_error(
@@ -71,6 +93,48 @@ void Kite1TextForm::Write(const ICalibrationTransformator& tof, const Constants:
            << polynomial.GetCalibrationParentMass() << timeLow << timeHigh;
     writer << polynomial.GetCalibrationCoefficients() << polynomial.GetCoefficients();
     writer << tof.GetCalibMode() << firstIndex << lastIndex << 0 << 0;
+}
+
+CalibrationTextForm::TransformatorPtr Kite2TextForm::Read(CalibrationTextReader& reader,
+                                                          const ICalibrationTransformatorFactory& factory) {
+    CalibrationTextFields fields(reader, "DeserializeFromStringKITE2");
+    fields.Prefix(&g_kite2Prefix, &g_kite2Prefix + 1);
+    const auto tof = CalibrationTextForm::ReadConstants(CalibrationTextForm::TofStrategy, reader, factory);
+    Constants::CalibrationPolynomialKITE2::Numbers numbers;
+    for (int count = fields.Int(); count > 0; --count)  // ends with the text, whatever the count
+        numbers.parents.push_back(DeserializePolynomialSimple(fields));
+    numbers.global = DeserializePolynomialSimple(fields);
+    numbers.vc0 = fields.Vector();
+    numbers.interpolationMode = fields.Int();
+    fields.Int();
+    numbers.parentMass = fields.Double();
+    numbers.referenceTime = fields.Double();
+    numbers.measuredParentMass = fields.Double();
+    DeserializePolynomialSimple(fields);  // the global one as measured
+    DeserializePolynomialSimple(fields);  // the one for the parent mass
+    numbers.indexRange.first = fields.Int();
+    numbers.indexRange.second = fields.Int();
+    numbers.ignoreIndexBounds = fields.Int() != 0;
+    for (int unread = 0; unread < 3; ++unread)
+        fields.Int();
+    return factory.createTransformatorKite2(tof, numbers);
+}
+
+void Kite2TextForm::Write(const ICalibrationTransformator& tof, const Constants::CalibrationPolynomialKITE2& polynomial,
+                          CalibrationTextWriter& writer) {
+    writer << g_kite2Prefix;
+    CalibrationTextForm::SerializePraefixAndConstants(CalibrationTextForm::TofStrategy, tof, writer);
+    const auto& numbers = polynomial.GetNumbers();
+    writer << static_cast<int>(numbers.parents.size());
+    for (const Polynomial& parent : numbers.parents)
+        writePolynomial(writer, parent);
+    writePolynomial(writer, numbers.global);
+    writer << numbers.vc0 << numbers.interpolationMode << 0;
+    writer << numbers.parentMass << numbers.referenceTime << numbers.measuredParentMass;
+    writePolynomial(writer, numbers.global);
+    writePolynomial(writer, polynomial.GetCurrentPolynomial());
+    writer << numbers.indexRange.first << numbers.indexRange.second << int{numbers.ignoreIndexBounds};
+    writer << 0 << 0 << 0;
 }
 
 }  // namespace kvan::calibration

@@ -33,6 +33,13 @@ inline std::uint16_t storedCount(std::size_t count) {
     return static_cast<std::uint16_t>(count);
 }
 
+/// An offset as a block holds it. Throws `std::invalid_argument` for more.
+inline std::uint32_t storedOffset(std::size_t offset) {
+    if (offset > std::numeric_limits<std::uint32_t>::max())
+        BOOST_THROW_EXCEPTION(std::invalid_argument("invalid serialization: too many coefficients for a blob"));
+    return static_cast<std::uint32_t>(offset);
+}
+
 template <class Block>
 void writeBlock(const ICalibrationTransformator& transformator, tqclegacy::CALIBRATION::CalibBlobWriteAccess& access) {
     Block block{};

@@ -48,9 +48,6 @@ public:
     /// For the current parent mass.
     const CalibrationPolynomialSimple& GetCurrentPolynomial() const { return m_current; }
 
-    void SetReferenceTime(double time) { m_numbers.referenceTime = time; }
-    void SetInterpolationMode(int mode);
-
 private:
     void prepare(Numbers numbers);
 

@@ -29,6 +29,12 @@ public:
     TransformatorPtr createTransformatorPsd(
         const TransformatorPtr& tof,
         const std::shared_ptr<const Constants::CalibrationPolynomialPSDFAST>& polynomial) const override;
+    TransformatorPtr createTransformatorKite2(const TransformatorPtr& tof, const Kite2Numbers& numbers) const override;
+    TransformatorPtr createTransformatorKite2(double timeDelay, double timeBase, double c0, double c1, double c2,
+                                              const std::vector<CCalibPolynomial>& parents,
+                                              const CCalibPolynomial& global, const std::vector<double>& vc0,
+                                              int interpolationMode, double parentMass, double referenceTime,
+                                              int firstIndex, int lastIndex) const override;
     TransformatorPtr createTransformatorKite(const TransformatorPtr& tof, const Kite1Numbers& numbers) const override;
     TransformatorPtr createTransformatorKite(double timeDelay, double timeBase, double c0, double c1, double c2,
                                              double parentMass, double correctionTime,

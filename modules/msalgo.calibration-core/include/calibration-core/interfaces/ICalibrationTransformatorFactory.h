@@ -1,6 +1,7 @@
 #pragma once
 
 #include "calibration-core/constants/CalibrationPolynomialKITE1.h"
+#include "calibration-core/constants/CalibrationPolynomialKITE2.h"
 #include "calibration-core/constants/CalibrationPolynomialPSDFAST.h"
 #include "calibration-core/interfaces/ICalibrationPolynomialGPX.h"
 #include "calibration-core/interfaces/ICalibrationTransformator.h"
@@ -67,6 +68,22 @@ public:
     virtual TransformatorPtr createTransformatorPsd(
         const TransformatorPtr& tof,
         const std::shared_ptr<const Constants::CalibrationPolynomialPSDFAST>& polynomial) const = 0;
+
+    using Kite2Numbers = Constants::CalibrationPolynomialKITE2::Numbers;
+
+    /// KITE 2 on the time axis of `tof`, a TOF1 transformator. Throws `std::invalid_argument`
+    /// "CalibrationTransformatorFactory::createTransformatorKite2: can't create kite2Polynomial" for null and without
+    /// parent polynomials, and `std::runtime_error` for numbers that make no law: "Polynomial has local extrema inside
+    /// boundaries.", "Bad global-poly coefficients.", "Parent mass M2 must be greater than M1." and "Kite2 InitData():
+    /// unexpected error.".
+    virtual TransformatorPtr createTransformatorKite2(const TransformatorPtr& tof,
+                                                      const Kite2Numbers& numbers) const = 0;
+    /// The same from the numbers of the axis and those that conversions use.
+    virtual TransformatorPtr createTransformatorKite2(double timeDelay, double timeBase, double c0, double c1,
+                                                      double c2, const std::vector<CCalibPolynomial>& parents,
+                                                      const CCalibPolynomial& global, const std::vector<double>& vc0,
+                                                      int interpolationMode, double parentMass, double referenceTime,
+                                                      int firstIndex, int lastIndex) const = 0;
 
     using Kite1Numbers = Constants::CalibrationPolynomialKITE1::Numbers;
 

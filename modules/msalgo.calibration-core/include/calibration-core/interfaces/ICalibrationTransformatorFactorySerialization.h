@@ -14,8 +14,8 @@ public:
     virtual ~ICalibrationTransformatorFactorySerialization() = default;
 
     /// The transformator of a calibration blob. Null for no bytes at all, for type 255 ("no transformator") and for
-    /// types that no family has. Throws `std::runtime_error` for bytes that end too early, a damaged part, or a family
-    /// that is not supported, and `std::invalid_argument` for constants that the factory refuses.
+    /// types that no family has. Throws `std::runtime_error` for bytes that end too early, a damaged part, or numbers that
+    /// make no law, and `std::invalid_argument` for constants that the factory refuses.
     virtual std::shared_ptr<ICalibrationTransformator> DeserializeFromBlob(
         const std::vector<unsigned char>& blob) const = 0;
 
@@ -32,7 +32,7 @@ public:
                                           std::vector<unsigned char>& blob) const = 0;
 
     /// The transformator of a calibration text (docs/calibration-text.md); never null. Throws `std::runtime_error` for
-    /// a text that is damaged, of an unknown version or strategy, or of a family that is not supported, and
+    /// a text that is damaged, of an unknown version or strategy, or of numbers that make no law, and
     /// `std::invalid_argument` for constants that the factory refuses.
     virtual std::shared_ptr<ICalibrationTransformator> DeserializeFromString(const std::string& text) const = 0;
 

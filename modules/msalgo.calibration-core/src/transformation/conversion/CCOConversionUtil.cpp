@@ -328,6 +328,36 @@ void CCOConversionUtil::MapCCO2QSF(const ICalibrationTransformator& tof,
     block.ignore = polynomial.GetIgnoreIndexBounds() ? 1 : 0;
 }
 
+CCOConversionUtil::TransformatorPtr CCOConversionUtil::MapQSF2CCO(const KITE2CalibrationBlock& block,
+                                                                  const CCalibPolynomial& global,
+                                                                  const std::vector<CCalibPolynomial>& parents,
+                                                                  const Values& vc0, const Factory& factory) {
+    return factory.createTransformatorKite2(
+        MapQSF2CCO(block.tof, factory), {.parentMass = block.parentMass,
+                                         .referenceTime = block.referenceTime,
+                                         .measuredParentMass = block.measuredParentMass,
+                                         .measuredReferenceTime = block.measuredReferenceTime,
+                                         .indexRange = {std::int32_t{block.firstIndex}, std::int32_t{block.lastIndex}},
+                                         .ignoreIndexBounds = block.ignoreIndexBounds != 0,
+                                         .parents = parents,
+                                         .global = global,
+                                         .vc0 = vc0});
+}
+
+void CCOConversionUtil::MapCCO2QSF(const ICalibrationTransformator& tof,
+                                   const Constants::CalibrationPolynomialKITE2& polynomial,
+                                   KITE2CalibrationBlock& block) {
+    MapCCO2QSF(tof, block.tof);
+    const auto& numbers = polynomial.GetNumbers();
+    block.parentMass = numbers.parentMass;
+    block.referenceTime = numbers.referenceTime;
+    block.measuredParentMass = numbers.measuredParentMass;
+    block.measuredReferenceTime = numbers.measuredReferenceTime;
+    block.firstIndex = numbers.indexRange.first;
+    block.lastIndex = numbers.indexRange.second;
+    block.ignoreIndexBounds = numbers.ignoreIndexBounds ? 1 : 0;
+}
+
 CCOConversionUtil::TransformatorPtr CCOConversionUtil::MapQSF2CCO(const PSDCalibrationBlock& block, const Values& spc,
                                                                   const Values& ocp, const Values& classic,
                                                                   const Factory& factory) {

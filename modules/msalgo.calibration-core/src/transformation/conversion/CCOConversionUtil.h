@@ -42,6 +42,11 @@ public:
     static TransformatorPtr MapQSF2CCO(const tqclegacy::CALIBRATION::KITE1CalibrationBlock& block,
                                        const Values& coefficients, const Factory& factory);
 
+    /// The interpolation mode is 0.
+    static TransformatorPtr MapQSF2CCO(const tqclegacy::CALIBRATION::KITE2CalibrationBlock& block,
+                                       const CCalibPolynomial& global, const std::vector<CCalibPolynomial>& parents,
+                                       const Values& vc0, const Factory& factory);
+
     static constexpr int ClassicPsdMode = 1;
     static constexpr int FastPsdMode = 2;
 
@@ -96,6 +101,9 @@ public:
                            const Constants::CalibrationPolynomialKITE1& polynomial,
                            tqclegacy::CALIBRATION::KITE1CalibrationBlock& block);
 
+    static void MapCCO2QSF(const ICalibrationTransformator& tof,
+                           const Constants::CalibrationPolynomialKITE2& polynomial,
+                           tqclegacy::CALIBRATION::KITE2CalibrationBlock& block);
     /// Null: no polynomial, mode 0. The ends of the argument range are cut to whole numbers.
     static void MapCCO2QSF(const ICalibrationTransformator& tof,
                            const Constants::CalibrationPolynomialPSDFAST* polynomial,

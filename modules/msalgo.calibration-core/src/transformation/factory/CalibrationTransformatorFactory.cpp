@@ -200,6 +200,32 @@ Factory::TransformatorPtr CalibrationTransformatorFactory::createTransformatorPs
     return newPsd(tof, polynomial);
 }
 
+Factory::TransformatorPtr CalibrationTransformatorFactory::createTransformatorKite2(const TransformatorPtr& tof,
+                                                                                    const Kite2Numbers& numbers) const {
+    if (!tof || numbers.parents.empty())
+        BOOST_THROW_EXCEPTION(std::invalid_argument(
+            "CalibrationTransformatorFactory::createTransformatorKite2: can't create kite2Polynomial"));
+    return newKite2(tof, Constants::CalibrationPolynomialKITE2(numbers));
+}
+
+/// The bounds of indices are kept, but nothing uses them: they count as ignored.
+Factory::TransformatorPtr CalibrationTransformatorFactory::createTransformatorKite2(
+    double timeDelay, double timeBase, double c0, double c1, double c2, const std::vector<CCalibPolynomial>& parents,
+    const CCalibPolynomial& global, const std::vector<double>& vc0, int interpolationMode, double parentMass,
+    double referenceTime, int firstIndex, int lastIndex) const {
+    return createTransformatorKite2(makeTof(*this, timeDelay, timeBase, c0, c1, c2),
+                                    {.parentMass = parentMass,
+                                     .referenceTime = referenceTime,
+                                     .measuredParentMass = parentMass,
+                                     .measuredReferenceTime = referenceTime,
+                                     .indexRange = {firstIndex, lastIndex},
+                                     .ignoreIndexBounds = true,
+                                     .interpolationMode = interpolationMode,
+                                     .parents = parents,
+                                     .global = global,
+                                     .vc0 = vc0});
+}
+
 Factory::TransformatorPtr CalibrationTransformatorFactory::createTransformatorKite(const TransformatorPtr& tof,
                                                                                    const Kite1Numbers& numbers) const {
     if (!tof)

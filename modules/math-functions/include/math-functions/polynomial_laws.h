@@ -91,20 +91,29 @@ private:
     double m_above;
 };
 
-/// A polynomial in sqrt(x) that leaves the range straight: f(end) + f'(end) * (x - end).
-class DerivExtLaw {
+struct PlainArgument {
+    [[gnu::always_inline]] static double Of(double x) { return x; }
+};
+
+struct RootArgument {
+    [[gnu::always_inline]] static double Of(double x) { return std::sqrt(x); }
+};
+
+/// A polynomial that leaves the range straight: f(end) + f'(end) * (x - end).
+template <class ArgumentPolicy>
+class StraightExtLaw {
 public:
-    DerivExtLaw(const Polynomial& polynomial, const ArgumentRange& range, double lowerSlope, double upperSlope)
+    StraightExtLaw(const Polynomial& polynomial, const ArgumentRange& range, double lowerSlope, double upperSlope)
         : m_polynomial(polynomial),
           m_range(range),
-          m_lowerValue(polynomial(std::sqrt(range.lower))),
-          m_upperValue(polynomial(std::sqrt(range.upper))),
+          m_lowerValue(polynomial(Argument(range.lower))),
+          m_upperValue(polynomial(Argument(range.upper))),
           m_lowerSlope(lowerSlope),
           m_upperSlope(upperSlope) {}
 
     const ArgumentRange& Range() const { return m_range; }
     const Polynomial& Inside() const { return m_polynomial; }
-    [[gnu::always_inline]] static double Argument(double x) { return std::sqrt(x); }
+    [[gnu::always_inline]] static double Argument(double x) { return ArgumentPolicy::Of(x); }
     [[gnu::always_inline]] double Continued(double x, double inside) const {
         const double notAbove = x < m_range.lower ? m_lowerValue + m_lowerSlope * (x - m_range.lower) : inside;
         return x > m_range.upper ? m_upperValue + m_upperSlope * (x - m_range.upper) : notAbove;
@@ -119,9 +128,28 @@ private:
     double m_upperSlope;
 };
 
+/// A polynomial in sqrt(x) that leaves the range straight.
+using DerivExtLaw = StraightExtLaw<RootArgument>;
+
 template <class Law>
 [[gnu::always_inline]] inline double valueOf(const Law& law, double x) {
     return law.Continued(x, law.Inside()(Law::Argument(x)));
+}
+
+/// As many values as are worked out at a time: all of it stays in the first cache while the coefficients pass over it.
+inline constexpr std::size_t g_chunkSize = 256;
+
+/// The same for at most `g_chunkSize` arguments. `x` and `values` may be one array.
+template <class Law>
+[[gnu::always_inline]] inline void valuesOf(const Law& law, const double* x, double* values, std::size_t count) {
+    double arguments[g_chunkSize];
+    double inside[g_chunkSize];
+    for (std::size_t k = 0; k < count; ++k)
+        arguments[k] = Law::Argument(x[k]);
+    law.Inside().Values(arguments, inside, count);
+    QSF_INDEPENDENT_ELEMENTS
+    for (std::size_t k = 0; k < count; ++k)
+        values[k] = law.Continued(x[k], inside[k]);
 }
 
 }  // namespace kvan::math

@@ -1,0 +1,220 @@
+#include "transformation/kite/Kite2Law.h"
+
+#include "math-base/find_zero_block.h"
+#include "math-base/polynomials.h"
+#include "math-functions/invert.h"
+#include "sysutils/vector_clones.h"
+#include "utilities/FiniteNumbers.h"
+
+#include <algorithm>
+#include <boost/throw_exception.hpp>
+#include <cmath>
+#include <limits>
+#include <stdexcept>
+
+namespace kvan::calibration::Transformation {
+
+namespace {
+
+using Polynomial = Constants::CalibrationPolynomialSimple;
+
+[[noreturn]] void fail(const char* text) {
+    BOOST_THROW_EXCEPTION(std::runtime_error(text));
+}
+
+constexpr double g_endless = std::numeric_limits<double>::max();
+
+/// Half the width of the search for a mass whose g is `x`.
+[[gnu::always_inline]] inline double searchWidth(double x) {
+    return std::max(1.0, 0.01 * std::fabs(x));
+}
+
+std::vector<double> derivativeOf(const std::vector<double>& coefficients) {
+    std::vector<double> derivative;
+    for (std::size_t i = 1; i < coefficients.size(); ++i)
+        derivative.push_back(static_cast<double>(i) * coefficients[i]);
+    if (derivative.empty())
+        derivative.push_back(0.0);
+    return derivative;
+}
+
+/// Beyond any polynomial that could be fitted; the search for extrema costs the cube of it.
+constexpr std::size_t g_mostCoefficients = 64;
+
+void requireUsable(const Polynomial& polynomial) {
+    if (polynomial.coefficients.size() > g_mostCoefficients || !Utilities::areFinite(polynomial.coefficients))
+        fail("Kite2 InitData(): unexpected error.");
+}
+
+void requireNoExtrema(std::vector<double> derivative, const Polynomial& polynomial) {
+    while (derivative.size() > 1 && derivative.back() == 0.0)
+        derivative.pop_back();
+    if (derivative.size() < 2 || !polynomial.IsBounded())
+        return;
+    std::vector<std::complex<double>> roots;
+    try {
+        math::polynomialRoots(derivative.size(), derivative.data(), roots);
+    } catch (const std::runtime_error&) {  // a highest coefficient that is next to nothing
+        fail("Kite2 InitData(): unexpected error.");
+    }
+    for (const std::complex<double>& root : roots)
+        if (root.imag() == 0.0 && root.real() > polynomial.argLow && root.real() < polynomial.argHigh)
+            fail("Polynomial has local extrema inside boundaries.");
+}
+
+bool isIdentity(const std::vector<double>& coefficients) {
+    if (coefficients.size() < 2)
+        fail("Bad global-poly coefficients.");
+    return coefficients[0] == 0.0 && coefficients[1] == 1.0 &&
+           std::all_of(coefficients.begin() + 2, coefficients.end(), [](double value) { return value == 0.0; });
+}
+
+}  // namespace
+
+Kite2Law::Stage::Stage(const Polynomial& polynomial)
+    : coefficients(polynomial.coefficients.empty() ? std::vector<double>{0.0} : polynomial.coefficients),
+      derivative(derivativeOf(coefficients)),
+      law(math::Polynomial(coefficients), math::ArgumentRange(polynomial.argLow, polynomial.argHigh),
+          math::Polynomial(derivative)(polynomial.argLow), math::Polynomial(derivative)(polynomial.argHigh)) {}
+
+Kite2Law::Kite2Law(const Constants::CalibrationPolynomialKITE2& polynomial)
+    : m_polynomial(polynomial.GetCurrentPolynomial()), m_base(polynomial.GetNumbers().referenceTime) {
+    const Polynomial& current = polynomial.GetCurrentPolynomial();
+    const Polynomial& global = polynomial.GetNumbers().global;
+    requireUsable(current);
+    requireUsable(global);
+    if (!std::isfinite(m_base))
+        fail("Kite2 InitData(): unexpected error.");
+    requireNoExtrema(m_polynomial.derivative, current);
+    if (!isIdentity(global.coefficients))
+        m_global.emplace(global);
+
+    for (std::size_t k = 0; k < KnotCount; ++k) {
+        m_knots[k] = k == 0 ? 0.0 : std::ldexp(1.0, static_cast<int>(k) - 1);
+        m_values[k] = valueOf(m_polynomial.law, m_knots[k]);
+    }
+    while (m_rising < KnotCount && m_values[m_rising] > m_values[m_rising - 1])
+        ++m_rising;
+}
+
+double Kite2Law::MassToRaw(double mass) const {
+    const double square = m_global ? valueOf(m_global->law, mass) : mass;
+    return valueOf(m_polynomial.law, std::sqrt(std::fabs(square))) + m_base;
+}
+
+double Kite2Law::RawToMass(double raw) const {
+    const auto w =
+        math::invert([this](double x) { return valueOf(m_polynomial.law, x); }, raw - m_base, 0.0, g_endless);
+    if (!w)
+        fail("Kite2 RawToMass: unable to invert polynomial.");
+    const double x = *w * *w;
+    if (!m_global)
+        return x;
+    const double width = searchWidth(x);
+    const auto mass = math::invert([this](double m) { return valueOf(m_global->law, m); }, x, x - width, x + width);
+    if (!mass)
+        fail("Kite2 RawToMass: unable to invert polynomial.");
+    return *mass;
+}
+
+/// As many searches as run side by side, and which of them are left to the single form: those that fail, and those that
+/// go beyond the knots.
+struct Kite2Law::Searches {
+    math::ZeroBlock block;
+    bool single[math::g_zeroBlockSize];
+
+    /// The bracket from (a, fa) to (b, fb).
+    void set(std::size_t k, double y, double a, double fa, double b, double fb) {
+        block.y[k] = y;
+        block.previousX[k] = a;
+        block.previousY[k] = fa;
+        block.bestX[k] = b;
+        block.bestY[k] = fb;
+    }
+    /// Nothing to search.
+    void leave(std::size_t k) { set(k, 0.0, 0.0, 0.0, 0.0, 0.0); }
+};
+
+/// The brackets of w. Below the knot where the values cease to rise, the first step that passes a raw value is the only
+/// one, so that the place of the value before is tried first.
+void Kite2Law::bracketRoots(const double* raws, std::size_t count, Searches& searches) const {
+    std::size_t knot = 1;
+    for (std::size_t k = 0; k < math::g_zeroBlockSize; ++k) {
+        searches.leave(k);
+        searches.single[k] = false;
+        if (k >= count)
+            continue;
+        const double y = raws[k] - m_base;
+        const auto passes = [&](std::size_t upper) { return m_values[upper - 1] < y && y < m_values[upper]; };
+        if (!passes(knot))
+            for (knot = 1; knot < m_rising && !passes(knot); ++knot) {
+            }
+        searches.single[k] = knot == m_rising;
+        if (searches.single[k])
+            knot = 1;
+        else
+            searches.set(k, y, m_knots[knot - 1], m_values[knot - 1] - y, m_knots[knot], m_values[knot] - y);
+    }
+}
+
+/// Goes on from w to the brackets of the mass.
+QSF_VECTOR_CLONES void Kite2Law::bracketMasses(const Straight global, Searches& searches) {
+    math::ZeroBlock& block = searches.block;
+    alignas(64) math::ZeroBlock::Column lower, upper, below, above;
+    for (std::size_t k = 0; k < math::g_zeroBlockSize; ++k) {
+        const double x = block.bestX[k] * block.bestX[k];
+        const double width = searchWidth(x);
+        block.y[k] = x;
+        lower[k] = x - width;
+        upper[k] = x + width;
+    }
+    math::valuesOf(global, lower, below, math::g_zeroBlockSize);
+    math::valuesOf(global, upper, above, math::g_zeroBlockSize);
+    for (std::size_t k = 0; k < math::g_zeroBlockSize; ++k) {
+        const double x = block.y[k];
+        const double ga = below[k] - x;
+        const double gb = above[k] - x;
+        const bool passed = ((ga < 0.0) & (gb > 0.0)) | ((ga > 0.0) & (gb < 0.0));
+        block.previousX[k] = passed ? lower[k] : 0.0;
+        block.previousY[k] = passed ? ga : 0.0;
+        block.bestX[k] = passed ? upper[k] : 0.0;
+        block.bestY[k] = passed ? gb : 0.0;
+        searches.single[k] = searches.single[k] | !passed;
+    }
+}
+
+QSF_VECTOR_CLONES void Kite2Law::solve(const Straight law, Searches& searches) {
+    math::findZeroBlock(
+        [&law](const math::ZeroBlock::Column& x, math::ZeroBlock::Column& values)
+            __attribute__((always_inline)) { math::valuesOf(law, x, values, math::g_zeroBlockSize); },
+        searches.block);
+}
+
+void Kite2Law::convertBlock(double* values, std::size_t count) const {
+    Searches searches;
+    bracketRoots(values, count, searches);
+    solve(m_polynomial.law, searches);
+    if (m_global) {
+        bracketMasses(m_global->law, searches);
+        solve(m_global->law, searches);
+    }
+    for (std::size_t k = 0; k < count; ++k) {
+        const double zero = searches.block.bestX[k];
+        if (searches.single[k])
+            values[k] = RawToMass(values[k]);
+        else
+            values[k] = m_global ? zero : zero * zero;
+    }
+}
+
+bool Kite2Law::RawsToMasses(double* values, std::size_t count) const noexcept {
+    try {
+        for (std::size_t begin = 0; begin < count; begin += math::g_zeroBlockSize)
+            convertBlock(values + begin, std::min(math::g_zeroBlockSize, count - begin));
+        return false;
+    } catch (const std::runtime_error&) {
+        return true;
+    }
+}
+
+}  // namespace kvan::calibration::Transformation
