@@ -28,6 +28,33 @@ TransformatorPtr corrected(const TransformatorPtr& inner, const std::vector<doub
         inner, std::make_shared<Constants::CalibrationPolynomialGPX>(coefficients, 0.0, 0.0, 50.0, 3000.0, true));
 }
 
+/// mass = raw^2 * 2.5e-7 about, as the law inside has it.
+TransformatorPtr kite1() {
+    return factory().createTransformatorKite(20000.0, 0.2, 120.5, 250000.0, 0.0, 1320.6, 120.5,
+                                             {0.25, 1e-4, 2.5e-7, 2e-13}, 1046.5, 20000.0, 60000.0, 0, 200'000);
+}
+
+/// w of the root of the mass, as far as the law inside; two parents, mixed.
+TransformatorPtr kite2(const CCalibPolynomial& global) {
+    return factory().createTransformatorKite2(
+        20000.0, 0.2, 120.5, 250000.0, 0.0,
+        {{{12.5, 1995.0, 0.05, -2e-4}, 5.0, 50.0, 905.5}, {{11.5, 1994.0, 0.06, -1e-4}, 5.0, 50.0, 1570.7}}, global,
+        {12.0, 0.01}, 2, 1320.6, 104.5, 0, 200'000);
+}
+
+TransformatorPtr psd(const TransformatorPtr& inner) {
+    return factory().createTransformatorPsd(
+        inner, std::make_shared<Constants::CalibrationPolynomialPSDFAST>(
+                   Constants::CalibrationPolynomialPSDFAST::Numbers{.uRefFull = 20.25,
+                                                                    .uSegment = 12.5,
+                                                                    .calibrationMass = 1046.5,
+                                                                    .parentMass = 1320.6,
+                                                                    .minArg = 50.0,
+                                                                    .maxArg = 2500.0,
+                                                                    .spc = {0.02, -1e-3, 0.06, 2e-4},
+                                                                    .ocp = {2.5, -0.01, 1e-4, 0.0}}));
+}
+
 /// One thread.
 void rangeOf(benchmark::State& state, const TransformatorPtr& law, const TransformatorPtr& inside, double goal) {
     const auto last = static_cast<std::int32_t>(state.range(0)) - 1;
@@ -64,6 +91,10 @@ const bool g_registered = [] {
     decoratedBenchmark("range/gpxNinthDegree", rangeOf, corrected(inside, ninthDegree), inside, 12.0);
     decoratedBenchmark("range/gpxSearched", rangeOf, corrected(inside, strong), inside, 0.0);
     decoratedBenchmark("raws/gpx", massesOf, corrected(inside, cubic), inside, 12.0);
+    decoratedBenchmark("range/kite1", rangeOf, kite1(), inside, 40.0);
+    decoratedBenchmark("range/kite2", rangeOf, kite2({{0.0, 1.0}, 0.0, 0.0, 0.0}), inside, 40.0);
+    decoratedBenchmark("range/kite2Global", rangeOf, kite2({{0.02, 1.0001, -1e-8}, 50.0, 2500.0, 0.0}), inside, 40.0);
+    decoratedBenchmark("range/psd", rangeOf, psd(inside), inside, 40.0);
     return true;
 }();
 
