@@ -139,6 +139,26 @@ TEST_F(Recalibrated, ReferencesServeThePolaritiesThatOccur) {
     EXPECT_EQ(storage.length(id("LineMzId")), 1) << "the handle stays usable";
 }
 
+/// A law without functional constants, which could tell temperatures, is replaced like any other.
+TEST_F(Recalibrated, ReferencesReplaceKite2) {
+    Bytes kite2(184);  // type, block, global polynomial 0 + 1 x, parent polynomial without coefficients
+    const auto set = [&kite2](std::size_t offset, auto value) {
+        std::memcpy(kite2.data() + offset, &value, sizeof value);
+    };
+    set(0, std::uint16_t{8});
+    set(4 + 84, std::uint16_t{1});        // parents
+    set(4 + 88, std::uint32_t{100});      // the global polynomial
+    set(4 + 92, std::uint32_t{148});      // the parent
+    set(4 + 100 + 26, std::uint16_t{2});  // coefficients of the global one
+    set(4 + 100 + 28, std::uint32_t{32});
+    set(4 + 100 + 40, 1.0);
+    write({{.profile = std::vector<std::uint32_t>{1, 2},
+            .lines = LineData{.index = {{1.0}}},
+            .info = {.calibration = kite2}}});
+    writeDatabase(0, {.positive = {{trap(g_positive)}}});
+    EXPECT_EQ(massOf(1), g_positive);
+}
+
 TEST_F(Recalibrated, TheErrorOfARunIsTakenOut) {
     const auto mzOf = [this](sample::CalibrationFamily law, sample::Recalibrations stores, int rawCalibration) {
         fs::remove(cacheFile());

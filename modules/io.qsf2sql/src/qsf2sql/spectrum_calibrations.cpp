@@ -35,7 +35,8 @@ std::int64_t idField(const cppsqlite::CppSQLite3Query& row, int field) {
 
 /// The first two temperatures at which the spectrum was measured, 0.0 for what it does not tell.
 std::pair<double, double> measuredTemperatures(const SpectrumCalibrations::TransformatorPtr& transformator) {
-    if (!transformator)
+    constexpr int kite2 = 10;  // has no constants to ask
+    if (!transformator || transformator->GetFunctionalTypeCode() == kite2)
         return {0.0, 0.0};
     const auto functional = transformator->GetFunctionalConstants();
     const auto* const compensated =
