@@ -56,9 +56,11 @@ FunctionalPtr converted(const FunctionalPtr& functional) {
         *law, Tof1(law->GetStoredC0(), law->GetStoredC1(), law->GetStoredC2(), law->GetCalibMode()));
 }
 
-/// The constants of `reference` in the family of the calibrator; null if there are none.
+/// The constants of `reference` in the family of the calibrator; null if there are none. KITE 2 has none to give.
 FunctionalPtr lawOf(const ICalibrationTransformator& reference, int family) {
     const int own = familyOf(reference);
+    if (own == KITE2)
+        return nullptr;
     if (own == family)
         return reference.GetFunctionalConstants();
     const bool isConvertible = (own == TOF1 && family == TOF2) || (own == TOF2 && family == TOF1);
@@ -80,10 +82,9 @@ const ICalibrationTransformatorFactory& factory() {
     return *Transformation::CalibrationTransformatorFactory::instance();
 }
 
-/// `law` on the axis of the calibrator. What else makes the mass of a KITE calibrator stays its own.
+/// `law` on the axis of the calibrator. The polynomial of a KITE 1 calibrator, which makes its masses, stays its own.
 TransformatorPtr withLaw(const TransformatorPtr& calibrator, const FunctionalPtr& law) {
-    const int family = familyOf(*calibrator);
-    if (family == KITE1 || family == KITE2) {
+    if (familyOf(*calibrator) == KITE1) {
         auto copy = cloneObject(calibrator);
         copy->SetFunctionalConstants(law);
         return copy;

@@ -151,6 +151,22 @@ TEST(CalibratorOfASpectrum, CorrectionsAreTheReferencesAndBoundsItsOwn) {
     EXPECT_EQ(mergeReference(bounded(own, 0, 100), DeserializeBlob(line(100))), nullptr);
 }
 
+TEST(CalibratorOfASpectrum, OfParentMassesThePolynomialsStay) {
+    const auto& factory = *kvan::calibration::Transformation::CalibrationTransformatorFactory::instance();
+    const auto kite1 = [&](double c2) {
+        return factory.createTransformatorKite(DeserializeBlob(tof(1, 4e12, 0)), {.coefficients = {1, c2}});
+    };
+    const auto kite2 = [&](double c2) {
+        return factory.createTransformatorKite2(20, 0.5, 0, 4e12, 0, {{.coefficients = {1, c2}}},
+                                                {.coefficients = {0, 1}}, {}, 0, 0, 0, 0, 0);
+    };
+    EXPECT_NE(kite1(2)->DIndexToMass(4), kite1(3)->DIndexToMass(4));
+    EXPECT_EQ(mergeReference(kite1(2), kite1(3))->DIndexToMass(4), kite1(2)->DIndexToMass(4));
+    EXPECT_EQ(mergeReference(kite2(2), kite2(3)), nullptr);
+    EXPECT_EQ(mergeReference(kite2(2), DeserializeBlob(tof(1, 4e12, 0))), nullptr);
+    EXPECT_EQ(mergeReference(DeserializeBlob(tof(1, 4e12, 0)), kite2(2)), nullptr);
+}
+
 TEST(CalibratorOfASpectrum, OfPostSourceDecayTheLawInsideIsReplaced) {
     const auto& factory = *kvan::calibration::Transformation::CalibrationTransformatorFactory::instance();
     const auto around = [&](const Bytes& calibrator) {
