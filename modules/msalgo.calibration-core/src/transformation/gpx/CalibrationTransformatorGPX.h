@@ -17,8 +17,8 @@ class CalibrationTransformatorGPX final : public WrappingTransformator<Calibrati
 public:
     using Doubles = ICalibrationTransformator::Doubles;
 
-    static constexpr double FromInnerCost = 6.0;
-    static constexpr double ToInnerCost = 3.0;
+    static constexpr double FromInnerCost = 2.0;
+    static constexpr double ToInnerCost = 0.7;
 
     CalibrationTransformatorGPX(const std::shared_ptr<ICalibrationTransformator>& inner,
                                 const std::shared_ptr<ICalibrationPolynomialGPX>& polynomial);
