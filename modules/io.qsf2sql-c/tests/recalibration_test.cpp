@@ -3,7 +3,9 @@
 #include "sample-analysis/calibration_database_writer.h"
 #include "sample-analysis/sample_run.h"
 
+#include <atomic>
 #include <boost/filesystem/fstream.hpp>
+#include <thread>
 
 #include <unistd.h>
 
@@ -160,10 +162,12 @@ TEST_F(Recalibrated, ReferencesReplaceKite2) {
 }
 
 TEST_F(Recalibrated, TheErrorOfARunIsTakenOut) {
-    const auto mzOf = [this](sample::CalibrationFamily law, sample::Recalibrations stores, int rawCalibration) {
+    bool gpx = false;
+    const auto mzOf = [&](sample::CalibrationFamily law, sample::Recalibrations stores, int rawCalibration) {
         fs::remove(cacheFile());
         sample::writeSampleRun(m_directory, {.spectra = 20,
                                              .calibration = law,
+                                             .gpx = gpx,
                                              .points = 1000,
                                              .polarities = sample::Polarities::Both,
                                              .recalibrations = stores});
@@ -181,6 +185,8 @@ TEST_F(Recalibrated, TheErrorOfARunIsTakenOut) {
         EXPECT_NEAR(mzOf(law, Recalibrations::Both, 0), truth, truth * 1e-9) << static_cast<int>(law);
         EXPECT_GT(std::abs(mzOf(law, Recalibrations::Both, 1) - truth), truth * 1e-6) << static_cast<int>(law);
     }
+    gpx = true;
+    EXPECT_EQ(mzOf(TofQuadratic, Recalibrations::Database, 0), mzOf(TofQuadratic, Recalibrations::None, 0));
 }
 
 TEST_F(Recalibrated, FaultsAreToldWhereTheyAreFound) {
@@ -218,6 +224,28 @@ TEST_F(Recalibrated, FaultsAreToldWhereTheyAreFound) {
         EXPECT_EQ(storage.failureOf(mz), text) << change;
     }
     EXPECT_EQ(storage.read<double>(id("LineIndexId")).at(0), 1.0) << "the handle stays usable";
+}
+
+TEST_F(Recalibrated, HandlesOfManyThreadsAreIndependent) {
+    const std::vector<std::uint8_t> polarities(200);
+    writeAnalysis(polarities);
+    writeDatabase(static_cast<int>(polarities.size()));
+    ASSERT_TRUE(Storage(mainFile(), 1));
+    std::vector<std::uint64_t> ids;
+    for (int spectrum = 1; spectrum <= 200; ++spectrum)
+        ids.push_back(id("LineMzId", spectrum));
+    std::atomic<int> right = 0;
+    std::vector<std::thread> threads;
+    for (int thread = 0; thread < 4; ++thread)
+        threads.emplace_back([&] {
+            const Storage storage(mainFile(), 0);
+            double mass = 0.0;
+            for (const std::uint64_t id : ids)
+                right += storage.readInto(id, &mass) == 1 && mass == g_frame ? 1 : 0;
+        });
+    for (std::thread& thread : threads)
+        thread.join();
+    EXPECT_EQ(right, 4 * 200);
 }
 
 TEST_F(Recalibrated, APathWithoutADirectoryMeansTheCurrentOne) {
