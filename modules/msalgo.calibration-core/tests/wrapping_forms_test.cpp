@@ -260,6 +260,27 @@ TEST(WrappingText, EveryVersionOfKite1IsRead) {
               "string '1'.");
 }
 
+/// G(m) = 2 m + 1 on [1, 400].
+const Bytes g_correction = packed(0.0, 0.0, 1.0, 400.0, u16{1}, u16{2}, u32{40}, 1.0, 2.0);
+
+TEST(WrappingForms, TakeACorrectionAndARangeAroundThem) {
+    const std::string correctionText =
+        " V1.0CGPXData  Order 1 vCoeff V1.0VectorDouble 2 1 2  c2 0 c0 0 minMass 1 maxMass 400 bUse 1 endCGPXData ";
+    for (const auto& [plainBlob, plainText] : g_pairs) {
+        Bytes blob = plainBlob + g_correction;
+        blob[2] = 1;
+        EXPECT_EQ(written(read(blob)), blob);
+        EXPECT_EQ(read(blob)->MassToDIndex(50), read(plainBlob)->MassToDIndex(101));
+
+        std::string text = plainText.substr(0, plainText.find(g_noGpx)) + correctionText;
+        EXPECT_EQ(g_serialization.SerializeToString(readText(text)), text);
+        EXPECT_EQ(readText(text)->MassToDIndex(50), read(blob)->MassToDIndex(50));
+        text.replace(text.find(g_tail), g_tail.size(), " 1 4 1 0 3 ");
+        EXPECT_EQ(g_serialization.SerializeToString(readText(text)), text);
+        EXPECT_EQ(readText(text)->GetIndexOffset(), 4);
+    }
+}
+
 }  // namespace
 
 }  // namespace kvan::calibration
