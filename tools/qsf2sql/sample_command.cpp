@@ -125,7 +125,10 @@ void addSampleCommand(CLI::App& app, Output& output) {
                {"ftms-quadratic", sample::CalibrationFamily::FtmsQuadratic},
                {"paladin-linear", sample::CalibrationFamily::PaladinLinear},
                {"paladin-quadratic", sample::CalibrationFamily::PaladinQuadratic},
-               {"linear", sample::CalibrationFamily::Linear}},
+               {"linear", sample::CalibrationFamily::Linear},
+               {"kite1", sample::CalibrationFamily::Kite1},
+               {"kite2", sample::CalibrationFamily::Kite2},
+               {"psd", sample::CalibrationFamily::Psd}},
               "Law of the m/z axis (tof-quadratic)");
     command.add_flag("--gpx", run.gpx, "Correct the masses of the law by a polynomial");
     addChoice(command, "--compressor", run.compressor,

@@ -8,6 +8,7 @@
 #include "calibration-core/interfaces/CalibrationTransformatorFactory.h"
 #include "calibration-core/interfaces/CalibrationTransformatorFactorySerialization.h"
 #include "calibration-core/interfaces/MeasurementModeInfo.h"
+#include "tandem_laws.h"
 
 #include <boost/throw_exception.hpp>
 #include <stdexcept>
@@ -39,6 +40,10 @@ const std::vector<double> g_apparentMass = {0.0, 1.0 - 4e-6, 9e-9, -4e-12};
 constexpr double g_referenceTemperature = 25.0;
 constexpr double g_expansion = 10.0;
 constexpr double g_steadyTemperature = 31.5;
+
+double scaleOf(double ppm) {
+    return 1.0 + ppm * 1e-6;
+}
 
 MassAxis::Compensation compensationAt(double ppm, std::size_t sensors) {
     MassAxis::Compensation compensation{{g_referenceTemperature + ppm / g_expansion, g_steadyTemperature},
@@ -79,8 +84,12 @@ bool MassAxis::isFtms() const {
     return m_family == CalibrationFamily::Ftms || m_family == CalibrationFamily::FtmsQuadratic;
 }
 
+bool MassAxis::isTandem() const {
+    return m_family >= CalibrationFamily::Kite1;
+}
+
 double MassAxis::peakWidth(double mz) const {
-    if (isTof())
+    if (isTof() || isTandem())
         return mz / 18'000.0;
     return isFtms() ? mz * mz / 1e7 : 0.25;
 }
@@ -89,8 +98,8 @@ bool MassAxis::hasReferences() const {
     return isTof();
 }
 
-MassAxis::Calibration MassAxis::calibration(double ppm, double error) const {
-    return transformator(functional(ppm, false, error), m_physical);
+MassAxis::Calibration MassAxis::calibration(double ppm, double error, double precursor) const {
+    return transformator(functional(ppm, false, error), m_physical, scaleOf(ppm + error), precursor);
 }
 
 std::size_t MassAxis::sensors() const {
@@ -131,9 +140,11 @@ Bytes MassAxis::archivedReferenceBlob(std::uint8_t polarity, std::uint8_t acquis
     return hasReferences() ? referenceBlob(polarity, acquisitionMode, 0, 0) : blobOf(calibration(0.0));
 }
 
-MassAxis::Calibration MassAxis::transformator(const Functional& law, const Physical& axis) const {
+MassAxis::Calibration MassAxis::transformator(const Functional& law, const Physical& axis, double scale,
+                                              double precursor) const {
     const auto& factory = *transformation::CalibrationTransformatorFactory::instance();
-    const Calibration plain = factory.createTransformator(law, axis);
+    const Calibration plain =
+        TandemLaw{factory.createTransformator(law, axis), scale, precursor, m_lower, m_upper}.of(m_family);
     if (!m_gpx)
         return plain;
     return factory.createTransformatorGPX(
@@ -145,10 +156,13 @@ MassAxis::Functional MassAxis::functional(double ppm, bool reference, double err
     using Tof2 = constants::CalibrationConstantsFunctionalTOF2;
     using CompensatedTof = constants::CalibrationConstantsFunctionalTOF1TemperatureCompensation;
     using CompensatedTof2 = constants::CalibrationConstantsFunctionalTOF2TemperatureCompensation;
-    const double scale = 1.0 + (ppm + error) * 1e-6;
+    const double scale = scaleOf(ppm + error);
     const double tofC1 = g_tofC1 * scale;
     switch (m_family) {
         case CalibrationFamily::TofLinear:
+        case CalibrationFamily::Kite1:
+        case CalibrationFamily::Kite2:
+        case CalibrationFamily::Psd:
             return std::make_shared<Tof>(g_tofC0, tofC1, 0.0);
         case CalibrationFamily::TofQuadratic:
             return std::make_shared<Tof>(g_tofC0, tofC1, g_tofC2);
@@ -184,7 +198,7 @@ MassAxis::Functional MassAxis::functional(double ppm, bool reference, double err
 }
 
 MassAxis::Physical MassAxis::defaultPhysical() const {
-    if (isTof())
+    if (isTof() || isTandem())
         return std::make_shared<constants::CalibrationConstantsPhysicalTOF>();
     if (isFtms())
         return std::make_shared<constants::CalibrationConstantsPhysicalFTMS>();
@@ -205,7 +219,7 @@ MassAxis::Physical MassAxis::physical() const {
         return std::make_shared<constants::CalibrationConstantsPhysicalFTMS>(last, first - last,
                                                                              static_cast<int>(m_points));
     const double step = (last - first) / (m_points - 1);
-    if (isTof())
+    if (isTof() || isTandem())
         return std::make_shared<constants::CalibrationConstantsPhysicalTOF>(first, step);
     return std::make_shared<constants::CalibrationConstantsPhysicalPaladin>(first / step, 1.0 / step);
 }

@@ -18,8 +18,9 @@ public:
     explicit MassAxis(const SampleRunParameters& parameters);
 
     /// The law in force while the instrument gives masses that are `ppm` parts per million too high. `error` are parts
-    /// per million by which that law is taken for higher than it is; temperatures know nothing of them.
-    Calibration calibration(double ppm, double error = 0.0) const;
+    /// per million by which that law is taken for higher than it is; temperatures know nothing of them. `precursor` is
+    /// the m/z that was isolated, 0.0 in a survey spectrum.
+    Calibration calibration(double ppm, double error = 0.0, double precursor = 0.0) const;
 
     /// For the families that record temperatures, those of the reference and the factors that take the drift out.
     struct Compensation {
@@ -51,12 +52,15 @@ private:
     using Physical = std::shared_ptr<kvan::calibration::ICalibrationConstantsPhysical>;
 
     bool isTof() const;
+    /// Families that depend on the precursor, on the time axis of a plain time of flight.
+    bool isTandem() const;
     bool isFtms() const;
     /// The law while the instrument drifts by `ppm`; of a reference the temperatures and factors that take the drift
     /// out again.
     Functional functional(double ppm, bool reference = false, double error = 0.0) const;
     /// The transformator of the law, with the correction of the run around it.
-    Calibration transformator(const Functional& law, const Physical& axis) const;
+    Calibration transformator(const Functional& law, const Physical& axis, double scale = 1.0,
+                              double precursor = 0.0) const;
     std::size_t sensors() const;
     Physical defaultPhysical() const;
     Physical physical() const;

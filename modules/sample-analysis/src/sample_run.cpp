@@ -223,13 +223,13 @@ void Acquisition::fragment(const Ion& precursor) {
 }
 
 void Acquisition::write(const Instrument::Moment& moment, bool withProfile) {
-    const MassAxis::Calibration calibration = m_axis.calibration(driftPpm());
+    const MassAxis::Calibration calibration = m_axis.calibration(driftPpm(), 0.0, moment.isolated);
     m_detector.record(m_peaks, calibration, withProfile, m_random, m_spectrum);
     m_spectrum.info.retentionTime = static_cast<std::uint64_t>(m_time * g_ticksPerSecond + 0.5);
     m_spectrum.info.polarity = m_negative ? 1 : 0;
     m_spectrum.info.acquisitionMode = g_acquisitionMode;
     m_spectrum.info.calibration =
-        MassAxis::blobOf(isRecalibrated() ? m_axis.calibration(driftPpm(), g_errorPpm) : calibration);
+        MassAxis::blobOf(isRecalibrated() ? m_axis.calibration(driftPpm(), g_errorPpm, moment.isolated) : calibration);
     if (m_database)
         m_database->add(calibration);
     if (m_archive)

@@ -47,7 +47,7 @@ TEST(SampleRun, BytesDependOnTheParametersAlone) {
 }
 
 TEST(SampleRun, RunsOfAllShapesEnd) {
-    for (auto calibration = CalibrationFamily::TofLinear; calibration <= CalibrationFamily::Linear;
+    for (auto calibration = CalibrationFamily::TofLinear; calibration <= CalibrationFamily::Psd;
          calibration = static_cast<CalibrationFamily>(static_cast<int>(calibration) + 1)) {
         for (const std::uint32_t spectra : {0U, 1U, 12U})
             EXPECT_FALSE(bytesOfRun({.spectra = spectra,

@@ -8,7 +8,7 @@
 namespace kvan::sample {
 
 /// The law that ties the data points of the run to m/z. The compensated ones record temperatures with each spectrum,
-/// one or several.
+/// one or several; those of KITE and PSD depend on the precursor of a fragment spectrum.
 enum class CalibrationFamily {
     TofLinear,
     TofQuadratic,
@@ -22,7 +22,10 @@ enum class CalibrationFamily {
     FtmsQuadratic,
     PaladinLinear,
     PaladinQuadratic,
-    Linear
+    Linear,
+    Kite1,
+    Kite2,
+    Psd
 };
 
 /// Which spectra have a profile.
