@@ -106,6 +106,55 @@ TEST_F(Mz, ACorrectionThatIsDamagedIsToldAndEnds) {
               "ReadAndThrow: fileAccess.Read(pBuffer, Bytes) is false: CTQCBaseException::READ_NUMBER_OF_BYTES");
 }
 
+/// `start` and the values behind it, packed.
+template <class... Values>
+Bytes followedBy(Bytes start, Values... values) {
+    const auto append = [&start](const auto& value) {
+        const auto* const first = reinterpret_cast<const unsigned char*>(&value);
+        std::copy_n(first, sizeof value, std::back_inserter(start));
+    };
+    (append(values), ...);
+    return start;
+}
+
+TEST_F(Mz, LawsOfFragmentSpectraAdaptToTheirParent) {
+    using u16 = std::uint16_t;
+    using u32 = std::uint32_t;
+    // KITE 1, behind the time axis: parent mass, correction time, kite time, calibration parent mass, calib times;
+    // indices, ignore; 1, 0.5 and 0.25, adapted by the mass ratio 4 to 4, 1, 0.25.
+    expectMasses(followedBy(blob(7, {20, 0.5, 1, 4e12, 0, 400, 3, 7.5, 100, 1, 50}), 0, 0, u16{1}, u32{104}, u16{3},
+                            1.0, 0.5, 0.25),
+                 [](double i) {
+                     const double t = i * 0.5 + 17;
+                     return 4 + t + 0.25 * t * t;
+                 });
+    // KITE 2: parent mass, base, the two at calibration; indices, ignore; the global polynomial changes nothing, that
+    // of the parent 100 becomes 20 + 4 w + 0.25 w^2.
+    const auto kite2 = [](double g0, double g1) {
+        return followedBy(followedBy(blob(8, {40, 0.5, 1, 4e12, 0, 400, 3, 0, 0}), 0, 0, 1, u16{1}, u16{0}, u32{100},
+                                     u32{148}, u32{0}),
+                          0.0, 0.0, 0.0, u16{0}, u16{2}, u32{32}, g0, g1, 0.0, 0.0, 100.0, u16{0}, u16{3}, u32{32},
+                          10.0, 4.0, 0.5);
+    };
+    expectMasses(kite2(0, 1), [](double i) { return std::pow((-4 + std::sqrt(i * 0.5 + 33)) * 2, 2); });
+    expectMasses(kite2(0.25, 1), [](double i) { return std::pow((-4 + std::sqrt(i * 0.5 + 33)) * 2, 2) - 0.25; });
+    // PSD: full and segment voltage, calibration and parent mass; range, mode; the sum of the second coefficients is
+    // 0.5, the first become 2, 0.5, 2 times 2.5005; the root of the apparent mass is twice the time less c0.
+    expectMasses(followedBy(followedBy(blob(6, {20, 0.5, 1, 4e12, 0, 20.25, 2.5, 100, 400}), 4, 100000, 2, u32{104},
+                                       u32{128}, u32{0}, u16{3}, u16{3}, u16{0}, u16{0}),
+                            0.5, 0.25, 2.0, 0.5, 0.0, 0.0),
+                 [](double i) {
+                     const double s = (i * 0.5 + 19) * 2;
+                     return (2 + 0.5 * s + 2 * s * s) * 2.5005;
+                 });
+    // What makes no law leaves the analysis open.
+    writeWith(followedBy(blob(7, {20, 0.5, 1, 4e12, 0, 400, 3, 7.5, 100, 1, 50}), 0, 0, u16{1}, u32{104}, u16{1},
+                         std::nan("")));
+    const Storage storage(mainFile());
+    ASSERT_TRUE(storage) << lastError();
+    EXPECT_EQ(storage.failureOf(id("LineMzId")), "Kite1 InitData(): unexpected error.");
+}
+
 TEST_F(Mz, ReadsDoNotDependOnTheNumberOfThreads) {
     const Bytes tof = blob(1, {25000.0, 0.2, 12.5, 500.0, 1e-3});
     for (const Bytes& calibration :
