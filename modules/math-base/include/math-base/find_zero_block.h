@@ -91,8 +91,8 @@ template <class Evaluate>
             const double y = nextY[k] - block.y[k];
             const bool searches = searching[k] != 0;
             const bool sameSide = ((y > 0.0) & (oppositeY[k] > 0.0)) | ((y < 0.0) & (oppositeY[k] < 0.0));
-            oppositeX[k] = searches & sameSide ? block.previousX[k] : oppositeX[k];
-            oppositeY[k] = searches & sameSide ? block.previousY[k] : oppositeY[k];
+            oppositeX[k] = (searches & sameSide) ? block.previousX[k] : oppositeX[k];
+            oppositeY[k] = (searches & sameSide) ? block.previousY[k] : oppositeY[k];
             block.bestX[k] = searches ? nextX[k] : block.bestX[k];
             block.bestY[k] = searches ? y : block.bestY[k];
         }

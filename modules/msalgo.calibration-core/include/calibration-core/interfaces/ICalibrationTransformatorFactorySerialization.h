@@ -14,8 +14,8 @@ public:
     virtual ~ICalibrationTransformatorFactorySerialization() = default;
 
     /// The transformator of a calibration blob. Null for no bytes at all, for type 255 ("no transformator") and for
-    /// types that no family has. Throws `std::runtime_error` for bytes that end too early, a damaged part, or numbers that
-    /// make no law, and `std::invalid_argument` for constants that the factory refuses.
+    /// types that no family has. Throws `std::runtime_error` for bytes that end too early, a damaged part, or numbers
+    /// that make no law, and `std::invalid_argument` for constants that the factory refuses.
     virtual std::shared_ptr<ICalibrationTransformator> DeserializeFromBlob(
         const std::vector<unsigned char>& blob) const = 0;
 
