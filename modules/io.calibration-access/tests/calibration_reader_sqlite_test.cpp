@@ -6,6 +6,7 @@
 
 #include <boost/filesystem/fstream.hpp>
 #include <cmath>
+#include <set>
 #include <thread>
 
 #include <sys/stat.h>
@@ -38,6 +39,17 @@ protected:
             // By name: C0, dC2, Id, 'C 1', T1, ModelType, C2, T2, dC1.
             "INSERT INTO RefMzCalibration VALUES (1,0.0,1,4e12,25,1,1,31,0, 0,0,0,0,0,0,0),"
             "(1,3.0,2,4e12,25,1,1,31,10.0, 0,0,0,0,0,0,0), (3,0,3,2,25,3,10,31,0.5, 500,0,0,0,0,0,0)");
+    }
+
+    /// A directory with a copy of the database in which frame 13 has another c0.
+    fs::path copyTo(const char* name, int c0) const {
+        const fs::path directory = m_directory / name;
+        fs::create_directory(directory);
+        fs::copy_file(file(), directory / file().filename());
+        cppsqlite::CppSQLite3DB copy;
+        copy.open((directory / file().filename()).string());
+        copy.execDML("UPDATE FrameMzCalibration SET C0 = " + std::to_string(c0) + " WHERE Id = 13");
+        return directory;
     }
 
     static std::unique_ptr<CalibrationReaderSqlite> open(const fs::path& directory, const std::string& key) {
@@ -219,10 +231,12 @@ TEST_F(Reader, WhatIsWrongWithARowIsToldWhereItIsNeeded) {
 /// A file at rest is read without locks, which no caller may notice: numbers that belong together, under a writer that
 /// changes all of them again and again.
 TEST_F(Reader, ReadsWithoutLocksSeeNoHalfOfAChange) {
+    const fs::path now = copyTo("now", 3);
+    const fs::path other = copyTo("other", 4);
     std::this_thread::sleep_for(std::chrono::milliseconds(4100));
     cppsqlite::CppSQLite3DB database;
     database.open(file().string());
-    UnlockedFrameCalibrators unlocked(file(), 5);
+    UnlockedFrameCalibrators unlocked(5);
     const auto reader = open("frames");
     const auto isWhole = [](const CalibrationReaderSqlite::TransformatorPtr& law) {
         return law->RawToMass(0.0) == 3.0 || law->RawToMass(1.0) == 2 * law->RawToMass(0.0);
@@ -233,6 +247,23 @@ TEST_F(Reader, ReadsWithoutLocksSeeNoHalfOfAChange) {
         withoutLocks += unlocked.tryLoad(3, {}, database) != nullptr ? 1 : 0;
     }
     EXPECT_EQ(withoutLocks > 0, sys::hasDependableStamps(file()));
+
+    // Nor that the name of the open file comes to mean another one.
+    const auto expectThree = [](CalibrationReaderSqlite& open) {
+        for (int read = 0; read < 40; ++read)
+            ASSERT_EQ(open.getMzTrafo(3)->RawToMass(0.0), 3.0) << read;
+    };
+    const fs::path former = fs::current_path();
+    fs::current_path(now);
+    const auto relative = open("", "frames");
+    fs::current_path(other);
+    expectThree(*relative);
+    fs::current_path(former);
+    const auto replaced = open(now, "frames");
+    fs::rename(now, m_directory / "before");
+    fs::rename(other, now);
+    expectThree(*replaced);
+
     const auto time = fs::last_write_time(file());
     const pid_t child = ::fork();
     if (child == 0) {
@@ -273,25 +304,85 @@ TEST_F(Reader, WaitsForAnotherProcess) {
     EXPECT_EQ(status, 0);
 }
 
-TEST_F(Reader, LeavesNothingBesideTheDatabase) {
-    sql("PRAGMA journal_mode=WAL");
-    const auto remaining = [&] { return std::distance(fs::directory_iterator(m_directory), {}); };
-    EXPECT_TRUE(open("frames")->getMzTrafo(1));
-    EXPECT_EQ(remaining(), 1);
-
-    // Where nothing may be written, not even by this process.
-    fs::permissions(file(), static_cast<fs::perms>(0444));
-    fs::permissions(m_directory, static_cast<fs::perms>(0555));
+/// What a child that is nobody, and may write nothing that is not everybody's, is told.
+std::string toldToNobody(const std::function<std::string()>& action) {
+    int toParent[2];
+    EXPECT_EQ(::pipe(toParent), 0);
     const pid_t child = ::fork();
     if (child == 0) {
-        const bool isNobody = ::geteuid() != 0 || ::setresuid(65534, 65534, 65534) == 0;
-        ::_exit(isNobody && failureOf([&] { open("frames")->getMzTrafo(1); }) == "no failure" ? 0 : 1);
+        const bool isNobody = ::geteuid() != 0 || ::setresuid(65534, 65534, 0) == 0;
+        const std::string text = isNobody ? action() : "somebody";
+        ::_exit(::write(toParent[1], text.data(), text.size()) < 0 ? 1 : 0);
     }
-    int status = -1;
-    ::waitpid(child, &status, 0);
-    EXPECT_EQ(status, 0);
-    EXPECT_EQ(remaining(), 1);
-    fs::permissions(m_directory, static_cast<fs::perms>(0755));
+    ::close(toParent[1]);
+    char text[200];
+    const ssize_t length = ::read(toParent[0], text, sizeof text);
+    ::close(toParent[0]);
+    ::waitpid(child, nullptr, 0);
+    return {text, static_cast<std::size_t>(std::max<ssize_t>(length, 0))};
+}
+
+TEST_F(Reader, LeavesNothingBesideTheDatabase) {
+    sql("PRAGMA journal_mode=WAL");
+    const auto names = [&] {
+        return std::set<fs::path>(fs::directory_iterator(m_directory), fs::directory_iterator());
+    };
+    EXPECT_TRUE(open("frames")->getMzTrafo(1));
+    EXPECT_EQ(names().size(), 1);
+
+    fs::permissions(file(), static_cast<fs::perms>(0444));
+    for (const bool hasEmptyLog : {false, true}) {
+        if (hasEmptyLog)
+            fs::ofstream(m_directory / "calibration.sqlite-wal");
+        const auto before = names();
+        for (const int permissions : {0555, 0777}) {
+            fs::permissions(m_directory, static_cast<fs::perms>(permissions));
+            EXPECT_EQ(toldToNobody([&] { return failureOf([&] { open("frames")->getMzTrafo(1); }); }), "no failure");
+            EXPECT_EQ(names(), before) << permissions << hasEmptyLog;
+        }
+    }
+}
+
+/// Without locks nobody is kept from writing, and half of what they wrote would be a calibration that never was.
+TEST_F(Reader, WhereNothingMayBeWrittenAChangeIsTold) {
+    sql("PRAGMA journal_mode=WAL");
+    fs::permissions(file(), static_cast<fs::perms>(0444));
+    fs::permissions(m_directory, static_cast<fs::perms>(0555));
+    const std::string text = toldToNobody([&] {
+        const auto reader = open("frames");
+        EXPECT_EQ(reader->getMzTrafo(3)->RawToMass(0.0), 3.0);
+        const bool isRoot = ::seteuid(0) == 0;
+        fs::permissions(m_directory, static_cast<fs::perms>(0755));
+        fs::permissions(file(), static_cast<fs::perms>(0644));
+        sql("UPDATE FrameMzCalibration SET C0 = 7");
+        return isRoot && ::seteuid(65534) != 0 ? "" : failureOf([&] { reader->getMzTrafo(3); });
+    });
+    EXPECT_EQ(text, file().string() + " has changed since it was opened");
+}
+
+/// A link to the database does not hide what lies beside it.
+TEST_F(Reader, WhereNothingMayBeWrittenAnInterruptedWriterIsTold) {
+    const fs::path real = m_directory / "real";
+    fs::create_directory(real);
+    const pid_t child = ::fork();
+    if (child == 0) {
+        cppsqlite::CppSQLite3DB database;
+        database.open(file().string());
+        database.execDML(
+            "PRAGMA cache_size=2; BEGIN; UPDATE FrameMzCalibration SET C0 = 7;"
+            "CREATE TABLE Filler (a); INSERT INTO Filler VALUES (zeroblob(100000))");
+        ::_exit(0);  // leaves the journal
+    }
+    ::waitpid(child, nullptr, 0);
+    for (const char* const name : {"calibration.sqlite", "calibration.sqlite-journal"})
+        fs::rename(m_directory / name, real / name);
+    fs::create_symlink(real / "calibration.sqlite", file());
+    fs::permissions(real / "calibration.sqlite", static_cast<fs::perms>(0444));
+    fs::permissions(real, static_cast<fs::perms>(0555));
+    for (const fs::path& directory : {m_directory, real})
+        EXPECT_EQ(toldToNobody([&] { return failureOf([&] { open(directory, "frames"); }); }),
+                  "SQLITE_READONLY[8]: attempt to write a readonly database");
+    fs::permissions(real, static_cast<fs::perms>(0755));
 }
 
 }  // namespace

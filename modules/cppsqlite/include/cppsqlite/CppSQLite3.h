@@ -182,6 +182,17 @@ public:
     /// its pages are checked. Reads nothing.
     void distrustContent();
 
+    /// How it was opened.
+    OpenMode mode() const { return m_mode; }
+    /// The file in UTF-8, from the root on, links followed.
+    std::string fileName() const;
+    /// Whether the file may be read only.
+    bool isReadOnly() const;
+    /// Whether that name now leads to another file than the open one, or to none.
+    bool wasMoved() const;
+    /// Whether the head of the file asks for a write-ahead log. Takes no lock and makes no file.
+    bool usesWriteAheadLog() const;
+
     /// Runs all statements of the text. The number of rows changed by the last of them.
     int execDML(const std::string& sql);
     CppSQLite3Query execQuery(const std::string& sql);
@@ -196,6 +207,7 @@ private:
     sqlite3_stmt* prepare(const std::string& sql) const;
 
     sqlite3* m_connection = nullptr;
+    OpenMode m_mode = OpenMode::Create;
     int m_busyTimeout = 60000;  // milliseconds
 };
 

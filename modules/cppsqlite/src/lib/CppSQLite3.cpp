@@ -64,6 +64,7 @@ Handle* required(Handle* handle, const char* text) {
     return handle;
 }
 
+constexpr const char* g_mainDatabase = "main";
 constexpr const char* g_noStatement = "Null Virtual Machine pointer";
 constexpr const char* g_noField = "Invalid field index requested";
 
@@ -371,6 +372,7 @@ void CppSQLite3DB::open(const std::string& fileName, OpenMode mode) {
         sqlite3_close(std::exchange(m_connection, nullptr));
         fail(code, text.c_str());
     }
+    m_mode = mode;
     setBusyTimeout(m_busyTimeout);
     if (mode == OpenMode::Private)
         execDML("PRAGMA journal_mode=MEMORY");
@@ -389,6 +391,33 @@ void CppSQLite3DB::close() {
 void CppSQLite3DB::distrustContent() {
     check(sqlite3_db_config(handle(), SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr), m_connection);
     execDML("PRAGMA cell_size_check=ON");
+}
+
+std::string CppSQLite3DB::fileName() const {
+    const char* const name = sqlite3_db_filename(handle(), g_mainDatabase);
+    return name == nullptr ? "" : name;
+}
+
+bool CppSQLite3DB::isReadOnly() const {
+    return sqlite3_db_readonly(handle(), g_mainDatabase) == 1;
+}
+
+bool CppSQLite3DB::wasMoved() const {
+    int moved = 0;
+    check(sqlite3_file_control(handle(), g_mainDatabase, SQLITE_FCNTL_HAS_MOVED, &moved), m_connection);
+    return moved != 0;
+}
+
+bool CppSQLite3DB::usesWriteAheadLog() const {
+    constexpr sqlite3_int64 readVersionOffset = 19;
+    constexpr unsigned char writeAheadVersion = 2;
+    // Through SQLite's own descriptor: closing another one would drop the locks of all connections to the file.
+    sqlite3_file* file = nullptr;
+    check(sqlite3_file_control(handle(), g_mainDatabase, SQLITE_FCNTL_FILE_POINTER, &file), m_connection);
+    unsigned char version = 0;
+    return file->pMethods != nullptr &&
+           file->pMethods->xRead(file, &version, sizeof version, readVersionOffset) == SQLITE_OK &&
+           version == writeAheadVersion;
 }
 
 int CppSQLite3DB::execDML(const std::string& sql) {

@@ -19,8 +19,8 @@ class CalibrationReaderSqliteImpl;
 /// read transaction between calls. One thread at a time.
 ///
 /// The database is only read: SQLite writes beside it no more than the locks of its write-ahead log, if it is in that
-/// mode, or what an interrupted writer left to be undone. A database that another process holds locked is waited for 15
-/// seconds.
+/// mode, and settles what an interrupted writer left. A database that another process holds locked is waited for 15
+/// seconds. Where locks cannot be had, a change to the file ends all reads of it.
 class CalibrationReaderSqlite {
 public:
     using TransformatorPtr = std::shared_ptr<::kvan::calibration::ICalibrationTransformator>;

@@ -21,20 +21,52 @@ constexpr int g_busyTimeout = 15000;  // milliseconds
     BOOST_THROW_EXCEPTION(std::runtime_error(text));
 }
 
+/// Reads nothing yet.
+std::unique_ptr<CppSQLite3DB> connect(const fs::path& file, CppSQLite3DB::OpenMode mode) {
+    auto database = std::make_unique<CppSQLite3DB>();
+    database->open(sys::pathToUtf8(file), mode);
+    database->setBusyTimeout(g_busyTimeout);
+    database->distrustContent();
+    return database;
+}
+
+void requirePlainTables(CppSQLite3DB& database) {
+    if (const auto name = cppsqlite::findComputedTable(
+            database, {"GlobalMetadata", "CalibrationState", "DigitizerConstants", "FrameMzCalibrationMapping",
+                       "TimsCalibrationMapping", "RefMzCalibration", "FrameMzCalibration", "TimsCalibration"}))
+        fail("Calibration database: " + *name + " is not a plain table");
+}
+
+fs::path beside(const CppSQLite3DB& database, const char* ending) {
+    return sys::pathFromUtf8(database.fileName() + ending);
+}
+
 /// Whether all that was written to the database is in the file itself, and whole.
-bool isWholeByItself(const fs::path& file) {
-    const fs::path log = file.parent_path() / (file.filename().native() + fs::path("-wal").native());
-    const fs::path journal = file.parent_path() / (file.filename().native() + fs::path("-journal").native());
-    return (!fs::exists(log) || fs::file_size(log) == 0) && !fs::exists(journal);
+bool isWholeByItself(const CppSQLite3DB& database) {
+    const fs::path log = beside(database, "-wal");
+    return (!fs::exists(log) || fs::file_size(log) == 0) && !fs::exists(beside(database, "-journal"));
+}
+
+/// Whether SQLite would make its files beside a database that it may not write, and leave them there.
+bool wouldLeaveFiles(const CppSQLite3DB& database) {
+    return database.isReadOnly() && database.usesWriteAheadLog() && !fs::exists(beside(database, "-shm"));
 }
 
 /// Where nothing may be written, SQLite refuses a database in write-ahead mode, although nobody else writes it either.
+bool isRefusedForItsLog(const cppsqlite::CppSQLite3Exception& fault) {
+    return fault.errorCode() == SQLITE_READONLY || fault.errorCode() == SQLITE_CANTOPEN;
+}
+
 std::unique_ptr<CppSQLite3DB> connectForReading(const fs::path& file) {
-    try {
-        return connectToCalibrationDatabase(file, CppSQLite3DB::OpenMode::Existing);
-    } catch (const cppsqlite::CppSQLite3Exception& fault) {
-        if (fault.errorCode() != SQLITE_READONLY || !isWholeByItself(file))
-            throw;
+    auto database = connect(file, CppSQLite3DB::OpenMode::Existing);
+    if (!wouldLeaveFiles(*database) || !isWholeByItself(*database)) {
+        try {
+            requirePlainTables(*database);
+            return database;
+        } catch (const cppsqlite::CppSQLite3Exception& fault) {
+            if (!isRefusedForItsLog(fault) || !isWholeByItself(*database))
+                throw;
+        }
     }
     return connectToCalibrationDatabase(file, CppSQLite3DB::OpenMode::Frozen);
 }
@@ -42,14 +74,8 @@ std::unique_ptr<CppSQLite3DB> connectForReading(const fs::path& file) {
 }  // namespace
 
 std::unique_ptr<CppSQLite3DB> connectToCalibrationDatabase(const fs::path& file, CppSQLite3DB::OpenMode mode) {
-    auto database = std::make_unique<CppSQLite3DB>();
-    database->open(sys::pathToUtf8(file), mode);
-    database->setBusyTimeout(g_busyTimeout);
-    database->distrustContent();
-    if (const auto name = cppsqlite::findComputedTable(
-            *database, {"GlobalMetadata", "CalibrationState", "DigitizerConstants", "FrameMzCalibrationMapping",
-                        "TimsCalibrationMapping", "RefMzCalibration", "FrameMzCalibration", "TimsCalibration"}))
-        fail("Calibration database: " + *name + " is not a plain table");
+    auto database = connect(file, mode);
+    requirePlainTables(*database);
     return database;
 }
 

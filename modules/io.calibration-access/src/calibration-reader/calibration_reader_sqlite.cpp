@@ -15,15 +15,14 @@ std::unique_ptr<CalibrationReaderSqlite> CalibrationReaderSqlite::find(const boo
     if (!key)
         return nullptr;
     return std::unique_ptr<CalibrationReaderSqlite>(
-        new CalibrationReaderSqlite(std::make_unique<CalibrationReaderSqliteImpl>(file, std::move(database), *key)));
+        new CalibrationReaderSqlite(std::make_unique<CalibrationReaderSqliteImpl>(std::move(database), *key)));
 }
 
 CalibrationReaderSqlite::CalibrationReaderSqlite(const boost::filesystem::path& analysisDirectory,
                                                  const CalibrationStateSelector& selector) {
-    const auto file = calibrationFile(analysisDirectory);
-    auto database = openCalibrationDatabase(file);
+    auto database = openCalibrationDatabase(calibrationFile(analysisDirectory));
     const std::string key = selector.getUUID(*database);
-    m_impl = std::make_unique<CalibrationReaderSqliteImpl>(file, std::move(database), key);
+    m_impl = std::make_unique<CalibrationReaderSqliteImpl>(std::move(database), key);
 }
 
 CalibrationReaderSqlite::CalibrationReaderSqlite(std::unique_ptr<CalibrationReaderSqliteImpl> impl)

@@ -55,19 +55,37 @@ std::optional<DigitizerConstants> readDigitizerConstants(CppSQLite3DB& database,
     return {};
 }
 
+std::optional<sys::FileStamp> stampIfFrozen(const CppSQLite3DB& database) {
+    if (database.mode() != CppSQLite3DB::OpenMode::Frozen)
+        return {};
+    return sys::stampOf(sys::pathFromUtf8(database.fileName()));
+}
+
 }  // namespace
 
-CalibrationReaderSqliteImpl::CalibrationReaderSqliteImpl(const boost::filesystem::path& file,
-                                                         std::unique_ptr<CppSQLite3DB> database, const std::string& key)
+CalibrationReaderSqliteImpl::CalibrationReaderSqliteImpl(std::unique_ptr<CppSQLite3DB> database, const std::string& key)
     : m_logger(logging::Logger::getLogger("io.calibration.CalibrationReaderSqliteImpl")),
       m_database(std::move(database)),
+      m_frozen(stampIfFrozen(*m_database)),
       m_key(key),
       m_state(resolveState(*m_database, key)),
       m_references(*m_database, "RefMzCalibration", {"T1", "T2", "dC1", "dC2"}),
       m_frames(*m_database, m_state),
       m_hasFrameCalibrators(readHasFrameCalibrators(*m_database, m_state)),
       m_digitizer(readDigitizerConstants(*m_database, m_state, m_logger)),
-      m_unlockedFrames(file, m_state) {}
+      m_unlockedFrames(m_state) {}
+
+template <class Read>
+auto CalibrationReaderSqliteImpl::readWhole(Read read) {
+    const auto requireUnchanged = [this] {
+        if (m_frozen && sys::stampOf(sys::pathFromUtf8(m_database->fileName())) != m_frozen)
+            fail(m_database->fileName() + " has changed since it was opened");
+    };
+    requireUnchanged();
+    auto result = read();
+    requireUnchanged();
+    return result;
+}
 
 CalibrationReaderSqliteImpl::TransformatorPtr CalibrationReaderSqliteImpl::getMzTrafo(std::int64_t frameId) {
     if (!m_hasFrameCalibrators)
@@ -78,13 +96,13 @@ CalibrationReaderSqliteImpl::TransformatorPtr CalibrationReaderSqliteImpl::getMz
 CalibrationReaderSqliteImpl::TransformatorPtr CalibrationReaderSqliteImpl::loadFrameMzTrafo(std::int64_t frameId) {
     if (auto transformator = m_unlockedFrames.tryLoad(frameId, m_digitizer, *m_database))
         return transformator;
-    return m_frames.load(frameId, m_digitizer);
+    return readWhole([&] { return m_frames.load(frameId, m_digitizer); });
 }
 
 CalibrationReaderSqliteImpl::TransformatorPtr CalibrationReaderSqliteImpl::getRefMzTrafo(bool negative, double T1,
                                                                                          double T2) {
     Reference& reference = negative ? m_negative : m_positive;
-    std::call_once(reference.loaded, [&] { reference.trafo = loadRefMzTrafo(negative); });
+    std::call_once(reference.loaded, [&] { reference.trafo = readWhole([&] { return loadRefMzTrafo(negative); }); });
     const auto& [transformator, temperatures] = reference.trafo;
     if (!transformator)
         fail(std::string("no reference calibration available for ") + (negative ? "negative" : "positive") +

@@ -4,7 +4,6 @@
 #include "calibration-reader/unlocked_frame_calibrators.h"
 #include "logger/logger.h"
 
-#include <boost/filesystem/path.hpp>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -32,9 +31,7 @@ class CalibrationReaderSqliteImpl {
 public:
     using TransformatorPtr = std::shared_ptr<::kvan::calibration::ICalibrationTransformator>;
 
-    /// `database` is the open connection to `file`.
-    CalibrationReaderSqliteImpl(const boost::filesystem::path& file, std::unique_ptr<cppsqlite::CppSQLite3DB> database,
-                                const std::string& key);
+    CalibrationReaderSqliteImpl(std::unique_ptr<cppsqlite::CppSQLite3DB> database, const std::string& key);
 
     const std::string& stateKey() const { return m_key; }
     bool hasFrameCalibrators() const { return m_hasFrameCalibrators; }
@@ -52,9 +49,13 @@ private:
     TransformatorPtr loadFrameMzTrafo(std::int64_t frameId);
     /// Without a transformator when the state names none for the polarity, or one that is not there.
     RefMzTrafo loadRefMzTrafo(bool negative);
+    /// What `read` gives, unless somebody may have written what it read without being kept from it by a lock.
+    template <class Read>
+    auto readWhole(Read read);
 
     logging::Logger m_logger;
     std::unique_ptr<cppsqlite::CppSQLite3DB> m_database;
+    std::optional<sys::FileStamp> m_frozen;  // of a file that is read without locks
     std::string m_key;
     std::int64_t m_state;
     CalibrationTableReader m_references;

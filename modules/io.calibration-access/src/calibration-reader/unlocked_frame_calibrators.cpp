@@ -27,10 +27,6 @@ private:
     cppsqlite::CppSQLite3DB& m_database;
 };
 
-bool hasWriteAheadLog(cppsqlite::CppSQLite3DB& database) {
-    return database.execQuery("PRAGMA journal_mode").fieldValue(0) == "wal";
-}
-
 }  // namespace
 
 std::shared_ptr<::kvan::calibration::ICalibrationTransformator> UnlockedFrameCalibrators::tryLoad(
@@ -60,9 +56,11 @@ bool UnlockedFrameCalibrators::isDue() {
 
 void UnlockedFrameCalibrators::connect(cppsqlite::CppSQLite3DB& locked) {
     const ReadTransaction nobodyWrites(locked);
+    m_file = sys::pathFromUtf8(locked.fileName());
     m_stamp = sys::stampOf(m_file);
-    // A write-ahead log changes the database without a change to its file.
-    if (!m_stamp || !m_stamp->isAtRest() || !sys::hasDependableStamps(m_file) || hasWriteAheadLog(locked))
+    // The name may be another file's by now. A write-ahead log changes the database without a change to its file.
+    if (!m_stamp || !m_stamp->isAtRest() || !sys::hasDependableStamps(m_file) || locked.wasMoved() ||
+        locked.usesWriteAheadLog())
         return;
     m_database = connectToCalibrationDatabase(m_file, cppsqlite::CppSQLite3DB::OpenMode::Frozen);
     m_calibrators.emplace(*m_database, m_state);

@@ -12,10 +12,10 @@ namespace kvan::io::calibration {
 /// before and after, that nobody did. Made for many reads: it sets up nothing for the first few.
 class UnlockedFrameCalibrators {
 public:
-    UnlockedFrameCalibrators(const boost::filesystem::path& file, std::int64_t state) : m_file(file), m_state(state) {}
+    explicit UnlockedFrameCalibrators(std::int64_t state) : m_state(state) {}
 
     /// As `FrameCalibrators::load`; null whenever that must be done under locks, which a failure is too. `locked` is
-    /// the ordinary connection to the same file.
+    /// the ordinary connection to the file.
     std::shared_ptr<::kvan::calibration::ICalibrationTransformator> tryLoad(
         std::int64_t frameId, const std::optional<DigitizerConstants>& digitizer, cppsqlite::CppSQLite3DB& locked);
 
@@ -24,8 +24,8 @@ private:
     void connect(cppsqlite::CppSQLite3DB& locked);
     bool isUntouched() const { return sys::stampOf(m_file) == m_stamp; }
 
-    boost::filesystem::path m_file;
     std::int64_t m_state;
+    boost::filesystem::path m_file;
     std::uint64_t m_lockedReads = 0;
     std::optional<sys::FileStamp> m_stamp;
     std::unique_ptr<cppsqlite::CppSQLite3DB> m_database;
