@@ -75,7 +75,8 @@ std::string whyNone(const std::vector<access::CalibrationStateSummary>& states,
 CalibrationInForce findCalibration(const fs::path& directory, Database& cache) {
     CalibrationInForce result;
     const auto selector = selectorFor(cache);
-    const bool hasArchive = fs::exists(directory / g_archive);
+    boost::system::error_code ignored;
+    const bool hasArchive = fs::status(directory / g_archive, ignored).type() != fs::file_not_found;
     const auto states = access::readCalibrationStates(directory);
     if (const auto reader = access::CalibrationReaderSqlite::find(directory, selector)) {
         const auto state = std::find_if(states.begin(), states.end(), [&reader](const auto& candidate) {

@@ -67,7 +67,7 @@ void CCalibrationStatus::ExtractFromBlob(Stream& stream) {
         finished.ExtractFromBlob(stream);
     polarity = EPolarity{read<std::uint32_t>(stream)};
     stream >> msmsType;
-    KVAN_LOG(s_logger, DEBUG) << " polarity = " << static_cast<std::uint32_t>(polarity) << " msmstype = " << msmsType;
+    KVAN_LOG(s_logger, DEBUG) << " polarity = " << static_cast<std::uint32_t>(polarity) << ", msmstype = " << msmsType;
     skipCalibrationQualityCheck(stream);
     SkipReferenceCalibrator(stream);
     SkipReferenceCalibrator(stream);

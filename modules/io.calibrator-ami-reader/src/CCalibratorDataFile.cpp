@@ -21,9 +21,9 @@ constexpr std::uint32_t g_untestedVersion = 1;
 std::unique_ptr<kvan::sys::PositionedFile> openFile(const fs::path& path) {
     boost::system::error_code ignored;
     const fs::file_status status = fs::status(path, ignored);
-    if (!fs::exists(status))
+    if (status.type() == fs::file_not_found)
         refuse(path, "doesn't exist.");
-    if (!fs::is_regular_file(status))
+    if (fs::exists(status) && !fs::is_regular_file(status))
         refuse(path, "is not a regular file (expecting name of Calibrator.ami).");
     auto file = kvan::sys::PositionedFile::open(path);
     if (!file)

@@ -35,7 +35,7 @@ void CDataFileCalibrationOrganizer::ExtractFromBlob(Stream& stream) {
     static const auto s_logger = kvan::logging::Logger::getLogger("kvan.io.amiReader.dataFileCalibrationOrganizer");
     const VersionNumber version = archive::readHead(stream, Tags::get().organizer, {{1, 0}, {1, 1}, {1, 2}});
     const auto hasReferenceCalibrators = read<bool>(stream);
-    KVAN_LOG(s_logger, DEBUG) << "version = " << version.toString() << " flag = " << hasReferenceCalibrators;
+    KVAN_LOG(s_logger, DEBUG) << "version = " << version.toString() << ", flag = " << hasReferenceCalibrators;
     if (hasReferenceCalibrators) {
         m_references = std::make_shared<CReferenceCalibrators>();
         m_references->ExtractFromBlob(stream);

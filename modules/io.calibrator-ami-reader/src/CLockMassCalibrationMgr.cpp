@@ -91,7 +91,7 @@ void CLockMassCalibrationMgr::ExtractFromBlob(Stream& stream) {
     static const auto s_logger = kvan::logging::Logger::getLogger("kvan.io.amiReader.lockMassCalibrationMgr");
     const VersionNumber version = archive::readHead(stream, Tags::get().lockMassCalibrationMgr, {{1, 0}, {1, 1}});
     const auto hasParams = read<bool>(stream);
-    KVAN_LOG(s_logger, DEBUG) << "version = " << version.toString() << " flag = " << hasParams;
+    KVAN_LOG(s_logger, DEBUG) << "version = " << version.toString() << ", flag = " << hasParams;
     if (hasParams) {
         m_params = std::make_shared<CQAMethodMSLockMassRecalibrationParams>();
         m_params->ExtractFromBlob(stream);

@@ -39,7 +39,7 @@ void CReferenceCalibrator::ExtractFromBlob(Stream& stream) {
     msmsType = CMSMSInfo::EMSMSType{read<std::uint32_t>(stream)};
     KVAN_LOG(s_logger, DEBUG) << "version = " << version.toString()
                               << " polarity = " << static_cast<std::uint32_t>(polarity)
-                              << " msmstype = " << static_cast<std::uint32_t>(msmsType);
+                              << ", msmstype = " << static_cast<std::uint32_t>(msmsType);
     if (version == VersionNumber(0, 1)) {
         archive::skipString(stream);
         ThrowUntestedCodePath();

@@ -263,6 +263,9 @@ TEST_F(ArchiveFile, OnlyRegularFilesAreOpened) {
     fs::remove(m_path);
     ASSERT_EQ(mkfifo(m_path.c_str(), 0600), 0);
     EXPECT_EQ(open(), notRegular) << "a pipe that nobody writes to";
+    fs::remove(m_path);
+    fs::create_symlink(m_path, m_path);
+    EXPECT_EQ(open(), refused("couldn't be opened.")) << "a link in a circle";
 }
 
 }  // namespace

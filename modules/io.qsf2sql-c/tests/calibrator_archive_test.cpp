@@ -91,6 +91,9 @@ TEST_F(CalibratorArchiveRoad, ABrokenArchiveIsToldAtTheOpen) {
     fs::remove(archiveFile());
     fs::create_directory(archiveFile());
     EXPECT_EQ(failureOfOpening(), expected);
+    fs::remove(archiveFile());
+    fs::create_symlink(archiveFile(), archiveFile());
+    EXPECT_EQ(failureOfOpening(), expected) << "a link in a circle";
 }
 
 TEST_F(CalibratorArchiveRoad, ARecalibratedRunHasTheMassesOfOneThatWasRight) {

@@ -73,7 +73,8 @@ void Qsf2SqlImpl::initCalibrationReader() {
 }
 
 void Qsf2SqlImpl::openCalibratorAmi(const boost::filesystem::path& file) {
-    if (!boost::filesystem::exists(file))
+    boost::system::error_code ignored;
+    if (boost::filesystem::status(file, ignored).type() == boost::filesystem::file_not_found)
         return;
     m_amiReader = std::make_unique<CalibratorAmiReader>();
     if (!m_amiReader->open(file))
