@@ -72,6 +72,15 @@ std::string whyNone(const std::vector<access::CalibrationStateSummary>& states,
     return reasons;
 }
 
+/// Also of an archive that opens and yet can give nothing to anybody.
+void requireReadable(const fs::path& archive) {
+    kvan::io::CalibratorAmiReader reader;
+    if (!reader.open(archive))
+        throw std::runtime_error("Couldn't open AMI file " + kvan::sys::pathToUtf8(archive));
+    std::shared_ptr<kvan::calibration::ICalibrationTransformator> firstSpectrum;
+    reader.getCalibrator(0, POLARITY_POSITIVE, firstSpectrum);
+}
+
 CalibrationInForce findCalibration(const fs::path& directory, Database& cache) {
     CalibrationInForce result;
     const auto selector = selectorFor(cache);
@@ -95,9 +104,8 @@ CalibrationInForce findCalibration(const fs::path& directory, Database& cache) {
         result.others.emplace_back(g_archive, "not there");
         return result;
     }
+    requireReadable(directory / g_archive);
     result.source = g_archive;
-    if (!kvan::io::CalibratorAmiReader().open(directory / g_archive))
-        throw std::runtime_error("Couldn't open AMI file " + kvan::sys::pathToUtf8(directory / g_archive));
     return result;
 }
 
