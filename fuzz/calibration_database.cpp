@@ -98,7 +98,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     auto database = databaseOf({data, size});
     std::unique_ptr<kvan::io::calibration::CalibrationReaderSqliteImpl> reader;
     fuzz::succeeds([&] {
-        reader = std::make_unique<kvan::io::calibration::CalibrationReaderSqliteImpl>("none", std::move(database), "k");
+        reader = std::make_unique<kvan::io::calibration::CalibrationReaderSqliteImpl>(std::move(database), "k");
     });
     if (!reader)
         return 0;

@@ -29,6 +29,15 @@ std::size_t LargestAllocation::bytes() const {
 
 }  // namespace archives
 
+// Clang links its thread sanitizer's operators into the program; there nothing is watched.
+#ifdef __has_feature
+#define KEEPS_ITS_OPERATORS __has_feature(thread_sanitizer)
+#else
+#define KEEPS_ITS_OPERATORS 0
+#endif
+
+#if !KEEPS_ITS_OPERATORS
+
 void* operator new(std::size_t size) {
     if (g_isWatching)
         g_largest = std::max(g_largest.load(), size);
@@ -44,3 +53,5 @@ void operator delete(void* memory) noexcept {
 void operator delete(void* memory, std::size_t) noexcept {
     std::free(memory);
 }
+
+#endif
