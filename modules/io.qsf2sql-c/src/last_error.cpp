@@ -4,6 +4,9 @@
 
 #include <boost/exception/diagnostic_information.hpp>
 #include <boost/thread/tss.hpp>
+#include <iterator>
+
+#include <utf8.h>
 
 namespace kvan::io::c {
 
@@ -13,6 +16,13 @@ namespace {
 boost::thread_specific_ptr<std::string>& slot() {
     static auto* const instance = new boost::thread_specific_ptr<std::string>;
     return *instance;
+}
+
+/// Texts of damaged files may stand in a failure.
+std::string inUtf8(const std::string& text) {
+    std::string valid;
+    utf8::replace_invalid(text.begin(), text.end(), std::back_inserter(valid));
+    return valid;
 }
 
 }  // namespace
@@ -25,7 +35,7 @@ void setLastError(const std::string& text) {
 
 void rememberFailure(const std::exception& fault) noexcept {
     try {
-        setLastError(fault.what());
+        setLastError(inUtf8(fault.what()));
         const auto logger = logging::Logger::getLogger("kvan.io.qsf2sql.c_dll");
         if (!logger.isEnabled(logging::Level::DEBUG))
             return;

@@ -194,6 +194,9 @@ TEST_F(Recalibrated, FaultsAreToldWhereTheyAreFound) {
     writeArchive(1);
     const std::pair<const char*, const char*> atOpen[] = {
         {"UPDATE GlobalMetadata SET Value = 'X' WHERE Key = 'SchemaType'", "Schema type 'X' not supported"},
+        {"UPDATE GlobalMetadata SET Value = x'41FF42C3' WHERE Key = 'SchemaType'",
+         "Schema type 'A\xEF\xBF\xBD"
+         "B\xEF\xBF\xBD' not supported"},
         {"UPDATE GlobalMetadata SET Value = '3' WHERE Key = 'SchemaVersionMajor'",
          "calibration schema version 3.0 not supported."},
         {"DROP TABLE FrameMzCalibrationMapping",
