@@ -87,7 +87,6 @@ TransformatorPtr withLaw(const TransformatorPtr& calibrator, const FunctionalPtr
     if (familyOf(*calibrator) == KITE1) {
         auto copy = cloneObject(calibrator);
         copy->SetFunctionalConstants(law);
-        copy->SetMeasurementModeInfo(nullptr);
         return copy;
     }
     auto merged = factory().createTransformator(law, calibrator->GetPhysicalConstants());
