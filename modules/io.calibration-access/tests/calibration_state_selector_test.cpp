@@ -71,7 +71,7 @@ TEST_F(Selector, TellsWhyThereIsNoKey) {
          "Query result unexpectedly empty: " + fitting},
     };
     for (const auto& [selector, text] : cases)
-        EXPECT_EQ(failureOf([&] { selector.getUUID(m_database); }), text);
+        EXPECT_EQ(failureOf([&, &wanted = selector] { wanted.getUUID(m_database); }), text);
     sql("UPDATE CalibrationState SET Key = NULL");
     EXPECT_EQ(failureOf([&] { choiceOf({.unconditional = true}); }),
               "Query result unexpectedly NULL: SELECT c.Key FROM CalibrationState c WHERE 1 ORDER BY Id ASC LIMIT 1");
