@@ -102,7 +102,7 @@ CalibrationReaderSqliteImpl::TransformatorPtr CalibrationReaderSqliteImpl::loadF
 CalibrationReaderSqliteImpl::TransformatorPtr CalibrationReaderSqliteImpl::getRefMzTrafo(bool negative, double T1,
                                                                                          double T2) {
     Reference& reference = negative ? m_negative : m_positive;
-    std::call_once(reference.loaded, [&] { reference.trafo = readWhole([&] { return loadRefMzTrafo(negative); }); });
+    boost::call_once(reference.loaded, [&] { reference.trafo = readWhole([&] { return loadRefMzTrafo(negative); }); });
     const auto& [transformator, temperatures] = reference.trafo;
     if (!transformator)
         fail(std::string("no reference calibration available for ") + (negative ? "negative" : "positive") +

@@ -4,8 +4,8 @@
 #include "calibration-reader/unlocked_frame_calibrators.h"
 #include "logger/logger.h"
 
+#include <boost/thread/once.hpp>
 #include <memory>
-#include <mutex>
 #include <string>
 #include <tuple>
 
@@ -42,7 +42,7 @@ private:
     using RefMzTrafo = std::tuple<TransformatorPtr, details::MzCalibTemperatureInfo>;
 
     struct Reference {
-        std::once_flag loaded;
+        boost::once_flag loaded = BOOST_ONCE_INIT;  // std::once_flag may hang when a load throws
         RefMzTrafo trafo;
     };
 
