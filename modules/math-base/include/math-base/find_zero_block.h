@@ -34,69 +34,81 @@ template <class Evaluate>
     constexpr double epsilon = std::numeric_limits<double>::epsilon();
     alignas(64) ZeroBlock::Column oppositeX;
     alignas(64) ZeroBlock::Column oppositeY;
+    alignas(64) ZeroBlock::Column lastStep;
     alignas(64) ZeroBlock::Column nextX;
     alignas(64) ZeroBlock::Column nextY;
     alignas(64) std::int64_t searching[g_zeroBlockSize];
-    for (std::size_t k = 0; k < g_zeroBlockSize; ++k) {
-        oppositeX[k] = block.previousX[k];
-        oppositeY[k] = block.previousY[k];
-    }
-    for (int count = 0; count < mostSteps; ++count) {
-        std::int64_t any = 0;
-        for (std::size_t k = 0; k < g_zeroBlockSize; ++k) {
-            const double lastStep = block.bestX[k] - block.previousX[k];
-            const bool swapped = std::fabs(oppositeY[k]) < std::fabs(block.bestY[k]);
-            const double previousX = swapped ? block.bestX[k] : block.previousX[k];
-            const double previousY = swapped ? block.bestY[k] : block.previousY[k];
-            const double bestX = swapped ? oppositeX[k] : block.bestX[k];
-            const double bestY = swapped ? oppositeY[k] : block.bestY[k];
-            const double otherX = swapped ? block.bestX[k] : oppositeX[k];
-            const double otherY = swapped ? block.bestY[k] : oppositeY[k];
 
+    // Takes search k to (x, y) with the zero between there and (otherX, otherY), and makes the better of the two ends
+    // the best one. Gives all bits if the search goes on, else none. What a search that has ended holds as its previous
+    // end is not looked at any more.
+    const auto arrive = [&](std::size_t k, double x, double y, double otherX, double otherY, double fromX, double fromY)
+        __attribute__((always_inline)) {
+        const bool swapped = std::fabs(otherY) < std::fabs(y);
+        const double bestX = swapped ? otherX : x;
+        const double bestY = swapped ? otherY : y;
+        const double opposite = swapped ? x : otherX;
+        lastStep[k] = x - fromX;
+        block.previousX[k] = swapped ? x : fromX;
+        block.previousY[k] = swapped ? y : fromY;
+        block.bestX[k] = bestX;
+        block.bestY[k] = bestY;
+        oppositeX[k] = opposite;
+        oppositeY[k] = swapped ? y : otherY;
+        const bool ended = (std::fabs((opposite - bestX) * 0.5) <= 2.0 * epsilon * std::fabs(bestX)) | (bestY == 0.0);
+        searching[k] = ended ? std::int64_t{0} : std::int64_t{-1};
+        return searching[k];
+    };
+
+    std::int64_t any = 0;
+    for (std::size_t k = 0; k < g_zeroBlockSize; ++k)
+        any |= arrive(k, block.bestX[k], block.bestY[k], block.previousX[k], block.previousY[k], block.previousX[k],
+                      block.previousY[k]);
+    for (int count = 0; count < mostSteps && any != 0; ++count) {
+        for (std::size_t k = 0; k < g_zeroBlockSize; ++k) {
+            const double previousX = block.previousX[k];
+            const double previousY = block.previousY[k];
+            const double bestX = block.bestX[k];
+            const double bestY = block.bestY[k];
+            const double otherY = oppositeY[k];
             const double near = 2.0 * epsilon * std::fabs(bestX);
-            const double bracket = otherX - bestX;
+            const double bracket = oppositeX[k] - bestX;
             const double half = bracket * 0.5;
-            const bool searches = !((std::fabs(half) <= near) | (bestY == 0.0));
 
             const double ratio = bestY / previousY;
             const double s = previousY / otherY;
             const double r = bestY / otherY;
-            const bool twoPoints = previousX == otherX;
+            const bool twoPoints = previousX == oppositeX[k];
             const double p3 = ratio * (bracket * s * (s - r) - (bestX - previousX) * (r - 1.0));
             const double q3 = (s - 1.0) * (r - 1.0) * (ratio - 1.0);
             const double signedP = twoPoints ? bracket * ratio : p3;
             const double signedQ = twoPoints ? 1.0 - ratio : q3;
             const double p = signedP > 0.0 ? signedP : -signedP;
             const double q = signedP > 0.0 ? -signedQ : signedQ;
-            const bool interpolates = (std::fabs(lastStep) >= near) & (std::fabs(previousY) > std::fabs(bestY)) &
+            const bool interpolates = (std::fabs(lastStep[k]) >= near) & (std::fabs(previousY) > std::fabs(bestY)) &
                                       (p < 0.75 * bracket * q - std::fabs(near * q) * 0.5) &
-                                      (p < std::fabs(lastStep * q * 0.5));
+                                      (p < std::fabs(lastStep[k] * q * 0.5));
             const double free = interpolates ? p / q : half;
             const double step = std::fabs(free) < near ? std::copysign(near, half) : free;
-
-            block.previousX[k] = bestX;  // of a search that has ended it is not looked at any more
-            block.previousY[k] = bestY;
-            block.bestX[k] = bestX;
-            block.bestY[k] = bestY;
-            oppositeX[k] = otherX;
-            oppositeY[k] = otherY;
-            nextX[k] = searches ? bestX + step : bestX;
-            searching[k] = searches ? std::int64_t{-1} : std::int64_t{0};
-            any |= searching[k];
+            nextX[k] = searching[k] != 0 ? bestX + step : bestX;
         }
-        if (any == 0)
-            return;
         evaluate(nextX, nextY);
+        any = 0;
         for (std::size_t k = 0; k < g_zeroBlockSize; ++k) {
-            const double y = nextY[k] - block.y[k];
             const bool searches = searching[k] != 0;
+            const double fromX = block.bestX[k];
+            const double fromY = block.bestY[k];
+            const double y = searches ? nextY[k] - block.y[k] : fromY;
             const bool sameSide = ((y > 0.0) & (oppositeY[k] > 0.0)) | ((y < 0.0) & (oppositeY[k] < 0.0));
-            oppositeX[k] = (searches & sameSide) ? block.previousX[k] : oppositeX[k];
-            oppositeY[k] = (searches & sameSide) ? block.previousY[k] : oppositeY[k];
-            block.bestX[k] = searches ? nextX[k] : block.bestX[k];
-            block.bestY[k] = searches ? y : block.bestY[k];
+            const bool passesOn = searches & sameSide;
+            any |=
+                arrive(k, nextX[k], y, passesOn ? fromX : oppositeX[k], passesOn ? fromY : oppositeY[k], fromX, fromY);
         }
     }
+    if (any == 0)
+        return;
+    for (std::size_t k = 0; k < g_zeroBlockSize; ++k)  // out of steps: where the last one led
+        block.bestX[k] = searching[k] != 0 ? nextX[k] : block.bestX[k];
 }
 
 }  // namespace kvan::math

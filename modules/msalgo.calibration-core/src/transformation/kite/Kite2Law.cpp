@@ -118,42 +118,51 @@ double Kite2Law::RawToMass(double raw) const {
 }
 
 /// As many searches as run side by side, and which of them are left to the single form: those that fail, and those that
-/// go beyond the knots.
+/// go beyond the knots. Their brackets have no width.
 struct Kite2Law::Searches {
     math::ZeroBlock block;
-    bool single[math::g_zeroBlockSize];
-
-    /// The bracket from (a, fa) to (b, fb).
-    void set(std::size_t k, double y, double a, double fa, double b, double fb) {
-        block.y[k] = y;
-        block.previousX[k] = a;
-        block.previousY[k] = fa;
-        block.bestX[k] = b;
-        block.bestY[k] = fb;
-    }
-    /// Nothing to search.
-    void leave(std::size_t k) { set(k, 0.0, 0.0, 0.0, 0.0, 0.0); }
+    std::int64_t single[math::g_zeroBlockSize];  ///< 0 or not, as wide as the numbers
 };
 
-/// The brackets of w. Below the knot where the values cease to rise, the first step that passes a raw value is the only
-/// one, so that the place of the value before is tried first.
-void Kite2Law::bracketRoots(const double* raws, std::size_t count, Searches& searches) const {
+/// The step that passes `y` first; `m_rising` if that is not among the kept ones. Below the knot where the values cease
+/// to rise it is the only one.
+std::size_t Kite2Law::knotOf(double y) const {
     std::size_t knot = 1;
-    for (std::size_t k = 0; k < math::g_zeroBlockSize; ++k) {
-        searches.leave(k);
-        searches.single[k] = false;
-        if (k >= count)
+    while (knot < m_rising && !(m_values[knot - 1] < y && y < m_values[knot]))
+        ++knot;
+    return knot;
+}
+
+/// The brackets of w. Neighbours on an axis mostly have one bracket in common.
+QSF_VECTOR_CLONES void Kite2Law::bracketRoots(const double* raws, std::size_t count, Searches& searches) const {
+    constexpr std::size_t size = math::g_zeroBlockSize;
+    math::ZeroBlock& block = searches.block;
+    for (std::size_t k = 0; k < size; ++k)
+        block.y[k] = (k < count ? raws[k] : raws[0]) - m_base;
+    const std::size_t common = knotOf(block.y[0]);
+    const double a = m_knots[common - 1];
+    const double b = m_knots[std::min(common, KnotCount - 1)];
+    const double ha = m_values[common - 1];
+    const double hb = m_values[std::min(common, KnotCount - 1)];
+    std::int64_t others = 0;
+    for (std::size_t k = 0; k < size; ++k) {
+        const bool passed = (ha < block.y[k]) & (block.y[k] < hb);
+        searches.single[k] = passed ? std::int64_t{0} : std::int64_t{1};
+        others |= searches.single[k];
+        block.previousX[k] = passed ? a : 0.0;
+        block.previousY[k] = passed ? ha - block.y[k] : 0.0;
+        block.bestX[k] = passed ? b : 0.0;
+        block.bestY[k] = passed ? hb - block.y[k] : 0.0;
+    }
+    for (std::size_t k = 0; others != 0 && k < count; ++k) {
+        const std::size_t knot = knotOf(block.y[k]);
+        searches.single[k] = knot == m_rising ? 1 : 0;
+        if (knot == m_rising)
             continue;
-        const double y = raws[k] - m_base;
-        const auto passes = [&](std::size_t upper) { return m_values[upper - 1] < y && y < m_values[upper]; };
-        if (!passes(knot))
-            for (knot = 1; knot < m_rising && !passes(knot); ++knot) {
-            }
-        searches.single[k] = knot == m_rising;
-        if (searches.single[k])
-            knot = 1;
-        else
-            searches.set(k, y, m_knots[knot - 1], m_values[knot - 1] - y, m_knots[knot], m_values[knot] - y);
+        block.previousX[k] = m_knots[knot - 1];
+        block.previousY[k] = m_values[knot - 1] - block.y[k];
+        block.bestX[k] = m_knots[knot];
+        block.bestY[k] = m_values[knot] - block.y[k];
     }
 }
 
@@ -179,7 +188,7 @@ QSF_VECTOR_CLONES void Kite2Law::bracketMasses(const Straight global, Searches& 
         block.previousY[k] = passed ? ga : 0.0;
         block.bestX[k] = passed ? upper[k] : 0.0;
         block.bestY[k] = passed ? gb : 0.0;
-        searches.single[k] = searches.single[k] | !passed;
+        searches.single[k] |= passed ? std::int64_t{0} : std::int64_t{1};
     }
 }
 
@@ -200,7 +209,7 @@ void Kite2Law::convertBlock(double* values, std::size_t count) const {
     }
     for (std::size_t k = 0; k < count; ++k) {
         const double zero = searches.block.bestX[k];
-        if (searches.single[k])
+        if (searches.single[k] != 0)
             values[k] = RawToMass(values[k]);
         else
             values[k] = m_global ? zero : zero * zero;

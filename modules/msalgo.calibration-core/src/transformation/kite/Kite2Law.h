@@ -42,6 +42,7 @@ private:
     struct Searches;
     static void bracketMasses(const Straight global, Searches& searches);
     static void solve(const Straight law, Searches& searches);
+    std::size_t knotOf(double y) const;
     void bracketRoots(const double* raws, std::size_t count, Searches& searches) const;
     void convertBlock(double* values, std::size_t count) const;
 
