@@ -55,6 +55,17 @@ std::optional<DigitizerConstants> readDigitizerConstants(CppSQLite3DB& database,
     return {};
 }
 
+/// The temperatures of a reference that is used as it is are not looked at.
+details::MzCalibTemperatureInfo readTemperatures(const TypedRow& reference) {
+    constexpr int T1 = CalibrationTableReader::FirstExtra;
+    details::MzCalibTemperatureInfo info{.dC1 = reference.real(T1 + 2), .dC2 = reference.real(T1 + 3)};
+    if (info.isCompensated()) {
+        info.T1 = reference.real(T1);
+        info.T2 = reference.real(T1 + 1);
+    }
+    return info;
+}
+
 std::optional<sys::FileStamp> stampIfFrozen(const CppSQLite3DB& database) {
     if (database.mode() != CppSQLite3DB::OpenMode::Frozen)
         return {};
@@ -133,9 +144,7 @@ CalibrationReaderSqliteImpl::RefMzTrafo CalibrationReaderSqliteImpl::loadRefMzTr
         fail("FTMS04 as reference trafo is not supported.");
     if (model == MzModel::Ftms1356)
         fail("FTMS1356 as reference trafo is not supported.");
-    constexpr int extra = CalibrationTableReader::FirstExtra;
-    const details::MzCalibTemperatureInfo temperatures{row.real(extra), row.real(extra + 1), row.real(extra + 2),
-                                                       row.real(extra + 3)};
+    const auto temperatures = readTemperatures(row);
     auto transformator = makeMzTrafo(model, row, m_references.firstModelColumn(), m_digitizer);
     if (!temperatures.isCompensated()) {
         KVAN_LOG(m_logger, DEBUG) << "Not performing temperature compensation, as coefficients are 0.0";
