@@ -95,6 +95,10 @@ const bool g_registered = [] {
     decoratedBenchmark("range/kite2", rangeOf, kite2({{0.0, 1.0}, 0.0, 0.0, 0.0}), inside, 40.0);
     decoratedBenchmark("range/kite2Global", rangeOf, kite2({{0.02, 1.0001, -1e-8}, 50.0, 2500.0, 0.0}), inside, 40.0);
     decoratedBenchmark("range/psd", rangeOf, psd(inside), inside, 40.0);
+    // The way back of KITE 1 and PSD is a search, that of KITE 2 is not; for information.
+    decoratedBenchmark("raws/kite1", massesOf, kite1(), inside, 0.0);
+    decoratedBenchmark("raws/kite2", massesOf, kite2({{0.02, 1.0001, -1e-8}, 50.0, 2500.0, 0.0}), inside, 0.0);
+    decoratedBenchmark("raws/psd", massesOf, psd(inside), inside, 0.0);
     return true;
 }();
 

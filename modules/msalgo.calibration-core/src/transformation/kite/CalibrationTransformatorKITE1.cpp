@@ -26,8 +26,8 @@ class CalibrationTransformatorKITE1 final : public WrappingTransformator<Calibra
                                             public ICalibTextSerialization {
 public:
     static constexpr int TypeCode = 7;
-    static constexpr double FromInnerCost = 2.0;
-    static constexpr double ToInnerCost = 250.0;
+    static constexpr double FromInnerCost = 1.0;
+    static constexpr double ToInnerCost = 150.0;
 
     CalibrationTransformatorKITE1(const std::shared_ptr<ICalibrationTransformator>& tof,
                                   const Constants::CalibrationPolynomialKITE1& polynomial)

@@ -28,8 +28,8 @@ class CalibrationTransformatorKITE2 final : public WrappingTransformator<Calibra
                                             public ICalibTextSerialization {
 public:
     static constexpr int TypeCode = 10;
-    static constexpr double FromInnerCost = 40.0;
-    static constexpr double ToInnerCost = 10.0;
+    static constexpr double FromInnerCost = 20.0;
+    static constexpr double ToInnerCost = 5.0;
 
     CalibrationTransformatorKITE2(const std::shared_ptr<ICalibrationTransformator>& tof,
                                   const Constants::CalibrationPolynomialKITE2& polynomial)

@@ -19,8 +19,8 @@ class CalibrationTransformatorPSD final : public WrappingTransformator<Calibrati
                                           public ICalibTextSerialization {
 public:
     static constexpr int TypeCode = 6;
-    static constexpr double FromInnerCost = 4.0;
-    static constexpr double ToInnerCost = 600.0;
+    static constexpr double FromInnerCost = 1.5;
+    static constexpr double ToInnerCost = 190.0;
 
     CalibrationTransformatorPSD(const std::shared_ptr<ICalibrationTransformator>& tof,
                                 const std::shared_ptr<const Constants::CalibrationPolynomialPSDFAST>& polynomial)
