@@ -6,10 +6,8 @@
 #include "calibration-core/constants/CalibrationConstantsTOF.h"
 #include "calibration-core/constants/CalibrationConstantsTemperatureCompensation.h"
 #include "calibration-core/interfaces/MeasurementModeInfo.h"
-#include "utilities/IndexTruncation.h"
 
 #include <boost/throw_exception.hpp>
-#include <iostream>
 #include <stdexcept>
 #include <string>
 
@@ -296,105 +294,6 @@ void CCOConversionUtil::MapCCO2QSF(const ICalibrationTransformator& transformato
     const auto& law = viewFor<ICalibrationConstantsFunctionalLinear>(
         functional, "LINEARCalibrationBlock", "GetFunctionalConstants", "ICalibrationConstantsFunctionalLinear");
     block = {law.GetStoredC0(), law.GetStoredC1()};
-}
-
-CCOConversionUtil::TransformatorPtr CCOConversionUtil::MapQSF2CCO(const KITE1CalibrationBlock& block,
-                                                                  const Values& coefficients, const Factory& factory) {
-    return factory.createTransformatorKite(
-        MapQSF2CCO(block.tof, factory), {.parentMass = block.parentMass,
-                                         .correctionTime = block.correctionTime,
-                                         .kiteTime = block.kiteTime,
-                                         .calibrationParentMass = block.calibrationParentMass,
-                                         .calibTimeRange = {double{block.calibTimeLow}, double{block.calibTimeHigh}},
-                                         .indexRange = {std::int32_t{block.firstIndex}, std::int32_t{block.lastIndex}},
-                                         .ignoreIndexBounds = block.ignore != 0,
-                                         .coefficients = coefficients});
-}
-
-void CCOConversionUtil::MapCCO2QSF(const ICalibrationTransformator& tof,
-                                   const Constants::CalibrationPolynomialKITE1& polynomial,
-                                   KITE1CalibrationBlock& block) {
-    MapCCO2QSF(tof, block.tof);
-    const auto [timeLow, timeHigh] = polynomial.GetCalibTimeRange();
-    const auto [firstIndex, lastIndex] = polynomial.GetIndexRange();
-    block.parentMass = polynomial.GetParentMass();
-    block.correctionTime = polynomial.GetCorrectionTime();
-    block.kiteTime = polynomial.GetKiteTime();
-    block.calibrationParentMass = polynomial.GetCalibrationParentMass();
-    block.calibTimeLow = timeLow;
-    block.calibTimeHigh = timeHigh;
-    block.firstIndex = firstIndex;
-    block.lastIndex = lastIndex;
-    block.ignore = polynomial.GetIgnoreIndexBounds() ? 1 : 0;
-}
-
-CCOConversionUtil::TransformatorPtr CCOConversionUtil::MapQSF2CCO(const KITE2CalibrationBlock& block,
-                                                                  const CCalibPolynomial& global,
-                                                                  const std::vector<CCalibPolynomial>& parents,
-                                                                  const Values& vc0, const Factory& factory) {
-    return factory.createTransformatorKite2(
-        MapQSF2CCO(block.tof, factory), {.parentMass = block.parentMass,
-                                         .referenceTime = block.referenceTime,
-                                         .measuredParentMass = block.measuredParentMass,
-                                         .measuredReferenceTime = block.measuredReferenceTime,
-                                         .indexRange = {std::int32_t{block.firstIndex}, std::int32_t{block.lastIndex}},
-                                         .ignoreIndexBounds = block.ignoreIndexBounds != 0,
-                                         .parents = parents,
-                                         .global = global,
-                                         .vc0 = vc0});
-}
-
-void CCOConversionUtil::MapCCO2QSF(const ICalibrationTransformator& tof,
-                                   const Constants::CalibrationPolynomialKITE2& polynomial,
-                                   KITE2CalibrationBlock& block) {
-    MapCCO2QSF(tof, block.tof);
-    const auto& numbers = polynomial.GetNumbers();
-    block.parentMass = numbers.parentMass;
-    block.referenceTime = numbers.referenceTime;
-    block.measuredParentMass = numbers.measuredParentMass;
-    block.measuredReferenceTime = numbers.measuredReferenceTime;
-    block.firstIndex = numbers.indexRange.first;
-    block.lastIndex = numbers.indexRange.second;
-    block.ignoreIndexBounds = numbers.ignoreIndexBounds ? 1 : 0;
-}
-
-CCOConversionUtil::TransformatorPtr CCOConversionUtil::MapQSF2CCO(const PSDCalibrationBlock& block, const Values& spc,
-                                                                  const Values& ocp, const Values& classic,
-                                                                  const Factory& factory) {
-    using Polynomial = Constants::CalibrationPolynomialPSDFAST;
-    if (block.psdMode == ClassicPsdMode)
-        BOOST_THROW_EXCEPTION(std::invalid_argument(
-            "CCOConversionUtil::MapQSF2CCO: classic psd mode (mode 1) is not supported any more."));
-    std::shared_ptr<Polynomial> polynomial;
-    if (block.psdMode == FastPsdMode)
-        polynomial = std::make_shared<Polynomial>(Polynomial::Numbers{.uRefFull = block.uRefFull,
-                                                                      .uSegment = block.uSegment,
-                                                                      .calibrationMass = block.calibrationMass,
-                                                                      .parentMass = block.parentMass,
-                                                                      .minArg = static_cast<double>(block.minArg),
-                                                                      .maxArg = static_cast<double>(block.maxArg),
-                                                                      .spc = spc,
-                                                                      .ocp = ocp,
-                                                                      .classic = classic});
-    else
-        std::cout << "warning: CCOConversionUtil::MapQSF2CCO: unknown psd mode." << std::endl;
-    return factory.createTransformatorPsd(MapQSF2CCO(block.tof, factory), polynomial);
-}
-
-void CCOConversionUtil::MapCCO2QSF(const ICalibrationTransformator& tof,
-                                   const Constants::CalibrationPolynomialPSDFAST* polynomial,
-                                   PSDCalibrationBlock& block) {
-    MapCCO2QSF(tof, block.tof);
-    if (polynomial == nullptr)
-        return;
-    const auto& numbers = polynomial->GetNumbers();
-    block.uRefFull = numbers.uRefFull;
-    block.uSegment = numbers.uSegment;
-    block.calibrationMass = numbers.calibrationMass;
-    block.parentMass = numbers.parentMass;
-    block.minArg = Utilities::truncateToIndex(numbers.minArg);
-    block.maxArg = Utilities::truncateToIndex(numbers.maxArg);
-    block.psdMode = FastPsdMode;
 }
 
 void CCOConversionUtil::MapTOFPhysicalConstants2QSF(const ICalibrationConstantsPhysical* physical,
