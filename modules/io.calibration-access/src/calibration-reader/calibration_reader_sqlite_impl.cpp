@@ -105,9 +105,11 @@ CalibrationReaderSqliteImpl::TransformatorPtr CalibrationReaderSqliteImpl::getMz
 }
 
 CalibrationReaderSqliteImpl::TransformatorPtr CalibrationReaderSqliteImpl::loadFrameMzTrafo(std::int64_t frameId) {
-    if (auto transformator = m_unlockedFrames.tryLoad(frameId, m_digitizer, *m_database))
+    if (auto transformator = m_unlockedFrames.tryLoad(frameId, m_digitizer))
         return transformator;
-    return readWhole([&] { return m_frames.load(frameId, m_digitizer); });
+    auto transformator = readWhole([&] { return m_frames.load(frameId, m_digitizer); });
+    m_unlockedFrames.noteLockedRead(*m_database);
+    return transformator;
 }
 
 CalibrationReaderSqliteImpl::TransformatorPtr CalibrationReaderSqliteImpl::getRefMzTrafo(bool negative, double T1,

@@ -30,12 +30,10 @@ private:
 }  // namespace
 
 std::shared_ptr<::kvan::calibration::ICalibrationTransformator> UnlockedFrameCalibrators::tryLoad(
-    std::int64_t frameId, const std::optional<DigitizerConstants>& digitizer, cppsqlite::CppSQLite3DB& locked) {
+    std::int64_t frameId, const std::optional<DigitizerConstants>& digitizer) {
+    if (!m_calibrators)
+        return nullptr;
     try {
-        if (!m_calibrators && isDue())
-            connect(locked);
-        if (!m_calibrators)
-            return nullptr;
         if (isUntouched()) {
             auto transformator = m_calibrators->load(frameId, digitizer);
             if (isUntouched())
@@ -48,10 +46,16 @@ std::shared_ptr<::kvan::calibration::ICalibrationTransformator> UnlockedFrameCal
     return nullptr;
 }
 
-bool UnlockedFrameCalibrators::isDue() {
+void UnlockedFrameCalibrators::noteLockedRead(cppsqlite::CppSQLite3DB& locked) noexcept {
     constexpr std::uint64_t first = 16;
     constexpr std::uint64_t interval = 1024;
-    return m_lockedReads++ % interval == first;
+    if (++m_lockedReads % interval != first || m_calibrators)
+        return;
+    try {
+        connect(locked);
+    } catch (const std::exception&) {
+        // Then reads go on under locks.
+    }
 }
 
 void UnlockedFrameCalibrators::connect(cppsqlite::CppSQLite3DB& locked) {

@@ -14,13 +14,15 @@ class UnlockedFrameCalibrators {
 public:
     explicit UnlockedFrameCalibrators(std::int64_t state) : m_state(state) {}
 
-    /// As `FrameCalibrators::load`; null whenever that must be done under locks, which a failure is too. `locked` is
-    /// the ordinary connection to the file.
+    /// As `FrameCalibrators::load`; null whenever that must be done under locks, which a failure is too.
     std::shared_ptr<::kvan::calibration::ICalibrationTransformator> tryLoad(
-        std::int64_t frameId, const std::optional<DigitizerConstants>& digitizer, cppsqlite::CppSQLite3DB& locked);
+        std::int64_t frameId, const std::optional<DigitizerConstants>& digitizer);
+
+    /// To be told of each read that succeeded under locks, by the ordinary connection to the file: so many make it
+    /// worth to go on without.
+    void noteLockedRead(cppsqlite::CppSQLite3DB& locked) noexcept;
 
 private:
-    bool isDue();
     void connect(cppsqlite::CppSQLite3DB& locked);
     bool isUntouched() const { return sys::stampOf(m_file) == m_stamp; }
 
