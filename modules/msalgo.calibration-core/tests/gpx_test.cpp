@@ -109,8 +109,11 @@ TEST(Gpx, RoundTripsHoldOverTheLaw) {
 TEST(Gpx, RefusesWhatHasNoInverse) {
     constexpr double nan = std::numeric_limits<double>::quiet_NaN();
     constexpr double infinity = std::numeric_limits<double>::infinity();
+    Doubles beyondSearch(70000);
+    beyondSearch[1] = 1.5;
     const Doubles damaged[] = {{5},          {0, 0, 0},     {nan, 1},          {0, 1, nan}, {0, -1},
-                               {1e6, 1, -1}, {infinity, 1}, {0, 1e308, 1e308}, {2000, 1},   Doubles(70000, 1e300)};
+                               {1e6, 1, -1}, {infinity, 1}, {0, 1e308, 1e308}, {2000, 1},   Doubles(70000, 1e300),
+                               beyondSearch};
     for (const Doubles& coefficients : damaged)
         for (const auto& range : {std::pair(100.0, 2000.0), std::pair(2000.0, 100.0), std::pair(nan, infinity)}) {
             const auto law = corrected(identity(), coefficients, range.first, range.second);

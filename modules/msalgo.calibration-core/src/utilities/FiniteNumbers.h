@@ -2,9 +2,13 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
 #include <vector>
 
 namespace kvan::calibration::Utilities {
+
+/// Beyond any polynomial that could be fitted. A search or a root finder evaluates each coefficient again and again.
+inline constexpr std::size_t g_mostCoefficients = 64;
 
 /// Whether none of the numbers is NaN or infinite.
 inline bool areFinite(const std::vector<double>& numbers) {

@@ -2,6 +2,7 @@
 
 #include "serialization/GpxStoredForms.h"
 #include "serialization/StoredBlocks.h"
+#include "utilities/FiniteNumbers.h"
 
 #include <algorithm>
 #include <boost/throw_exception.hpp>
@@ -108,6 +109,8 @@ double CalibrationTransformatorGPX::MassToPreciseMass(double mass) const {
 }
 
 std::optional<double> CalibrationTransformatorGPX::search(double mass) const noexcept {
+    if (m_polynomial->GetCoefficients().size() > Utilities::g_mostCoefficients)
+        return std::nullopt;
     bool found = false;
     double precise = mass;
     m_apparentMass.Inverse(mass, mass, mass - m_searchWidth, mass + m_searchWidth, found, precise);

@@ -50,7 +50,8 @@ public:
     void SerializeToBlob(BlobForm form, tqclegacy::CALIBRATION::CalibBlobWriteAccess& access) const override;
 
 private:
-    /// The inverse around `mass` where the first order is not near enough; nothing if there is none.
+    /// The inverse around `mass` where the first order is not near enough; nothing if there is none, and
+    /// for a polynomial that is beyond a search: it would take hours for an array.
     std::optional<double> search(double mass) const noexcept;
 
     std::shared_ptr<ICalibrationPolynomialGPX> m_polynomial;

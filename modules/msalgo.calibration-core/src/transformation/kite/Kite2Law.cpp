@@ -38,11 +38,9 @@ std::vector<double> derivativeOf(const std::vector<double>& coefficients) {
     return derivative;
 }
 
-/// Beyond any polynomial that could be fitted; the search for extrema costs the cube of it.
-constexpr std::size_t g_mostCoefficients = 64;
-
 void requireUsable(const Polynomial& polynomial) {
-    if (polynomial.coefficients.size() > g_mostCoefficients || !Utilities::areFinite(polynomial.coefficients))
+    if (polynomial.coefficients.size() > Utilities::g_mostCoefficients ||
+        !Utilities::areFinite(polynomial.coefficients))
         fail("Kite2 InitData(): unexpected error.");
 }
 
