@@ -160,6 +160,12 @@ TEST(GpxText, RefusesDecoratorsWithoutAPlaceInIt) {
     for (const auto& transformator : {raw, bounded(raw, 0, 1), corrected(bounded(linear(1, 2), 0, 1))})
         EXPECT_EQ(failureOf([&] { g_serialization.SerializeToString(transformator); }), refusal);
     EXPECT_EQ(failureOf([&] { written(bounded(linear(1, 2), 0, 1)); }), refusal);
+    const auto twice = [](const TransformatorPtr& inner) {
+        return failureOf([&] { g_serialization.SerializeToString(corrected(corrected(inner))); });
+    };
+    EXPECT_EQ(twice(linear(1, 2)), "invalid_argument: invalid serialization: a correction inside a correction");
+    const auto inside = factory().createTransformatorGPX(corrected(linear(1, 2)), nullptr);
+    EXPECT_EQ(g_serialization.SerializeToString(inside), g_serialization.SerializeToString(corrected(linear(1, 2))));
 }
 
 }  // namespace

@@ -127,7 +127,7 @@ struct WrittenParts {
 };
 
 WrittenParts partsOf(const TransformatorPtr& transformator) {
-    WrittenParts parts{{}, std::make_shared<Constants::CalibrationPolynomialGPX>(), transformator};
+    WrittenParts parts{{}, nullptr, transformator};
     parts.head.indexOffset = Utilities::truncateToIndex(transformator->GetIndexOffset() + 0.5);
     if (const auto* const bounds =
             dynamic_cast<const ICalibrationTransformatorIndexBoundsChecker*>(transformator.get())) {
@@ -136,11 +136,15 @@ WrittenParts partsOf(const TransformatorPtr& transformator) {
         parts.head.rangeHigh = Utilities::truncateToIndex(bounds->GetUpperIndexBound());
         parts.law = bounds->GetDecoratedTransformator();
     }
-    if (const auto* const corrected = dynamic_cast<const ICalibrationTransformatorGPX*>(parts.law.get())) {
-        if (auto polynomial = corrected->GetPolynomial())
+    while (const auto* const corrected = dynamic_cast<const ICalibrationTransformatorGPX*>(parts.law.get())) {
+        if (auto polynomial = corrected->GetPolynomial()) {
+            GpxStoredForms::RequireOne(parts.correction == nullptr);
             parts.correction = std::move(polynomial);
+        }
         parts.law = corrected->GetTransformator();
     }
+    if (!parts.correction)
+        parts.correction = std::make_shared<Constants::CalibrationPolynomialGPX>();
     return parts;
 }
 

@@ -62,6 +62,11 @@ GpxStoredForms::PolynomialPtr GpxStoredForms::ReadText(CalibrationTextReader& re
                                                                  use);
 }
 
+void GpxStoredForms::RequireOne(bool isOnlyOne) {
+    if (!isOnlyOne)
+        BOOST_THROW_EXCEPTION(std::invalid_argument("invalid serialization: a correction inside a correction"));
+}
+
 void GpxStoredForms::AppendText(const ICalibrationPolynomialGPX& polynomial, std::string& text) {
     const auto [minMass, maxMass] = polynomial.GetGlobalMassRange();
     CalibrationTextWriter writer(text);

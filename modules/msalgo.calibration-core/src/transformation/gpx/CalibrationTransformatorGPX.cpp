@@ -192,8 +192,7 @@ std::uint16_t CalibrationTransformatorGPX::GetBlobType(BlobForm form) const {
 void CalibrationTransformatorGPX::SerializeToBlob(BlobForm form,
                                                   tqclegacy::CALIBRATION::CalibBlobWriteAccess& access) const {
     const ICalibSerialization& block = storedFormOf(inner());
-    if (m_polynomial && block.HasGpxData())
-        BOOST_THROW_EXCEPTION(std::invalid_argument("invalid serialization: a correction inside a correction"));
+    GpxStoredForms::RequireOne(!m_polynomial || !block.HasGpxData());
     block.SerializeToBlob(form, access);
     if (m_polynomial)
         GpxStoredForms::WriteBlob(*m_polynomial, access);
