@@ -94,8 +94,12 @@ TEST(Compensator, VectorsOfOtherSizesKeepTheLawOrFail) {
               0U);
     EXPECT_EQ(failureOf([&] { addTemperatureCompensationInfo(measured, {}, {}); }),
               "runtime_error: Already contains temp-comp info.");
-    EXPECT_EQ(failureOf([&] { addTemperatureCompensationInfo(reference2, {}, {}); }),
-              "runtime_error: Non-supported strategy.");
+    const auto kite2 = factory().createTransformatorKite2(tof(0, 1e12, 0, 10, 0.5),
+                                                          {.parents = {{{0, 1}}}, .global = {{0, 1}}});  // no constants
+    for (const auto& other : {reference2, kite2})
+        EXPECT_EQ(failureOf([&] { addTemperatureCompensationInfo(other, {}, {}); }),
+                  "runtime_error: Non-supported strategy.");
+    EXPECT_TRUE(compensator(reference2, {25}, {0}).Compensate(kite2)->IsEqual(*reference2));
 }
 
 TEST(CompensatedConstants, AreEqualByLawAndData) {

@@ -1,6 +1,7 @@
 #include "calibration-core/temperaturecompensation/CalibrationTemperatureCompensator.h"
 
 #include "calibration-core/interfaces/ICalibrationConstantsFunctionalTemperatureCompensation.h"
+#include "temperaturecompensation/FunctionalConstantsOf.h"
 
 #include <ostream>
 
@@ -11,7 +12,7 @@ ICalibrationTemperatureCompensator::TransformatorPtr CalibrationTemperatureCompe
     if (!transformator || !m_reference)
         return nullptr;
     auto result = cloneObject(m_reference);
-    const auto functional = transformator->GetFunctionalConstants();
+    const auto functional = functionalConstantsOf(*transformator);
     const auto compensation =
         std::dynamic_pointer_cast<ICalibrationConstantsFunctionalTemperatureCompensation>(functional);
     if (!compensation)

@@ -2,6 +2,7 @@
 
 #include "calibration-core/constants/CalibrationConstantsTemperatureCompensation.h"
 #include "calibration-core/interfaces/ICalibrationTransformatorGPX.h"
+#include "temperaturecompensation/FunctionalConstantsOf.h"
 
 #include <boost/throw_exception.hpp>
 #include <stdexcept>
@@ -11,7 +12,7 @@ namespace kvan::calibration::TemperatureCompensation {
 std::shared_ptr<ICalibrationTransformator> addTemperatureCompensationInfo(
     const std::shared_ptr<ICalibrationTransformator>& transformator, const std::vector<double>& temperatures,
     const std::vector<double>& factors) {
-    const auto functional = transformator->GetFunctionalConstants();
+    const auto functional = functionalConstantsOf(*transformator);
     if (std::dynamic_pointer_cast<ICalibrationConstantsFunctionalTemperatureCompensation>(functional))
         BOOST_THROW_EXCEPTION(std::runtime_error("Already contains temp-comp info."));
     constexpr int tof1 = 1;
