@@ -28,12 +28,9 @@ inline Bytes bytesOf(std::string digits) {
 /// The values as they lie in memory, packed.
 template <class... Values>
 inline Bytes packed(Values... values) {
-    Bytes bytes;
-    const auto append = [&bytes](const auto& value) {
-        const auto* const first = reinterpret_cast<const unsigned char*>(&value);
-        bytes.insert(bytes.end(), first, first + sizeof value);
-    };
-    (append(values), ...);
+    Bytes bytes((sizeof(Values) + ...));
+    unsigned char* place = bytes.data();
+    ((std::memcpy(place, &values, sizeof values), place += sizeof values), ...);
     return bytes;
 }
 

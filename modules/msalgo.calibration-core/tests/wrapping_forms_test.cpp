@@ -119,11 +119,23 @@ TEST(WrappingBlob, AndTextAreOneCalibration) {
         EXPECT_EQ(written(read(blob)), blob);
         EXPECT_EQ(g_serialization.SerializeToString(read(blob)), text);
         EXPECT_EQ(g_serialization.SerializeToString(readText(text)), text);
+        EXPECT_TRUE(readText(text)->IsEqual(*read(blob)));
         Bytes fromText = written(readText(text));
         if (blob[0] == 8)  // a text has no place for the reference time at calibration
             std::copy_n(blob.begin() + 68, 8, fromText.begin() + 68);
         EXPECT_EQ(fromText, blob);
     }
+}
+
+TEST(WrappingBlob, HasNoPlaceForAnInterpolationMode) {
+    std::string text = g_kite2Text;
+    text.replace(text.find("1 0.5 0 0 400"), 13, "1 0.5 2 0 400");
+    testing::internal::CaptureStdout();
+    EXPECT_EQ(read(written(readText(text)))->MassToRaw(16), read(g_kite2)->MassToRaw(16));
+    EXPECT_NE(testing::internal::GetCapturedStdout().find(
+                  "[WARN ] kvan.calibration_core.Kite2Transformator: The interpolation mode of a KITE 2 calibration is "
+                  "lost in its blob.\n"),
+              std::string::npos);
 }
 
 TEST(WrappingBlob, CutAnywhereIsAReadError) {

@@ -143,14 +143,15 @@ void CalibrationPolynomialKITE2::prepare(Numbers numbers) {
     m_current = std::move(current);
 }
 
+/// The reference time at calibration does not count: nothing uses it, and a text has no place for it.
 bool CalibrationPolynomialKITE2::IsEqual(const ICalibrationPolynomial& other) const {
     const auto* const same = dynamic_cast<const CalibrationPolynomialKITE2*>(&other);
     if (same == nullptr)
         return false;
     const Numbers& a = m_numbers;
     const Numbers& b = same->m_numbers;
-    return relativelyEqual({a.parentMass, a.referenceTime, a.measuredParentMass, a.measuredReferenceTime},
-                           {b.parentMass, b.referenceTime, b.measuredParentMass, b.measuredReferenceTime}) &&
+    return relativelyEqual({a.parentMass, a.referenceTime, a.measuredParentMass},
+                           {b.parentMass, b.referenceTime, b.measuredParentMass}) &&
            a.indexRange == b.indexRange && a.ignoreIndexBounds == b.ignoreIndexBounds &&
            a.interpolationMode == b.interpolationMode &&
            std::equal(a.parents.begin(), a.parents.end(), b.parents.begin(), b.parents.end(),
