@@ -85,14 +85,15 @@ MzCalibration ftmsOf(const TransformatorPtr& transformator) {
 MzCalibration mzCalibrationOf(const TransformatorPtr& transformator) {
     if (const auto* const correction = as<ICalibrationTransformatorGPX>(transformator))
         return correctedOf(*correction);
-    const auto functional = transformator->GetFunctionalConstants();
     switch (transformator->GetFunctionalTypeCode()) {
         case g_tof:
         case g_compensatedTof:
-            return tofOf(dynamic_cast<const ICalibrationConstantsFunctionalTOF1&>(*functional));
+            return tofOf(
+                dynamic_cast<const ICalibrationConstantsFunctionalTOF1&>(*transformator->GetFunctionalConstants()));
         case g_paladin:
-            return trapOf(dynamic_cast<const ICalibrationConstantsFunctionalPaladin&>(*functional),
-                          transformator->GetPhysicalConstants());
+            return trapOf(
+                dynamic_cast<const ICalibrationConstantsFunctionalPaladin&>(*transformator->GetFunctionalConstants()),
+                transformator->GetPhysicalConstants());
         case g_ftms:
             return ftmsOf(transformator);
         default:
