@@ -3,6 +3,7 @@
 #include "calibration-core/constants/CalibrationConstantsTOF.h"
 #include "calibration-core/constants/CalibrationPolynomialGPX.h"
 #include "calibration-core/interfaces/CalibrationTransformatorFactory.h"
+#include "calibration-core/interfaces/CalibrationTransformatorFactorySerialization.h"
 #include "ratio.h"
 
 #include <omp.h>
@@ -76,9 +77,23 @@ void massesOf(benchmark::State& state, const TransformatorPtr& law, const Transf
         state, goal, [&] { law->MassesToRaws(masses, raws); }, [&] { inside->MassesToRaws(masses, raws); });
 }
 
+/// Out of blobs.
+void blobOf(benchmark::State& state, const TransformatorPtr& law, const TransformatorPtr& inside, double goal) {
+    const Transformation::CalibrationTransformatorFactorySerialization serialization;
+    const auto reading = [&](const TransformatorPtr& transformator) {
+        std::vector<unsigned char> blob;
+        serialization.SerializeToBlob(transformator, blob);
+        return [&serialization, blob, count = state.range(0)] {
+            for (std::int64_t round = 0; round < count; ++round)
+                benchmark::DoNotOptimize(serialization.DeserializeFromBlob(blob));
+        };
+    };
+    benchmarks::reportRatio(state, goal, reading(law), reading(inside));
+}
+
 void decoratedBenchmark(const char* name, auto function, const TransformatorPtr& law, const TransformatorPtr& inside,
-                        double goal) {
-    benchmark::RegisterBenchmark(name, function, law, inside, goal)->Arg(200'000)->UseManualTime()->Iterations(201);
+                        double goal, std::int64_t count = 200'000) {
+    benchmark::RegisterBenchmark(name, function, law, inside, goal)->Arg(count)->UseManualTime()->Iterations(201);
 }
 
 const bool g_registered = [] {
@@ -99,6 +114,9 @@ const bool g_registered = [] {
     decoratedBenchmark("raws/kite1", massesOf, kite1(), inside, 0.0);
     decoratedBenchmark("raws/kite2", massesOf, kite2({{0.02, 1.0001, -1e-8}, 50.0, 2500.0, 0.0}), inside, 0.0);
     decoratedBenchmark("raws/psd", massesOf, psd(inside), inside, 0.0);
+    decoratedBenchmark("blob/kite1", blobOf, kite1(), inside, 0.0, 1000);
+    decoratedBenchmark("blob/kite2", blobOf, kite2({{0.02, 1.0001, -1e-8}, 50.0, 2500.0, 0.0}), inside, 0.0, 1000);
+    decoratedBenchmark("blob/psd", blobOf, psd(inside), inside, 0.0, 1000);
     return true;
 }();
 
