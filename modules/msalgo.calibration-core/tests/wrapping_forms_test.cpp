@@ -127,17 +127,6 @@ TEST(WrappingBlob, AndTextAreOneCalibration) {
     }
 }
 
-TEST(WrappingBlob, HasNoPlaceForAnInterpolationMode) {
-    std::string text = g_kite2Text;
-    text.replace(text.find("1 0.5 0 0 400"), 13, "1 0.5 2 0 400");
-    testing::internal::CaptureStdout();
-    EXPECT_EQ(read(written(readText(text)))->MassToRaw(16), read(g_kite2)->MassToRaw(16));
-    EXPECT_NE(testing::internal::GetCapturedStdout().find(
-                  "[WARN ] kvan.calibration_core.Kite2Transformator: The interpolation mode of a KITE 2 calibration is "
-                  "lost in its blob.\n"),
-              std::string::npos);
-}
-
 TEST(WrappingBlob, CutAnywhereIsAReadError) {
     for (const Bytes* blob : g_blobs)
         for (std::size_t size = 1; size < blob->size(); ++size)
@@ -166,6 +155,25 @@ TEST(WrappingBlob, PolynomialsThatTheBlobCannotHoldAreAReadError) {
               "kite2Polynomial");
     // Records may lie anywhere: the second parent alone is 11, 6, 4.5 on [2, 20], with VC0(20) = 11.
     EXPECT_EQ(read(kite2Block(1, 100, 204, 260))->MassToRaw(16), 107 + 3);
+}
+
+TEST(WrappingBlob, OfALawThatIsMixedFromTwoParentsKeepsTheMasses) {
+    for (const char* mode : {" 1 0 ", " 2 0 ", " 3 0 "}) {
+        std::string text = g_kite2Text;
+        text.replace(text.find(" 0 0 400 "), 5, mode);
+        const auto mixed = readText(text);
+        EXPECT_NE(mixed->MassToRaw(16), read(g_kite2)->MassToRaw(16));
+        testing::internal::CaptureStdout();
+        const Bytes blob = written(mixed);
+        EXPECT_NE(
+            testing::internal::GetCapturedStdout().find(
+                "[WARN ] kvan.calibration_core.Kite2Transformator: Of an interpolated KITE 2 calibration only the "
+                "polynomial for its parent mass is kept in its blob.\n"),
+            std::string::npos);
+        for (const double mass : {1.0, 16.0, 300.0, 2000.0})
+            EXPECT_EQ(read(blob)->MassToRaw(mass), mixed->MassToRaw(mass)) << mode << mass;
+        EXPECT_EQ(g_serialization.SerializeToString(mixed).find(mode), text.find(mode));
+    }
 }
 
 TEST(WrappingText, Kite2HasOneVersion) {

@@ -40,6 +40,16 @@ std::vector<Polynomial> readPolynomials(CalibBlobReadAccess& access, std::size_t
     return polynomials;
 }
 
+Constants::CalibrationPolynomialKITE2::Numbers withoutInterpolation(
+    const Constants::CalibrationPolynomialKITE2& polynomial) {
+    auto numbers = polynomial.GetNumbers();
+    if (numbers.interpolationMode == 0)
+        return numbers;
+    numbers.parents = {polynomial.GetCurrentPolynomial()};
+    numbers.vc0.clear();
+    return numbers;
+}
+
 std::size_t storedSize(const Polynomial& polynomial) {
     return sizeof(CalibPolynomialRecord) + polynomial.coefficients.size() * sizeof(double);
 }
@@ -89,7 +99,7 @@ std::uint16_t Kite2StoredForm::Type(BlobForm form) {
 
 void Kite2StoredForm::Write(const ICalibrationTransformator& tof,
                             const Constants::CalibrationPolynomialKITE2& polynomial, CalibBlobWriteAccess& access) {
-    const auto& numbers = polynomial.GetNumbers();
+    const auto numbers = withoutInterpolation(polynomial);
     std::size_t vc0Offset = sizeof(KITE2CalibrationBlock) + storedSize(numbers.global);
     const std::size_t firstParentOffset = vc0Offset;
     for (const Polynomial& parent : numbers.parents)

@@ -18,7 +18,8 @@ struct Kite1StoredForm {
 };
 
 /// The blobs of KITE 2: the block of the time axis inside, the numbers of the polynomial, the global polynomial, the
-/// parent polynomials one behind the other, the VC0 coefficients. The interpolation mode has no place: it is 0.
+/// parent polynomials one behind the other, the VC0 coefficients. The interpolation mode has no place: it is 0. Of
+/// another mode the polynomial for the parent mass is written as the only one, which is the same law.
 struct Kite2StoredForm {
     static std::uint16_t Type(BlobForm form);
     static void Write(const ICalibrationTransformator& tof, const Constants::CalibrationPolynomialKITE2& polynomial,

@@ -96,7 +96,7 @@ public:
     std::uint16_t GetBlobType(BlobForm form) const override { return Kite2StoredForm::Type(form); }
     void SerializeToBlob(BlobForm, tqclegacy::CALIBRATION::CalibBlobWriteAccess& access) const override {
         if (getInterpolationMode() != 0)
-            warn("The interpolation mode of a KITE 2 calibration is lost in its blob.");
+            warn("Of an interpolated KITE 2 calibration only the polynomial for its parent mass is kept in its blob.");
         Kite2StoredForm::Write(inner(), m_polynomial, access);
     }
     void SerializeDataToString(CalibrationTextWriter& writer) const override {
