@@ -43,7 +43,7 @@ extern "C" {
  * removed when the handle is closed.
  *
  * @param raw_calibration  not 0: m/z comes from the calibration stored at acquisition; 0: from a re-calibration, if the
- *                         analysis carries one.
+ *                         analysis carries one that fits. A damaged one is a failure, since its m/z would be missed.
  * @param path             the main file (".../analysis.qsf"), not the directory. Not NULL.
  * @return the handle, to be closed with qsf2sql_array_close_storage; 0 on failure.
  */
