@@ -81,6 +81,7 @@ TEST(Kite1, WhatHasNoInverseIsTold) {
     const double huge = std::numeric_limits<double>::max();
     const Kite1 lawless[] = {{.coefficients = {0, g_nan}},
                              {.coefficients = {INFINITY}},
+                             {.coefficients = std::vector<double>(65, 1.0)},
                              {.parentMass = huge, .calibrationParentMass = 1e-11, .coefficients = {1}},
                              {.correctionTime = g_nan, .coefficients = {0, 1}},
                              {.calibTimeRange = {0, INFINITY}, .coefficients = {0, 1}}};

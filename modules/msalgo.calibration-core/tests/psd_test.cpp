@@ -73,6 +73,7 @@ TEST(Psd, WhatMakesNoLawOrHasNoInverseIsTold) {
     const char* const noLaw = "runtime_error: PSD InitData(): unexpected error.";
     EXPECT_EQ(failureOf([&] { psd(with({g_nan})); }), noLaw);
     EXPECT_EQ(failureOf([&] { psd(with({1e308})); }), noLaw);
+    EXPECT_EQ(failureOf([&] { psd(with(std::vector<double>(65, 1.0))); }), noLaw);
     EXPECT_EQ(failureOf([&] { psd(with({1}, 0, INFINITY)); }), noLaw);
     Polynomial::Numbers withoutMass = numbersFor(4, 100);
     withoutMass.calibrationMass = 0;

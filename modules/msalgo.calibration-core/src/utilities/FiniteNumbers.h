@@ -15,4 +15,9 @@ inline bool areFinite(const std::vector<double>& numbers) {
     return std::all_of(numbers.begin(), numbers.end(), [](double number) { return std::isfinite(number); });
 }
 
+/// Whether a law may be made of the coefficients: not too many, all of them finite.
+inline bool areUsable(const std::vector<double>& coefficients) {
+    return coefficients.size() <= g_mostCoefficients && areFinite(coefficients);
+}
+
 }  // namespace kvan::calibration::Utilities

@@ -100,7 +100,7 @@ private:
         const auto& coefficients = m_polynomial.GetCoefficients();
         m_correctionTime = m_polynomial.GetCorrectionTime();
         m_searchInterval = m_polynomial.GetArgRange();
-        if (!Utilities::areFinite(coefficients) ||
+        if (!Utilities::areUsable(coefficients) ||
             !Utilities::areFinite({m_correctionTime, m_searchInterval.first, m_searchInterval.second}))
             refuse("Kite1 InitData(): unexpected error.");
         constexpr int polynomialForAllX = 6;

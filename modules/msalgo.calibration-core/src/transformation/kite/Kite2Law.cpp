@@ -39,8 +39,7 @@ std::vector<double> derivativeOf(const std::vector<double>& coefficients) {
 }
 
 void requireUsable(const Polynomial& polynomial) {
-    if (polynomial.coefficients.size() > Utilities::g_mostCoefficients ||
-        !Utilities::areFinite(polynomial.coefficients))
+    if (!Utilities::areUsable(polynomial.coefficients))
         fail("Kite2 InitData(): unexpected error.");
 }
 

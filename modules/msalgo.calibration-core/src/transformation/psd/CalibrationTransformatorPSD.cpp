@@ -125,7 +125,7 @@ private:
     void initData() {
         constexpr int polynomialInRoots = 11;
         m_range = m_polynomial->GetArgRange();
-        if (!Utilities::areFinite(m_polynomial->GetCoefficients()) ||
+        if (!Utilities::areUsable(m_polynomial->GetCoefficients()) ||
             !Utilities::areFinite({m_range.first, m_range.second}))
             BOOST_THROW_EXCEPTION(std::runtime_error("PSD InitData(): unexpected error."));
         m_range.first = std::max(m_range.first, 0.0);
