@@ -81,6 +81,16 @@ public:
     void DropVectors(int count) {
         drop(count, [this] { Vector(); });
     }
+    /// What the first writers of KITE and PSD put behind the numbers.
+    void DropTailOfFirstVersion() {
+        DropVectors(4);
+        DropInts(1);
+    }
+    void DropTailOfSecondVersion() {
+        DropInts(1);
+        DropVectors(1);
+        DropDoubles(2);
+    }
 
 private:
     template <class Number>

@@ -66,12 +66,9 @@ CalibrationTextForm::TransformatorPtr Kite1TextForm::Read(CalibrationTextReader&
     numbers.indexRange.second = stream.Int();
     requireGood(stream, "calibMode");
     if (version == V2_0 || version == V2_1) {
-        stream.DropInts(1);
-        stream.DropVectors(1);
-        stream.DropDoubles(2);
+        stream.DropTailOfSecondVersion();
     } else if (version == V1_0) {
-        stream.DropVectors(4);
-        stream.DropInts(1);
+        stream.DropTailOfFirstVersion();
     }
     if (version >= V2_1) {
         stream.Bool();

@@ -90,12 +90,9 @@ CalibrationTextForm::TransformatorPtr PsdTextForm::Read(CalibrationTextReader& r
     numbers.classic = stream.Vector();
     stream.DropVectors(1);  // the coefficients that are derived
     if (version == V2_0) {
-        stream.DropInts(1);
-        stream.DropVectors(1);
-        stream.DropDoubles(2);
+        stream.DropTailOfSecondVersion();
     } else if (version == V1_0) {
-        stream.DropVectors(4);
-        stream.DropInts(1);
+        stream.DropTailOfFirstVersion();
     } else {
         stream.Bool();
         stream.DropInts(1);
