@@ -96,7 +96,7 @@ double CalibrationTransformatorGPX::PreciseMassToMass(double mass) const {
     return m_apparentMass ? m_apparentMass(mass) : mass;
 }
 
-double CalibrationTransformatorGPX::MassToPreciseMass(double mass) const {
+double CalibrationTransformatorGPX::MassToPreciseMassImpl(double mass) const {
     if (!m_apparentMass)
         return mass;
     const double first = firstOrder(mass, m_apparentMass(mass));
@@ -117,8 +117,9 @@ std::optional<double> CalibrationTransformatorGPX::search(double mass) const noe
     return found ? std::optional<double>(precise) : std::nullopt;
 }
 
-bool CalibrationTransformatorGPX::FromInnerBlock(double* values, std::size_t count) const noexcept {
-    if (!m_apparentMass)
+bool ApparentMassToMassTransformFunctor::operator()(double* values, std::size_t count) const noexcept {
+    const math::CFunction& apparentMass = gpx.m_apparentMass;
+    if (!apparentMass)
         return false;
     constexpr std::size_t chunkSize = 256;
     double first[chunkSize];
@@ -126,15 +127,15 @@ bool CalibrationTransformatorGPX::FromInnerBlock(double* values, std::size_t cou
     for (std::size_t begin = 0; begin < count; begin += chunkSize) {
         double* const masses = values + begin;
         const std::size_t size = std::min(chunkSize, count - begin);
-        m_apparentMass.Values(masses, apparent, size);
+        apparentMass.Values(masses, apparent, size);
         firstOrders(masses, apparent, first, size);
-        m_apparentMass.Values(first, apparent, size);
+        apparentMass.Values(first, apparent, size);
         if (areNear(masses, apparent, size)) {
             std::copy_n(first, size, masses);
             continue;
         }
         for (std::size_t k = 0; k < size; ++k) {
-            const std::optional<double> precise = isNear(masses[k], apparent[k]) ? first[k] : search(masses[k]);
+            const std::optional<double> precise = isNear(masses[k], apparent[k]) ? first[k] : gpx.search(masses[k]);
             if (!precise)
                 return true;
             masses[k] = *precise;
@@ -161,8 +162,7 @@ void CalibrationTransformatorGPX::PreciseMassesToMasses(const Doubles& preciseMa
 }
 
 void CalibrationTransformatorGPX::MassesToPreciseMasses(Doubles& masses) const {
-    convertOrFail(masses, FromInnerCost, g_failed,
-                  [this](double* values, std::size_t count) { return FromInnerBlock(values, count); });
+    convertOrFail(masses, FromInnerCost, g_failed, ApparentMassToMassTransformFunctor{*this});
 }
 
 void CalibrationTransformatorGPX::MassesToPreciseMasses(const Doubles& masses, Doubles& preciseMasses) const {
