@@ -1,6 +1,5 @@
 #include "road.h"
 #include "sample-analysis/archive_writer.h"
-#include "sample-analysis/sample_run.h"
 
 #include <boost/filesystem/fstream.hpp>
 
@@ -94,26 +93,6 @@ TEST_F(CalibratorArchiveRoad, ABrokenArchiveIsToldAtTheOpen) {
     fs::remove(archiveFile());
     fs::create_symlink(archiveFile(), archiveFile());
     EXPECT_EQ(failureOfOpening(), expected) << "a link in a circle";
-}
-
-TEST_F(CalibratorArchiveRoad, ARecalibratedRunHasTheMassesOfOneThatWasRight) {
-    using Family = sample::CalibrationFamily;
-    for (const auto calibration : {Family::TofQuadratic, Family::Tof2Compensated, Family::Ftms}) {
-        sample::SampleRunParameters parameters{.spectra = 12, .calibration = calibration, .points = 50'000};
-        const auto firstMass = [&](int spectrum, int rawCalibration) {
-            fs::remove(cacheFile());
-            sample::writeSampleRun(m_directory, parameters);
-            const Storage storage(mainFile(), rawCalibration);
-            return storage.read<double>(id("LineMzId", spectrum)).at(0);
-        };
-        const double survey = firstMass(1, 0);
-        const double fragment = firstMass(2, 0);
-        parameters.recalibrations = sample::Recalibrations::Archive;
-        EXPECT_EQ(firstMass(1, 0), survey) << "has its lock mass";
-        EXPECT_NEAR(firstMass(1, 1) / survey, 1 + 6e-6, 1e-8);
-        const double drift = calibration == Family::Tof2Compensated ? 0 : 1.779e-6;  // 0.25 of 1.368 s
-        EXPECT_NEAR(firstMass(2, 0) / fragment, 1 - drift, 1e-8) << "the reference knows drifts by temperatures alone";
-    }
 }
 
 }  // namespace

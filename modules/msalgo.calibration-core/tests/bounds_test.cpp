@@ -1,7 +1,6 @@
 #include "calibration-core/constants/CalibrationPolynomialGPX.h"
 #include "calibration-core/interfaces/ICalibrationTOFUtilities.h"
 #include "calibration-core/interfaces/ICalibrationTransformatorDecorator.h"
-#include "calibration-core/interfaces/ICalibrationTransformatorFTMS.h"
 #include "calibration-core/interfaces/ICalibrationTransformatorGPX.h"
 #include "calibration-core/interfaces/ICalibrationUtilities.h"
 #include "calibration-core/temperaturecompensation/TemperatureCompensationInfo.h"
@@ -151,16 +150,6 @@ TEST(CalibrationUtilities, ErrorsAndConstants) {
                   tofUtilities->GetMainCalibConstants(*cubic, c0, c1, c2);
               }).find("invalid_argument: kvan::calibration::CalibrationTOFUtilities::GetMainCalibConstants("),
               0U);
-}
-
-TEST(Facets, TellTheFourierTransformFamily) {
-    const auto isQuadratic = [](const TransformatorPtr& law) {
-        EXPECT_NE(dynamic_cast<const ICalibrationTransformatorFTMS*>(law.get()), nullptr);
-        return dynamic_cast<const ICalibrationTransformatorFTMSQuadratic*>(law.get()) != nullptr;
-    };
-    EXPECT_FALSE(isQuadratic(ftms(0, -24, 1024, 240, 1e4, 99)));
-    EXPECT_TRUE(isQuadratic(ftmsQuadratic(5, -64, 24, 1024, 240, 1e4, 99)));
-    EXPECT_EQ(dynamic_cast<const ICalibrationTransformatorFTMS*>(straight().get()), nullptr);
 }
 
 TEST(Compensation, OfCorrectedMasses) {
