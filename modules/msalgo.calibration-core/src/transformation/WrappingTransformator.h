@@ -229,17 +229,15 @@ private:
         if (!insideParallelRegion())
             return whole();
         const bool inPlace = static_cast<const void*>(&source) == &destination;
-        const std::vector<Source> kept = source;
+        const std::vector<Source> kept = inPlace ? source : std::vector<Source>();
         try {
             whole();
         } catch (const std::exception&) {
             if constexpr (std::is_same_v<Source, Destination>) {
-                if (inPlace) {
+                if (inPlace)
                     destination = kept;
-                    return convertInSequence(destination, destination, single);
-                }
             }
-            convertInSequence(kept, destination, single);
+            convertInSequence(source, destination, single);
         }
     }
 
