@@ -1,10 +1,11 @@
 // What a caller pays for arrays through the exported functions: profiles and peak lists as stored, and computed m/z.
 // Several spectra in rotation, so that no call finds what the one before it left.
 
-#include "io/qsf2sql/qsf2sql.h"
 #include "ratio.h"
-#include "sample-analysis/analysis_writer.h"
-#include "sysutils/platform.h"
+
+#include <io/qsf2sql/qsf2sql.h>
+#include <sample-analysis/analysis_writer.h>
+#include <sysutils/platform.h>
 
 #include <boost/filesystem/operations.hpp>
 #include <cstring>

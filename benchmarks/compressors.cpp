@@ -2,9 +2,10 @@
 // data against another. Every work decodes several spectra in turn, since one small array again and again is learnt by
 // the branch predictor.
 
-#include "compression/compressor_registry.h"
 #include "profile_arrays.h"
 #include "ratio.h"
+
+#include <compression/compressor_registry.h>
 
 #include <boost/throw_exception.hpp>
 #include <boost/uuid/string_generator.hpp>

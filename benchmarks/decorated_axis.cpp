@@ -1,10 +1,11 @@
 // The mass axis of a profile spectrum by laws around another one, against the axis of the law inside.
 
-#include "calibration-core/constants/CalibrationConstantsTOF.h"
-#include "calibration-core/constants/CalibrationPolynomialGPX.h"
-#include "calibration-core/interfaces/CalibrationTransformatorFactory.h"
-#include "calibration-core/interfaces/CalibrationTransformatorFactorySerialization.h"
 #include "ratio.h"
+
+#include <calibration-core/constants/CalibrationConstantsTOF.h>
+#include <calibration-core/constants/CalibrationPolynomialGPX.h>
+#include <calibration-core/interfaces/CalibrationTransformatorFactory.h>
+#include <calibration-core/interfaces/CalibrationTransformatorFactorySerialization.h>
 
 #include <omp.h>
 

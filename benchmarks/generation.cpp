@@ -2,11 +2,12 @@
 // interface, and the peak memory of a generation.
 
 #include "bare_sqlite.h"
-#include "cppsqlite/CppSQLite3.h"
 #include "qsf2sql/cache_generator.h"
 #include "qsf2sql/cache_schema.h"
 #include "ratio.h"
-#include "sample-analysis/sample_run.h"
+
+#include <cppsqlite/CppSQLite3.h>
+#include <sample-analysis/sample_run.h>
 
 #include <algorithm>
 #include <boost/filesystem/operations.hpp>

@@ -1,7 +1,8 @@
 // The cost of a line: switched off, to a null sink, to a file, and through the asynchronous sink.
 
-#include "logger/logger.h"
 #include "ratio.h"
+
+#include <logger/logger.h>
 
 #include <boost/chrono/system_clocks.hpp>
 #include <boost/filesystem/operations.hpp>

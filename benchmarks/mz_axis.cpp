@@ -1,14 +1,15 @@
 // The mass axis of a profile spectrum against the plain loop of the same law, bit for bit the same; and a calibration
 // out of its blob against a copy of its constants.
 
-#include "calibration-core/constants/CalibrationConstantsFTMS.h"
-#include "calibration-core/constants/CalibrationConstantsLinear.h"
-#include "calibration-core/constants/CalibrationConstantsPaladin.h"
-#include "calibration-core/constants/CalibrationConstantsTemperatureCompensation.h"
-#include "calibration-core/interfaces/CalibrationTransformatorFactory.h"
-#include "calibration-core/interfaces/CalibrationTransformatorFactorySerialization.h"
 #include "plain_laws.h"
 #include "ratio.h"
+
+#include <calibration-core/constants/CalibrationConstantsFTMS.h>
+#include <calibration-core/constants/CalibrationConstantsLinear.h>
+#include <calibration-core/constants/CalibrationConstantsPaladin.h>
+#include <calibration-core/constants/CalibrationConstantsTemperatureCompensation.h>
+#include <calibration-core/interfaces/CalibrationTransformatorFactory.h>
+#include <calibration-core/interfaces/CalibrationTransformatorFactorySerialization.h>
 
 #include <atomic>
 #include <boost/chrono/system_clocks.hpp>

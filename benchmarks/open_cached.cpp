@@ -1,9 +1,10 @@
 // Opening and closing an analysis with a valid cache against a bare open of the database, a check of its version and
 // the close. The cost must not depend on the number of spectra.
 
-#include "io/qsf2sql/qsf2sql.h"
 #include "ratio.h"
-#include "sample-analysis/analysis_writer.h"
+
+#include <io/qsf2sql/qsf2sql.h>
+#include <sample-analysis/analysis_writer.h>
 
 #include <boost/filesystem/operations.hpp>
 #include <cstring>

@@ -1,9 +1,10 @@
 // What a re-calibration costs: the m/z of all peak lists of a run through the exported functions, with the calibration
 // database or the archive in force, against the same reads with what was acquired.
 
-#include "io/qsf2sql/qsf2sql.h"
 #include "ratio.h"
-#include "sample-analysis/sample_run.h"
+
+#include <io/qsf2sql/qsf2sql.h>
+#include <sample-analysis/sample_run.h>
 
 #include <boost/filesystem/operations.hpp>
 #include <boost/throw_exception.hpp>

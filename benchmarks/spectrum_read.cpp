@@ -2,11 +2,12 @@
 // against long ones, and m/z with intensities against the same spectrum in an HDF5 file, where that library is
 // installed. Several spectra in rotation, so that no call finds what the one before it left.
 
-#include "io/qsf2sql/qsf2sql.h"
 #include "profile_arrays.h"
 #include "ratio.h"
-#include "sample-analysis/analysis_writer.h"
-#include "sample-analysis/packing.h"
+
+#include <io/qsf2sql/qsf2sql.h>
+#include <sample-analysis/analysis_writer.h>
+#include <sample-analysis/packing.h>
 
 #include <boost/filesystem/operations.hpp>
 #include <boost/throw_exception.hpp>

@@ -2,12 +2,13 @@
 // these variables alone through SQLite's C interface.
 
 #include "bare_sqlite.h"
-#include "cppsqlite/CppSQLite3.h"
 #include "qsf2sql/cache_generator.h"
 #include "qsf2sql/cache_schema.h"
 #include "ratio.h"
-#include "sample-analysis/analysis_writer.h"
-#include "sample-analysis/variable_tables.h"
+
+#include <cppsqlite/CppSQLite3.h>
+#include <sample-analysis/analysis_writer.h>
+#include <sample-analysis/variable_tables.h>
 
 #include <boost/filesystem/operations.hpp>
 #include <string>

@@ -1,11 +1,11 @@
 // Any calls on any bytes end in a value or a BinaryFailure, with the position inside the bytes. The first byte chooses
 // the stream, each further one of the first half a call; the second half is what is read.
 
-#include "binaryio/binary_failure.h"
-#include "binaryio/compressed_binary.h"
-#include "binaryio/heap_binary.h"
-#include "binaryio/magic_number.h"
-#include "binaryio/version_number.h"
+#include <binaryio/binary_failure.h>
+#include <binaryio/compressed_binary.h>
+#include <binaryio/heap_binary.h>
+#include <binaryio/magic_number.h>
+#include <binaryio/version_number.h>
 
 #include <algorithm>
 #include <cstdlib>

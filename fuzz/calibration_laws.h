@@ -1,7 +1,7 @@
 #pragma once
 
-#include "calibration-core/interfaces/CalibrationTransformatorFactorySerialization.h"
-#include "calibration-core/interfaces/ICalibrationTransformatorGPX.h"
+#include <calibration-core/interfaces/CalibrationTransformatorFactorySerialization.h>
+#include <calibration-core/interfaces/ICalibrationTransformatorGPX.h>
 
 #include <cstdlib>
 #include <limits>

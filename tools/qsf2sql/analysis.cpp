@@ -1,7 +1,7 @@
 #include "analysis.h"
 
-#include "io/qsf2sql/qsf2sql.h"
-#include "sysutils/platform.h"
+#include <io/qsf2sql/qsf2sql.h>
+#include <sysutils/platform.h>
 
 #include <boost/filesystem/operations.hpp>
 #include <stdexcept>

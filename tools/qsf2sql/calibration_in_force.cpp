@@ -1,9 +1,9 @@
 #include "calibration_in_force.h"
 
-#include "calibration-access/calibration_reader_sqlite.h"
-#include "calibration-access/calibration_states.h"
-#include "calibrator-ami-reader/calibrator_ami_reader.h"
-#include "sysutils/platform.h"
+#include <calibration-access/calibration_reader_sqlite.h>
+#include <calibration-access/calibration_states.h>
+#include <calibrator-ami-reader/calibrator_ami_reader.h>
+#include <sysutils/platform.h>
 
 #include <algorithm>
 #include <boost/filesystem/operations.hpp>

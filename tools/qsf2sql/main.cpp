@@ -1,5 +1,6 @@
 #include "commands.h"
-#include "sysutils/platform.h"
+
+#include <sysutils/platform.h>
 
 #include <CLI/CLI.hpp>
 #include <cstdlib>

@@ -1,7 +1,8 @@
 #include "commands.h"
-#include "sample-analysis/sample_run.h"
-#include "sysutils/platform.h"
 #include "text.h"
+
+#include <sample-analysis/sample_run.h>
+#include <sysutils/platform.h>
 
 #include <CLI/CLI.hpp>
 #include <array>

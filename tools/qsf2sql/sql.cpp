@@ -1,6 +1,6 @@
 #include "sql.h"
 
-#include "sysutils/platform.h"
+#include <sysutils/platform.h>
 
 #include <boost/filesystem/operations.hpp>
 #include <stdexcept>

@@ -1,6 +1,6 @@
-#include "binaryio/binary_failure.h"
-#include "binaryio/compressed_binary.h"
-#include "binaryio/heap_binary.h"
+#include <binaryio/binary_failure.h>
+#include <binaryio/compressed_binary.h>
+#include <binaryio/heap_binary.h>
 
 #include <boost/numeric/conversion/cast.hpp>
 #include <limits>

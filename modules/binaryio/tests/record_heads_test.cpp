@@ -1,7 +1,7 @@
-#include "binaryio/binary_failure.h"
-#include "binaryio/heap_binary.h"
-#include "binaryio/magic_number.h"
-#include "binaryio/version_number.h"
+#include <binaryio/binary_failure.h>
+#include <binaryio/heap_binary.h>
+#include <binaryio/magic_number.h>
+#include <binaryio/version_number.h>
 
 #include <cstring>
 

@@ -1,7 +1,6 @@
-#include "cppsqlite/CppSQLite3.h"
-
-#include "cppsqlite/plain_tables.h"
-#include "cppsqlite/simple_checked_query.h"
+#include <cppsqlite/CppSQLite3.h>
+#include <cppsqlite/plain_tables.h>
+#include <cppsqlite/simple_checked_query.h>
 
 #include <boost/filesystem/fstream.hpp>
 #include <boost/filesystem/operations.hpp>

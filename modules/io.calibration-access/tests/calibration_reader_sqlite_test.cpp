@@ -1,8 +1,8 @@
-#include "calibration-access/calibration_reader_sqlite.h"
-
-#include "calibration-core/interfaces/ICalibrationTransformator.h"
 #include "calibration-reader/unlocked_frame_calibrators.h"
 #include "calibration_file.h"
+
+#include <calibration-access/calibration_reader_sqlite.h>
+#include <calibration-core/interfaces/ICalibrationTransformator.h>
 
 #include <boost/filesystem/fstream.hpp>
 #include <cmath>

@@ -1,6 +1,6 @@
-#include "calibration-access/calibration_state_selector.h"
-
 #include "calibration_file.h"
+
+#include <calibration-access/calibration_state_selector.h>
 
 namespace kvan::io::calibration {
 namespace {

@@ -1,7 +1,8 @@
 #include "CCalibrationStati.h"
 
 #include "DeserializeReferenceCalibrator.h"
-#include "logger/logger.h"
+
+#include <logger/logger.h>
 
 using archive::read;
 using archive::Stream;

@@ -1,7 +1,8 @@
 #pragma once
 
 #include "archive_framing.h"
-#include "calibrator-ami-reader/polarity.h"
+
+#include <calibrator-ami-reader/polarity.h>
 
 #include <cstdint>
 #include <string>

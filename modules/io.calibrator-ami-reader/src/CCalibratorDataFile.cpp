@@ -1,8 +1,9 @@
 #include "CCalibratorDataFile.h"
 
 #include "DeserializeReferenceCalibrator.h"
-#include "logger/logger.h"
-#include "sysutils/platform.h"
+
+#include <logger/logger.h>
+#include <sysutils/platform.h>
 
 #include <boost/filesystem/operations.hpp>
 #include <boost/throw_exception.hpp>

@@ -1,8 +1,9 @@
 #include "CDataFileCalibrationOrganizer.h"
 
 #include "CalibratorManagers.h"
-#include "logger/logger.h"
 #include "reference_merge.h"
+
+#include <logger/logger.h>
 
 #include <boost/throw_exception.hpp>
 #include <stdexcept>

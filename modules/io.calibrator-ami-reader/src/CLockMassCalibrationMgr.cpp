@@ -1,7 +1,8 @@
 #include "CLockMassCalibrationMgr.h"
 
 #include "UnsupportedVersionError.h"
-#include "logger/logger.h"
+
+#include <logger/logger.h>
 
 #include <boost/throw_exception.hpp>
 #include <cstring>

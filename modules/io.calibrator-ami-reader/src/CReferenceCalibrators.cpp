@@ -1,7 +1,7 @@
 #include "CReferenceCalibrators.h"
 
-#include "calibration-core/interfaces/ICalibrationConstantsFunctionalTemperatureCompensation.h"
-#include "logger/logger.h"
+#include <calibration-core/interfaces/ICalibrationConstantsFunctionalTemperatureCompensation.h>
+#include <logger/logger.h>
 
 #include <algorithm>
 #include <boost/throw_exception.hpp>

@@ -1,7 +1,7 @@
 #include "DeserializeReferenceCalibrator.h"
 
-#include "calibration-core/interfaces/CalibrationTransformatorFactorySerialization.h"
-#include "logger/logger.h"
+#include <calibration-core/interfaces/CalibrationTransformatorFactorySerialization.h>
+#include <logger/logger.h>
 
 #include <boost/throw_exception.hpp>
 #include <stdexcept>

@@ -1,7 +1,8 @@
 #pragma once
 
 #include "archive_framing.h"
-#include "calibration-core/interfaces/ICalibrationTransformator.h"
+
+#include <calibration-core/interfaces/ICalibrationTransformator.h>
 
 #include <memory>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "binaryio/version_number.h"
+#include <binaryio/version_number.h>
 
 #include <stdexcept>
 #include <string>

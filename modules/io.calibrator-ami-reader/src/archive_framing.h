@@ -1,8 +1,8 @@
 #pragma once
 
-#include "binaryio/heap_binary.h"
-#include "binaryio/magic_number.h"
-#include "binaryio/version_number.h"
+#include <binaryio/heap_binary.h>
+#include <binaryio/magic_number.h>
+#include <binaryio/version_number.h>
 
 #include <cstdint>
 #include <initializer_list>

@@ -1,7 +1,7 @@
-#include "calibrator-ami-reader/calibrator_ami_reader.h"
-
 #include "CCalibratorDataFile.h"
 #include "CDataFileCalibrationOrganizer.h"
+
+#include <calibrator-ami-reader/calibrator_ami_reader.h>
 
 namespace kvan::io {
 

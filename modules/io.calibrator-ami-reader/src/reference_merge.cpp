@@ -1,10 +1,10 @@
 #include "reference_merge.h"
 
-#include "calibration-core/constants/CalibrationConstantsTemperatureCompensation.h"
-#include "calibration-core/interfaces/CalibrationTransformatorFactory.h"
-#include "calibration-core/interfaces/ICalibrationTransformatorDecorator.h"
-#include "calibration-core/interfaces/ICalibrationTransformatorGPX.h"
-#include "calibration-core/interfaces/ICalibrationTransformatorPSD.h"
+#include <calibration-core/constants/CalibrationConstantsTemperatureCompensation.h>
+#include <calibration-core/interfaces/CalibrationTransformatorFactory.h>
+#include <calibration-core/interfaces/ICalibrationTransformatorDecorator.h>
+#include <calibration-core/interfaces/ICalibrationTransformatorGPX.h>
+#include <calibration-core/interfaces/ICalibrationTransformatorPSD.h>
 
 using namespace kvan::calibration;
 

@@ -1,8 +1,9 @@
 #pragma once
 
 #include "CDataFileCalibrationOrganizer.h"
-#include "calibration-core/interfaces/ICalibrationTransformator.h"
-#include "sample-analysis/archive_writer.h"
+
+#include <calibration-core/interfaces/ICalibrationTransformator.h>
+#include <sample-analysis/archive_writer.h>
 
 #include <boost/filesystem/operations.hpp>
 #include <cstring>

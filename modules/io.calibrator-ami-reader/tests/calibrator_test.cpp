@@ -1,8 +1,9 @@
 #include "archives.h"
-#include "calibration-core/constants/CalibrationPolynomialGPX.h"
-#include "calibration-core/interfaces/CalibrationTransformatorFactory.h"
-#include "calibrator-ami-reader/calibrator_ami_reader.h"
 #include "reference_merge.h"
+
+#include <calibration-core/constants/CalibrationPolynomialGPX.h>
+#include <calibration-core/interfaces/CalibrationTransformatorFactory.h>
+#include <calibrator-ami-reader/calibrator_ami_reader.h>
 
 #include <boost/filesystem/fstream.hpp>
 #include <cmath>

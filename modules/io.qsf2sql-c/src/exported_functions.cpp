@@ -1,9 +1,10 @@
-#include "cppsqlite/CppSQLite3.h"
-#include "io/qsf2sql/qsf2sql.h"
 #include "last_error.h"
-#include "logger/logger.h"
 #include "storage_handle.h"
-#include "sysutils/platform.h"
+
+#include <cppsqlite/CppSQLite3.h>
+#include <io/qsf2sql/qsf2sql.h>
+#include <logger/logger.h>
+#include <sysutils/platform.h>
 
 #include <algorithm>
 #include <boost/format.hpp>

@@ -1,6 +1,6 @@
 #include "last_error.h"
 
-#include "logger/logger.h"
+#include <logger/logger.h>
 
 #include <boost/exception/diagnostic_information.hpp>
 #include <boost/thread/tss.hpp>

@@ -1,6 +1,6 @@
 #include "storage_handle.h"
 
-#include "sysutils/platform.h"
+#include <sysutils/platform.h>
 
 #include <algorithm>
 

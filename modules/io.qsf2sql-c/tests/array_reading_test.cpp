@@ -1,5 +1,6 @@
 #include "road.h"
-#include "sample-analysis/packing.h"
+
+#include <sample-analysis/packing.h>
 
 #include <boost/filesystem/fstream.hpp>
 #include <limits>

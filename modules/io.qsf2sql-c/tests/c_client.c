@@ -1,5 +1,5 @@
 /* A caller in C, as one would write it: reads the intensities of one array. */
-#include "io/qsf2sql/qsf2sql.h"
+#include <io/qsf2sql/qsf2sql.h>
 
 #include <stddef.h>
 

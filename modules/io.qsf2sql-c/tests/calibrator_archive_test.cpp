@@ -1,5 +1,6 @@
 #include "road.h"
-#include "sample-analysis/archive_writer.h"
+
+#include <sample-analysis/archive_writer.h>
 
 #include <boost/filesystem/fstream.hpp>
 

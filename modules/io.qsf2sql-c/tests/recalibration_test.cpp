@@ -1,7 +1,8 @@
 #include "road.h"
-#include "sample-analysis/archive_writer.h"
-#include "sample-analysis/calibration_database_writer.h"
-#include "sample-analysis/sample_run.h"
+
+#include <sample-analysis/archive_writer.h>
+#include <sample-analysis/calibration_database_writer.h>
+#include <sample-analysis/sample_run.h>
 
 #include <atomic>
 #include <boost/filesystem/fstream.hpp>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "io/qsf2sql/qsf2sql.h"
-#include "sample-analysis/analysis_writer.h"
+#include <io/qsf2sql/qsf2sql.h>
+#include <sample-analysis/analysis_writer.h>
 
 #include <algorithm>
 #include <boost/filesystem/operations.hpp>

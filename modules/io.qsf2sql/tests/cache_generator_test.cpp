@@ -1,5 +1,6 @@
 #include "generated_cache.h"
-#include "qsf2sql/errors.h"
+
+#include <qsf2sql/errors.h>
 
 #include <boost/crc.hpp>
 #include <boost/math/policies/error_handling.hpp>

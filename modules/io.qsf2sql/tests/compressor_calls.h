@@ -1,6 +1,6 @@
 #pragma once
 
-#include "compression/compressor_registry.h"
+#include <compression/compressor_registry.h>
 
 #include <boost/algorithm/hex.hpp>
 #include <boost/uuid/string_generator.hpp>

@@ -1,8 +1,9 @@
 #pragma once
 
-#include "cppsqlite/CppSQLite3.h"
 #include "qsf2sql/cache_generator.h"
-#include "sample-analysis/analysis_writer.h"
+
+#include <cppsqlite/CppSQLite3.h>
+#include <sample-analysis/analysis_writer.h>
 
 #include <algorithm>
 #include <boost/filesystem/operations.hpp>

@@ -1,7 +1,8 @@
 #pragma once
 
-#include "qsf2sql/errors.h"
 #include "qsf2sql/qsf_blocked_reader.h"
+
+#include <qsf2sql/errors.h>
 
 #include <algorithm>
 #include <cstring>

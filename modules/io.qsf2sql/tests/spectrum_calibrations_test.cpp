@@ -1,8 +1,8 @@
 #include "qsf2sql/spectrum_calibrations.h"
 
-#include "calibration-access/calibration_reader_sqlite.h"
-#include "calibration-core/interfaces/ICalibrationTransformator.h"
-#include "sample-analysis/calibration_database_writer.h"
+#include <calibration-access/calibration_reader_sqlite.h>
+#include <calibration-core/interfaces/ICalibrationTransformator.h>
+#include <sample-analysis/calibration_database_writer.h>
 
 #include <boost/filesystem/operations.hpp>
 

@@ -1,10 +1,11 @@
 #include "qsf2sql/sqlite_cache.h"
 
-#include "cppsqlite/simple_checked_query.h"
 #include "qsf2sql/cache_owner.h"
 #include "qsf2sql/cache_validity.h"
-#include "qsf2sql/errors.h"
-#include "sysutils/platform.h"
+
+#include <cppsqlite/simple_checked_query.h>
+#include <qsf2sql/errors.h>
+#include <sysutils/platform.h>
 
 #include <boost/filesystem/fstream.hpp>
 #include <boost/filesystem/operations.hpp>

@@ -1,5 +1,6 @@
 #include "generated_cache.h"
-#include "sample-analysis/variable_tables.h"
+
+#include <sample-analysis/variable_tables.h>
 
 namespace kvan::io {
 namespace {

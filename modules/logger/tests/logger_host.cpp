@@ -1,7 +1,7 @@
 // A program that uses the logging as a host does. Its configuration comes out of the variables HOST_LOGCONF and
 // HOST_LOGCONF_PATH; what it does, out of its arguments.
 
-#include "logger/logger.h"
+#include <logger/logger.h>
 
 #include <chrono>
 #include <cstdio>

@@ -1,4 +1,4 @@
-#include "logger/logger.h"
+#include <logger/logger.h>
 
 extern "C" __attribute__((visibility("default"))) void log_from_module(const char* text) {
     KVAN_LOG(kvan::logging::Logger::getLogger("module"), WARN) << text;

@@ -1,4 +1,4 @@
-#include "logger/logger.h"
+#include <logger/logger.h>
 
 #include <regex>
 

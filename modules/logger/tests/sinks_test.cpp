@@ -3,8 +3,9 @@
 #include "lib/multi_color_layout.h"
 #include "lib/path_expansion.h"
 #include "log_fixture.h"
-#include "sysutils/environment.h"
-#include "sysutils/process.h"
+
+#include <sysutils/environment.h>
+#include <sysutils/process.h>
 
 #include <boost/property_tree/xml_parser.hpp>
 #include <cstdlib>

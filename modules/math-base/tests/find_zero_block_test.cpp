@@ -1,6 +1,5 @@
-#include "math-base/find_zero_block.h"
-
-#include "math-base/find_zero.h"
+#include <math-base/find_zero.h>
+#include <math-base/find_zero_block.h>
 
 #include <algorithm>
 #include <cmath>

@@ -1,4 +1,4 @@
-#include "math-base/find_zero.h"
+#include <math-base/find_zero.h>
 
 #include <cmath>
 

@@ -1,4 +1,4 @@
-#include "math-base/polynomials.h"
+#include <math-base/polynomials.h>
 
 #include <algorithm>
 #include <cmath>

@@ -1,6 +1,6 @@
-#include "math-functions/function.h"
-
 #include "lib/fixed_elements.h"
+
+#include <math-functions/function.h>
 
 #include <cmath>
 #include <limits>

@@ -1,5 +1,5 @@
-#include "math-functions/function.h"
-#include "math-functions/invert.h"
+#include <math-functions/function.h>
+#include <math-functions/invert.h>
 
 #include <cmath>
 #include <limits>

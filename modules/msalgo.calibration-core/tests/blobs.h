@@ -1,7 +1,8 @@
 #pragma once
 
-#include "calibration-core/interfaces/CalibrationTransformatorFactorySerialization.h"
 #include "transformators.h"
+
+#include <calibration-core/interfaces/CalibrationTransformatorFactorySerialization.h>
 
 #include <algorithm>
 #include <boost/algorithm/hex.hpp>

@@ -1,10 +1,11 @@
-#include "calibration-core/constants/CalibrationPolynomialGPX.h"
-#include "calibration-core/interfaces/ICalibrationTOFUtilities.h"
-#include "calibration-core/interfaces/ICalibrationTransformatorDecorator.h"
-#include "calibration-core/interfaces/ICalibrationTransformatorGPX.h"
-#include "calibration-core/interfaces/ICalibrationUtilities.h"
-#include "calibration-core/temperaturecompensation/TemperatureCompensationInfo.h"
 #include "transformators.h"
+
+#include <calibration-core/constants/CalibrationPolynomialGPX.h>
+#include <calibration-core/interfaces/ICalibrationTOFUtilities.h>
+#include <calibration-core/interfaces/ICalibrationTransformatorDecorator.h>
+#include <calibration-core/interfaces/ICalibrationTransformatorGPX.h>
+#include <calibration-core/interfaces/ICalibrationUtilities.h>
+#include <calibration-core/temperaturecompensation/TemperatureCompensationInfo.h>
 
 #include <cmath>
 #include <sstream>

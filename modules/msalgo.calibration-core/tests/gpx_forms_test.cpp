@@ -1,7 +1,8 @@
 #include "blobs.h"
-#include "calibration-core/constants/CalibrationPolynomialGPX.h"
-#include "calibration-core/interfaces/ICalibrationTransformatorDecorator.h"
-#include "calibration-core/interfaces/ICalibrationTransformatorGPX.h"
+
+#include <calibration-core/constants/CalibrationPolynomialGPX.h>
+#include <calibration-core/interfaces/ICalibrationTransformatorDecorator.h>
+#include <calibration-core/interfaces/ICalibrationTransformatorGPX.h>
 
 #include <gtest/gtest.h>
 

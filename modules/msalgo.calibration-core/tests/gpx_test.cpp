@@ -1,6 +1,7 @@
-#include "calibration-core/constants/CalibrationPolynomialGPX.h"
-#include "calibration-core/interfaces/ICalibrationTransformatorGPX.h"
 #include "transformators.h"
+
+#include <calibration-core/constants/CalibrationPolynomialGPX.h>
+#include <calibration-core/interfaces/ICalibrationTransformatorGPX.h>
 
 #include <cmath>
 #include <limits>

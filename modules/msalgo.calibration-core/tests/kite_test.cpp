@@ -1,5 +1,6 @@
-#include "calibration-core/interfaces/ICalibrationTransformatorKITE.h"
 #include "transformators.h"
+
+#include <calibration-core/interfaces/ICalibrationTransformatorKITE.h>
 
 #include <cmath>
 #include <iostream>

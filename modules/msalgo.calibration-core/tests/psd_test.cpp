@@ -1,5 +1,6 @@
-#include "calibration-core/interfaces/ICalibrationTransformatorPSD.h"
 #include "transformators.h"
+
+#include <calibration-core/interfaces/ICalibrationTransformatorPSD.h>
 
 #include <cmath>
 #include <limits>

@@ -1,7 +1,8 @@
-#include "calibration-core/interfaces/MeasurementModeInfo.h"
-#include "calibration-core/temperaturecompensation/CalibrationTemperatureCompensator.h"
-#include "calibration-core/temperaturecompensation/TemperatureCompensationInfo.h"
 #include "transformators.h"
+
+#include <calibration-core/interfaces/MeasurementModeInfo.h>
+#include <calibration-core/temperaturecompensation/CalibrationTemperatureCompensator.h>
+#include <calibration-core/temperaturecompensation/TemperatureCompensationInfo.h>
 
 #include <cmath>
 #include <sstream>

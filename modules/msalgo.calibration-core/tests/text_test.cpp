@@ -1,5 +1,6 @@
-#include "calibration-core/interfaces/CalibrationTransformatorFactorySerialization.h"
 #include "transformators.h"
+
+#include <calibration-core/interfaces/CalibrationTransformatorFactorySerialization.h>
 
 #include <algorithm>
 #include <cmath>

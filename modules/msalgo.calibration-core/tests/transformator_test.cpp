@@ -1,5 +1,6 @@
-#include "calibration-core/interfaces/MeasurementModeInfo.h"
 #include "transformators.h"
+
+#include <calibration-core/interfaces/MeasurementModeInfo.h>
 
 #include <cmath>
 #include <sstream>

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "calibration-core/constants/CalibrationConstantsFTMS.h"
-#include "calibration-core/constants/CalibrationConstantsLinear.h"
-#include "calibration-core/constants/CalibrationConstantsPaladin.h"
-#include "calibration-core/constants/CalibrationConstantsTemperatureCompensation.h"
-#include "calibration-core/interfaces/CalibrationTransformatorFactory.h"
+#include <calibration-core/constants/CalibrationConstantsFTMS.h>
+#include <calibration-core/constants/CalibrationConstantsLinear.h>
+#include <calibration-core/constants/CalibrationConstantsPaladin.h>
+#include <calibration-core/constants/CalibrationConstantsTemperatureCompensation.h>
+#include <calibration-core/interfaces/CalibrationTransformatorFactory.h>
 
 #include <cstring>
 #include <exception>

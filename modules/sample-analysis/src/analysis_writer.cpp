@@ -1,6 +1,5 @@
-#include "sample-analysis/analysis_writer.h"
-
-#include "qsf2sql/qsflib/ResourceRecords.h"
+#include <qsf2sql/qsflib/ResourceRecords.h>
+#include <sample-analysis/analysis_writer.h>
 
 #include <boost/filesystem/operations.hpp>
 

@@ -1,8 +1,8 @@
-#include "sample-analysis/archive_writer.h"
-
-#include "binaryio/magic_number.h"
 #include "block_file.h"
-#include "sysutils/platform.h"
+
+#include <binaryio/magic_number.h>
+#include <sample-analysis/archive_writer.h>
+#include <sysutils/platform.h>
 
 #include <array>
 #include <boost/filesystem/fstream.hpp>

@@ -1,6 +1,6 @@
 #include "block_file.h"
 
-#include "sysutils/platform.h"
+#include <sysutils/platform.h>
 
 #include <algorithm>
 #include <boost/numeric/conversion/cast.hpp>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "qsf2sql/qsflib/ResourceRecords.h"
-#include "sample-analysis/analysis_data.h"
+#include <qsf2sql/qsflib/ResourceRecords.h>
+#include <sample-analysis/analysis_data.h>
 
 #include <boost/filesystem/fstream.hpp>
 #include <boost/filesystem/path.hpp>

@@ -1,7 +1,6 @@
-#include "sample-analysis/calibration_database_writer.h"
-
-#include "cppsqlite/CppSQLite3.h"
-#include "sysutils/platform.h"
+#include <cppsqlite/CppSQLite3.h>
+#include <sample-analysis/calibration_database_writer.h>
+#include <sysutils/platform.h>
 
 #include <boost/filesystem/operations.hpp>
 #include <boost/throw_exception.hpp>

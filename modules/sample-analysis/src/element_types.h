@@ -1,6 +1,6 @@
 #pragma once
 
-#include "qsf2sql/qsflib/SpectrumRecords.h"
+#include <qsf2sql/qsflib/SpectrumRecords.h>
 
 namespace kvan::sample {
 

@@ -1,8 +1,9 @@
 #include "header_blocks.h"
 
 #include "block_file.h"
-#include "qsf2sql/qsflib/MainFileRecords.h"
-#include "qsf2sql/qsflib/VariableTableRecords.h"
+
+#include <qsf2sql/qsflib/MainFileRecords.h>
+#include <qsf2sql/qsflib/VariableTableRecords.h>
 
 #include <algorithm>
 #include <boost/numeric/conversion/cast.hpp>

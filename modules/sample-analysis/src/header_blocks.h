@@ -1,6 +1,6 @@
 #pragma once
 
-#include "sample-analysis/analysis_data.h"
+#include <sample-analysis/analysis_data.h>
 
 /// The blocks that stand ahead of the spectra in the main file, as bytes.
 namespace kvan::sample {

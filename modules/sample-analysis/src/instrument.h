@@ -1,7 +1,8 @@
 #pragma once
 
 #include "random.h"
-#include "sample-analysis/variable_tables.h"
+
+#include <sample-analysis/variable_tables.h>
 
 namespace kvan::sample {
 

@@ -1,8 +1,9 @@
 #include "block_file.h"
 #include "element_types.h"
 #include "header_blocks.h"
-#include "qsf2sql/qsflib/MainFileRecords.h"
-#include "sample-analysis/native_files.h"
+
+#include <qsf2sql/qsflib/MainFileRecords.h>
+#include <sample-analysis/native_files.h>
 
 #include <array>
 #include <boost/numeric/conversion/cast.hpp>

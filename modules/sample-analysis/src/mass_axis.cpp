@@ -1,14 +1,15 @@
 #include "mass_axis.h"
 
-#include "calibration-core/constants/CalibrationConstantsFTMS.h"
-#include "calibration-core/constants/CalibrationConstantsLinear.h"
-#include "calibration-core/constants/CalibrationConstantsPaladin.h"
-#include "calibration-core/constants/CalibrationConstantsTemperatureCompensation.h"
-#include "calibration-core/constants/CalibrationPolynomialGPX.h"
-#include "calibration-core/interfaces/CalibrationTransformatorFactory.h"
-#include "calibration-core/interfaces/CalibrationTransformatorFactorySerialization.h"
-#include "calibration-core/interfaces/MeasurementModeInfo.h"
 #include "tandem_laws.h"
+
+#include <calibration-core/constants/CalibrationConstantsFTMS.h>
+#include <calibration-core/constants/CalibrationConstantsLinear.h>
+#include <calibration-core/constants/CalibrationConstantsPaladin.h>
+#include <calibration-core/constants/CalibrationConstantsTemperatureCompensation.h>
+#include <calibration-core/constants/CalibrationPolynomialGPX.h>
+#include <calibration-core/interfaces/CalibrationTransformatorFactory.h>
+#include <calibration-core/interfaces/CalibrationTransformatorFactorySerialization.h>
+#include <calibration-core/interfaces/MeasurementModeInfo.h>
 
 #include <boost/throw_exception.hpp>
 #include <stdexcept>

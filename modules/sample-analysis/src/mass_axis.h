@@ -1,8 +1,8 @@
 #pragma once
 
-#include "calibration-core/interfaces/ICalibrationTransformator.h"
-#include "sample-analysis/analysis_data.h"
-#include "sample-analysis/sample_run.h"
+#include <calibration-core/interfaces/ICalibrationTransformator.h>
+#include <sample-analysis/analysis_data.h>
+#include <sample-analysis/sample_run.h>
 
 #include <optional>
 #include <vector>

@@ -1,7 +1,7 @@
-#include "calibration-core/interfaces/ICalibrationConstantsFunctional.h"
-#include "calibration-core/interfaces/ICalibrationConstantsPhysical.h"
-#include "calibration-core/interfaces/ICalibrationTransformatorGPX.h"
-#include "sample-analysis/calibration_database_writer.h"
+#include <calibration-core/interfaces/ICalibrationConstantsFunctional.h>
+#include <calibration-core/interfaces/ICalibrationConstantsPhysical.h>
+#include <calibration-core/interfaces/ICalibrationTransformatorGPX.h>
+#include <sample-analysis/calibration_database_writer.h>
 
 #include <boost/throw_exception.hpp>
 #include <cstring>

@@ -1,7 +1,7 @@
-#include "sample-analysis/packing.h"
-
-#include "compression/compressor_registry.h"
 #include "element_types.h"
+
+#include <compression/compressor_registry.h>
+#include <sample-analysis/packing.h>
 
 #include <boost/throw_exception.hpp>
 #include <boost/uuid/string_generator.hpp>

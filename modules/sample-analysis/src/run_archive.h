@@ -1,7 +1,8 @@
 #pragma once
 
 #include "mass_axis.h"
-#include "sample-analysis/archive_writer.h"
+
+#include <sample-analysis/archive_writer.h>
 
 namespace kvan::sample {
 

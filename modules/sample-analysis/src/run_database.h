@@ -1,7 +1,8 @@
 #pragma once
 
 #include "mass_axis.h"
-#include "sample-analysis/calibration_database_writer.h"
+
+#include <sample-analysis/calibration_database_writer.h>
 
 namespace kvan::sample {
 

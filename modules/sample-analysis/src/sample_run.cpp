@@ -1,11 +1,11 @@
-#include "sample-analysis/sample_run.h"
-
 #include "detector.h"
 #include "elution.h"
 #include "instrument.h"
 #include "run_archive.h"
 #include "run_database.h"
-#include "sample-analysis/analysis_writer.h"
+
+#include <sample-analysis/analysis_writer.h>
+#include <sample-analysis/sample_run.h>
 
 #include <algorithm>
 #include <boost/filesystem/operations.hpp>

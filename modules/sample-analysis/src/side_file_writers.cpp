@@ -1,6 +1,7 @@
 #include "block_file.h"
-#include "qsf2sql/qsflib/ExtraFileRecords.h"
-#include "sample-analysis/native_files.h"
+
+#include <qsf2sql/qsflib/ExtraFileRecords.h>
+#include <sample-analysis/native_files.h>
 
 #include <algorithm>
 #include <boost/numeric/conversion/cast.hpp>

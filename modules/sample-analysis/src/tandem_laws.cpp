@@ -1,6 +1,6 @@
 #include "tandem_laws.h"
 
-#include "calibration-core/interfaces/CalibrationTransformatorFactory.h"
+#include <calibration-core/interfaces/CalibrationTransformatorFactory.h>
 
 #include <cmath>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "calibration-core/interfaces/ICalibrationTransformator.h"
-#include "sample-analysis/sample_run.h"
+#include <calibration-core/interfaces/ICalibrationTransformator.h>
+#include <sample-analysis/sample_run.h>
 
 namespace kvan::sample {
 

@@ -1,7 +1,7 @@
-#include "sample-analysis/variable_tables.h"
-
 #include "block_file.h"
-#include "qsf2sql/qsflib/VariableTableRecords.h"
+
+#include <qsf2sql/qsflib/VariableTableRecords.h>
+#include <sample-analysis/variable_tables.h>
 
 #include <array>
 #include <boost/numeric/conversion/cast.hpp>

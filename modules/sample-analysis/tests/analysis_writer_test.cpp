@@ -1,4 +1,4 @@
-#include "sample-analysis/analysis_writer.h"
+#include <sample-analysis/analysis_writer.h>
 
 #include <boost/filesystem/fstream.hpp>
 #include <boost/filesystem/operations.hpp>

@@ -1,4 +1,4 @@
-#include "sample-analysis/sample_run.h"
+#include <sample-analysis/sample_run.h>
 
 #include <boost/filesystem/fstream.hpp>
 #include <boost/filesystem/operations.hpp>

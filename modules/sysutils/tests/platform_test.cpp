@@ -1,4 +1,4 @@
-#include "sysutils/platform.h"
+#include <sysutils/platform.h>
 
 #include <boost/filesystem/fstream.hpp>
 #include <boost/filesystem/operations.hpp>

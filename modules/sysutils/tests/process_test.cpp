@@ -1,7 +1,6 @@
-#include "sysutils/process.h"
-
-#include "sysutils/environment.h"
-#include "sysutils/loaded_module.h"
+#include <sysutils/environment.h>
+#include <sysutils/loaded_module.h>
+#include <sysutils/process.h>
 
 #include <boost/filesystem/operations.hpp>
 #include <cstdlib>

@@ -1,4 +1,4 @@
-#include "sysutils/text_conversion.h"
+#include <sysutils/text_conversion.h>
 
 #include <stdexcept>
 

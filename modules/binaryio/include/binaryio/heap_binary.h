@@ -1,6 +1,6 @@
 #pragma once
 
-#include "binaryio/binary_base.h"
+#include <binaryio/binary_base.h>
 
 #include <vector>
 

@@ -1,7 +1,6 @@
-#include "binaryio/binary_base.h"
-
-#include "binaryio/binary_failure.h"
-#include "binaryio/magic_number.h"
+#include <binaryio/binary_base.h>
+#include <binaryio/binary_failure.h>
+#include <binaryio/magic_number.h>
 
 #include <algorithm>
 #include <boost/throw_exception.hpp>

@@ -1,4 +1,4 @@
-#include "binaryio/binary_failure.h"
+#include <binaryio/binary_failure.h>
 
 namespace kvan::binaryio {
 

@@ -1,6 +1,5 @@
-#include "binaryio/compressed_binary.h"
-
-#include "binaryio/binary_failure.h"
+#include <binaryio/binary_failure.h>
+#include <binaryio/compressed_binary.h>
 
 #include <algorithm>
 #include <array>

@@ -1,6 +1,5 @@
-#include "binaryio/heap_binary.h"
-
-#include "binaryio/binary_failure.h"
+#include <binaryio/binary_failure.h>
+#include <binaryio/heap_binary.h>
 
 #include <algorithm>
 #include <boost/format.hpp>

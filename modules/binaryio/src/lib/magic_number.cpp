@@ -1,6 +1,5 @@
-#include "binaryio/magic_number.h"
-
-#include "binaryio/binary_failure.h"
+#include <binaryio/binary_failure.h>
+#include <binaryio/magic_number.h>
 
 #include <boost/format.hpp>
 #include <boost/throw_exception.hpp>

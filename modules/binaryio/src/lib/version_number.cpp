@@ -1,6 +1,5 @@
-#include "binaryio/version_number.h"
-
-#include "binaryio/binary_failure.h"
+#include <binaryio/binary_failure.h>
+#include <binaryio/version_number.h>
 
 #include <boost/format.hpp>
 #include <boost/throw_exception.hpp>

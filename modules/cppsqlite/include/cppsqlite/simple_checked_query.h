@@ -1,6 +1,6 @@
 #pragma once
 
-#include "cppsqlite/CppSQLite3.h"
+#include <cppsqlite/CppSQLite3.h>
 
 #include <boost/lexical_cast.hpp>
 #include <boost/throw_exception.hpp>

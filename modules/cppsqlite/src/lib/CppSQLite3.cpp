@@ -1,4 +1,4 @@
-#include "cppsqlite/CppSQLite3.h"
+#include <cppsqlite/CppSQLite3.h>
 
 #include <boost/throw_exception.hpp>
 #include <iterator>

@@ -1,4 +1,4 @@
-#include "cppsqlite/plain_tables.h"
+#include <cppsqlite/plain_tables.h>
 
 namespace kvan::cppsqlite {
 

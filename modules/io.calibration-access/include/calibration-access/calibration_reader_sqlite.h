@@ -1,6 +1,6 @@
 #pragma once
 
-#include "calibration-access/calibration_state_selector.h"
+#include <calibration-access/calibration_state_selector.h>
 
 #include <boost/filesystem/path.hpp>
 #include <cstdint>

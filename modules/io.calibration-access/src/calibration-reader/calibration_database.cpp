@@ -1,8 +1,8 @@
 #include "calibration-reader/calibration_database.h"
 
-#include "cppsqlite/plain_tables.h"
-#include "cppsqlite/simple_checked_query.h"
-#include "sysutils/platform.h"
+#include <cppsqlite/plain_tables.h>
+#include <cppsqlite/simple_checked_query.h>
+#include <sysutils/platform.h>
 
 #include <boost/filesystem/operations.hpp>
 #include <boost/throw_exception.hpp>

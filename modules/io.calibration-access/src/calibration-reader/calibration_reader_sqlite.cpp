@@ -1,7 +1,7 @@
-#include "calibration-access/calibration_reader_sqlite.h"
-
 #include "calibration-reader/calibration_database.h"
 #include "calibration-reader/calibration_reader_sqlite_impl.h"
+
+#include <calibration-access/calibration_reader_sqlite.h>
 
 namespace kvan::io::calibration {
 

@@ -1,8 +1,9 @@
 #include "calibration-reader/calibration_reader_sqlite_impl.h"
 
-#include "calibration-core/temperaturecompensation/TemperatureCompensationInfo.h"
 #include "calibration-reader/sql_text.h"
-#include "cppsqlite/simple_checked_query.h"
+
+#include <calibration-core/temperaturecompensation/TemperatureCompensationInfo.h>
+#include <cppsqlite/simple_checked_query.h>
 
 #include <boost/throw_exception.hpp>
 #include <stdexcept>

@@ -1,8 +1,9 @@
 #pragma once
 
-#include "calibration-core/temperaturecompensation/CalibrationTemperatureCompensator.h"
 #include "calibration-reader/unlocked_frame_calibrators.h"
-#include "logger/logger.h"
+
+#include <calibration-core/temperaturecompensation/CalibrationTemperatureCompensator.h>
+#include <logger/logger.h>
 
 #include <boost/thread/once.hpp>
 #include <memory>

@@ -1,7 +1,7 @@
-#include "calibration-access/calibration_state_selector.h"
-
 #include "calibration-reader/sql_text.h"
-#include "cppsqlite/simple_checked_query.h"
+
+#include <calibration-access/calibration_state_selector.h>
+#include <cppsqlite/simple_checked_query.h>
 
 #include <boost/throw_exception.hpp>
 #include <stdexcept>

@@ -1,6 +1,6 @@
-#include "calibration-access/calibration_states.h"
-
 #include "calibration-reader/calibration_database.h"
+
+#include <calibration-access/calibration_states.h>
 
 namespace kvan::io::calibration {
 

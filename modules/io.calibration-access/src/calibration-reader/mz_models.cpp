@@ -1,10 +1,10 @@
 #include "calibration-reader/mz_models.h"
 
-#include "calibration-core/constants/CalibrationConstantsFTMS.h"
-#include "calibration-core/constants/CalibrationConstantsPaladin.h"
-#include "calibration-core/constants/CalibrationConstantsTOF.h"
-#include "calibration-core/constants/CalibrationPolynomialGPX.h"
-#include "calibration-core/interfaces/CalibrationTransformatorFactory.h"
+#include <calibration-core/constants/CalibrationConstantsFTMS.h>
+#include <calibration-core/constants/CalibrationConstantsPaladin.h>
+#include <calibration-core/constants/CalibrationConstantsTOF.h>
+#include <calibration-core/constants/CalibrationPolynomialGPX.h>
+#include <calibration-core/interfaces/CalibrationTransformatorFactory.h>
 
 #include <boost/throw_exception.hpp>
 #include <stdexcept>

@@ -1,7 +1,8 @@
 #pragma once
 
-#include "calibration-core/interfaces/ICalibrationTransformator.h"
 #include "calibration-table-reader/typed_row.h"
+
+#include <calibration-core/interfaces/ICalibrationTransformator.h>
 
 #include <optional>
 

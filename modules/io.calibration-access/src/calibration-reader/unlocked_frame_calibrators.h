@@ -1,7 +1,8 @@
 #pragma once
 
 #include "calibration-reader/frame_calibrators.h"
-#include "sysutils/platform.h"
+
+#include <sysutils/platform.h>
 
 #include <memory>
 

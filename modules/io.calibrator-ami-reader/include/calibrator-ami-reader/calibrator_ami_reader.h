@@ -1,7 +1,7 @@
 #pragma once
 
-#include "calibrator-ami-reader/polarity.h"
-#include "logger/logger.h"
+#include <calibrator-ami-reader/polarity.h>
+#include <logger/logger.h>
 
 #include <boost/filesystem/path.hpp>
 #include <cstdint>

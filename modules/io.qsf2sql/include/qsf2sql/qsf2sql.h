@@ -1,9 +1,9 @@
 #pragma once
 
-#include "logger/logger.h"
-#include "qsf2sql/array_id.h"
-#include "qsf2sql/calibration_prefs.h"
-#include "qsf2sql/variables_prefs.h"
+#include <logger/logger.h>
+#include <qsf2sql/array_id.h>
+#include <qsf2sql/calibration_prefs.h>
+#include <qsf2sql/variables_prefs.h>
 
 #include <boost/filesystem/path.hpp>
 #include <cstdint>

@@ -4,7 +4,8 @@
 #include "compression/difference_decoder.h"
 #include "compression/integer_block.h"
 #include "compression/unsupported_slot.h"
-#include "qsf2sql/qsflib/SpectrumRecords.h"
+
+#include <qsf2sql/qsflib/SpectrumRecords.h>
 
 #include <boost/numeric/conversion/cast.hpp>
 

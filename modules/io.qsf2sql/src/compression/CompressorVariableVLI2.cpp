@@ -5,7 +5,8 @@
 #include "compression/integer_block.h"
 #include "compression/special_zero_table.h"
 #include "compression/unsupported_slot.h"
-#include "qsf2sql/qsflib/SpectrumRecords.h"
+
+#include <qsf2sql/qsflib/SpectrumRecords.h>
 
 #include <boost/numeric/conversion/cast.hpp>
 #include <utility>

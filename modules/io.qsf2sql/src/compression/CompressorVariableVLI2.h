@@ -1,6 +1,6 @@
 #pragma once
 
-#include "compression/icompressor.h"
+#include <compression/icompressor.h>
 
 namespace kvan::compression {
 

@@ -1,9 +1,10 @@
 #include "compression/CompressorZLib.h"
 
-#include "binaryio/compressed_binary.h"
 #include "compression/integer_block.h"
 #include "compression/unsupported_slot.h"
-#include "qsf2sql/qsflib/SpectrumRecords.h"
+
+#include <binaryio/compressed_binary.h>
+#include <qsf2sql/qsflib/SpectrumRecords.h>
 
 #include <boost/numeric/conversion/cast.hpp>
 #include <new>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "binaryio/heap_binary.h"
-#include "compression/icompressor.h"
+#include <binaryio/heap_binary.h>
+#include <compression/icompressor.h>
 
 #include <memory>
 

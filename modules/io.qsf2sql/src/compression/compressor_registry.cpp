@@ -1,8 +1,8 @@
-#include "compression/compressor_registry.h"
-
 #include "compression/CompressorVLC.h"
 #include "compression/CompressorVariableVLI2.h"
 #include "compression/CompressorZLib.h"
+
+#include <compression/compressor_registry.h>
 
 #include <boost/throw_exception.hpp>
 #include <boost/uuid/string_generator.hpp>

@@ -1,7 +1,8 @@
 #pragma once
 
 #include "compression/bit_window.h"
-#include "sysutils/vector_clones.h"
+
+#include <sysutils/vector_clones.h>
 
 #include <array>
 

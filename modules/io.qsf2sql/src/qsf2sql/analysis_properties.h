@@ -1,7 +1,8 @@
 #pragma once
 
-#include "cppsqlite/CppSQLite3.h"
 #include "qsf2sql/qsflib/AnalysisHeaderBlock.h"
+
+#include <cppsqlite/CppSQLite3.h>
 
 #include <cstdint>
 #include <string>

@@ -1,6 +1,5 @@
-#include "qsf2sql/array_id.h"
-
-#include "qsf2sql/errors.h"
+#include <qsf2sql/array_id.h>
+#include <qsf2sql/errors.h>
 
 #include <boost/throw_exception.hpp>
 

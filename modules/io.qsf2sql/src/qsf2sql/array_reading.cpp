@@ -1,6 +1,7 @@
-#include "calibration-core/interfaces/ICalibrationTransformator.h"
-#include "qsf2sql/errors.h"
 #include "qsf2sql/qsf2sql_impl.h"
+
+#include <calibration-core/interfaces/ICalibrationTransformator.h>
+#include <qsf2sql/errors.h>
 
 #include <boost/throw_exception.hpp>
 #include <locale>

@@ -2,8 +2,9 @@
 
 #include "qsf2sql/cache_files.h"
 #include "qsf2sql/cache_validity.h"
-#include "qsf2sql/errors.h"
-#include "sysutils/platform.h"
+
+#include <qsf2sql/errors.h>
+#include <sysutils/platform.h>
 
 #include <algorithm>
 #include <boost/filesystem/operations.hpp>

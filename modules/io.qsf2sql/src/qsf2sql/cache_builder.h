@@ -1,8 +1,8 @@
 #pragma once
 
-#include "cppsqlite/CppSQLite3.h"
-#include "logger/logger.h"
-#include "qsf2sql/variables_prefs.h"
+#include <cppsqlite/CppSQLite3.h>
+#include <logger/logger.h>
+#include <qsf2sql/variables_prefs.h>
 
 #include <boost/filesystem/path.hpp>
 #include <functional>

@@ -1,7 +1,7 @@
 #include "qsf2sql/cache_files.h"
 
-#include "qsf2sql/errors.h"
-#include "sysutils/platform.h"
+#include <qsf2sql/errors.h>
+#include <sysutils/platform.h>
 
 #include <boost/filesystem/operations.hpp>
 #include <boost/throw_exception.hpp>

@@ -1,7 +1,5 @@
 #pragma once
 
-#include "cppsqlite/CppSQLite3.h"
-#include "logger/logger.h"
 #include "qsf2sql/acquisition_key_map.h"
 #include "qsf2sql/analysis_properties.h"
 #include "qsf2sql/extra_pass.h"
@@ -9,6 +7,9 @@
 #include "qsf2sql/reference_transformator_map.h"
 #include "qsf2sql/variable_descriptions.h"
 #include "qsf2sql/variable_settings.h"
+
+#include <cppsqlite/CppSQLite3.h>
+#include <logger/logger.h>
 
 #include <boost/filesystem/path.hpp>
 #include <optional>

@@ -1,7 +1,7 @@
 #include "qsf2sql/cache_owner.h"
 
-#include "logger/logger.h"
-#include "sysutils/platform.h"
+#include <logger/logger.h>
+#include <sysutils/platform.h>
 
 #include <boost/filesystem/operations.hpp>
 

@@ -1,10 +1,11 @@
 #include "qsf2sql/cache_validity.h"
 
-#include "cppsqlite/plain_tables.h"
-#include "logger/logger.h"
 #include "qsf2sql/cache_files.h"
 #include "qsf2sql/cache_schema.h"
-#include "qsf2sql/errors.h"
+
+#include <cppsqlite/plain_tables.h>
+#include <logger/logger.h>
+#include <qsf2sql/errors.h>
 
 #include <boost/filesystem/operations.hpp>
 #include <boost/lexical_cast.hpp>

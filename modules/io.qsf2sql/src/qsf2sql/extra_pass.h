@@ -1,13 +1,14 @@
 #pragma once
 
-#include "calibration-core/interfaces/CalibrationTransformatorFactorySerialization.h"
-#include "cppsqlite/CppSQLite3.h"
-#include "logger/logger.h"
 #include "qsf2sql/acquisition_key_map.h"
 #include "qsf2sql/msms_steps.h"
 #include "qsf2sql/number_set.h"
 #include "qsf2sql/qsflib/QuickInfoEntry.h"
 #include "qsf2sql/reference_transformator_map.h"
+
+#include <calibration-core/interfaces/CalibrationTransformatorFactorySerialization.h>
+#include <cppsqlite/CppSQLite3.h>
+#include <logger/logger.h>
 
 #include <boost/filesystem/path.hpp>
 #include <memory>

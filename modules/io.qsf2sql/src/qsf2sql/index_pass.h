@@ -1,10 +1,11 @@
 #pragma once
 
-#include "cppsqlite/CppSQLite3.h"
-#include "logger/logger.h"
-#include "qsf2sql/array_id.h"
 #include "qsf2sql/number_set.h"
-#include "qsf2sql/qsflib/ResourceRecords.h"
+
+#include <cppsqlite/CppSQLite3.h>
+#include <logger/logger.h>
+#include <qsf2sql/array_id.h>
+#include <qsf2sql/qsflib/ResourceRecords.h>
 
 #include <boost/filesystem/path.hpp>
 #include <cstdint>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "cppsqlite/CppSQLite3.h"
-#include "logger/logger.h"
+#include <cppsqlite/CppSQLite3.h>
+#include <logger/logger.h>
 
 #include <cstdint>
 #include <optional>

@@ -1,9 +1,9 @@
-#include "qsf2sql/qsf2sql.h"
-
-#include "cppsqlite/CppSQLite3.h"
 #include "qsf2sql/qsf2sql_impl.h"
 #include "qsf2sql/sqlite_cache.h"
-#include "sysutils/platform.h"
+
+#include <cppsqlite/CppSQLite3.h>
+#include <qsf2sql/qsf2sql.h>
+#include <sysutils/platform.h>
 
 namespace kvan::io {
 

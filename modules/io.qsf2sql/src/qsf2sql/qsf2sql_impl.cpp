@@ -1,11 +1,12 @@
 #include "qsf2sql/qsf2sql_impl.h"
 
-#include "compression/compressor_registry.h"
-#include "cppsqlite/simple_checked_query.h"
 #include "qsf2sql/cache_owner.h"
-#include "qsf2sql/errors.h"
 #include "qsf2sql/sqlite_cache.h"
-#include "sysutils/platform.h"
+
+#include <compression/compressor_registry.h>
+#include <cppsqlite/simple_checked_query.h>
+#include <qsf2sql/errors.h>
+#include <sysutils/platform.h>
 
 #include <boost/filesystem/operations.hpp>
 #include <boost/throw_exception.hpp>

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "logger/logger.h"
-#include "qsf2sql/qsflib/ResourceRecords.h"
-#include "sysutils/platform.h"
+#include <logger/logger.h>
+#include <qsf2sql/qsflib/ResourceRecords.h>
+#include <sysutils/platform.h>
 
 #include <cstdint>
 #include <cstring>

@@ -1,6 +1,6 @@
 #include "qsf2sql/reference_transformator_map.h"
 
-#include "calibration-core/interfaces/CalibrationTransformatorFactorySerialization.h"
+#include <calibration-core/interfaces/CalibrationTransformatorFactorySerialization.h>
 
 #include <utility>
 

@@ -1,10 +1,11 @@
 #pragma once
 
-#include "calibration-core/interfaces/ICalibrationTransformator.h"
-#include "cppsqlite/CppSQLite3.h"
-#include "logger/logger.h"
 #include "qsf2sql/acquisition_key_map.h"
 #include "qsf2sql/qsflib/CalibrationBlock.h"
+
+#include <calibration-core/interfaces/ICalibrationTransformator.h>
+#include <cppsqlite/CppSQLite3.h>
+#include <logger/logger.h>
 
 #include <memory>
 #include <unordered_map>

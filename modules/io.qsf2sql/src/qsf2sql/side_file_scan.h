@@ -1,7 +1,8 @@
 #pragma once
 
-#include "logger/logger.h"
 #include "qsf2sql/qsf_blocked_reader.h"
+
+#include <logger/logger.h>
 
 namespace kvan::io {
 

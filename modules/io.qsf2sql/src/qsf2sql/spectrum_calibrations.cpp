@@ -1,9 +1,9 @@
 #include "qsf2sql/spectrum_calibrations.h"
 
-#include "calibration-access/calibration_reader_sqlite.h"
-#include "calibration-core/interfaces/CalibrationTransformatorFactorySerialization.h"
-#include "calibration-core/interfaces/ICalibrationConstantsFunctionalTemperatureCompensation.h"
-#include "calibrator-ami-reader/calibrator_ami_reader.h"
+#include <calibration-access/calibration_reader_sqlite.h>
+#include <calibration-core/interfaces/CalibrationTransformatorFactorySerialization.h>
+#include <calibration-core/interfaces/ICalibrationConstantsFunctionalTemperatureCompensation.h>
+#include <calibrator-ami-reader/calibrator_ami_reader.h>
 
 #include <boost/lexical_cast.hpp>
 #include <boost/throw_exception.hpp>

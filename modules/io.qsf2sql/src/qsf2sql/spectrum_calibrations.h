@@ -1,6 +1,6 @@
 #pragma once
 
-#include "cppsqlite/CppSQLite3.h"
+#include <cppsqlite/CppSQLite3.h>
 
 #include <cstdint>
 #include <memory>

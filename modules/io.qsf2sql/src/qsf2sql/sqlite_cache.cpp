@@ -1,11 +1,12 @@
 #include "qsf2sql/sqlite_cache.h"
 
-#include "logger/logger.h"
 #include "qsf2sql/cache_files.h"
 #include "qsf2sql/cache_generator.h"
 #include "qsf2sql/cache_validity.h"
-#include "qsf2sql/errors.h"
-#include "sysutils/platform.h"
+
+#include <logger/logger.h>
+#include <qsf2sql/errors.h>
+#include <sysutils/platform.h>
 
 #include <boost/throw_exception.hpp>
 

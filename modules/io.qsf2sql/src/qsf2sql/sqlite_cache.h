@@ -1,8 +1,9 @@
 #pragma once
 
-#include "cppsqlite/CppSQLite3.h"
 #include "qsf2sql/cache_builder.h"
-#include "qsf2sql/variables_prefs.h"
+
+#include <cppsqlite/CppSQLite3.h>
+#include <qsf2sql/variables_prefs.h>
 
 #include <boost/filesystem/path.hpp>
 #include <memory>

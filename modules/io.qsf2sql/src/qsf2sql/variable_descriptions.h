@@ -1,8 +1,9 @@
 #pragma once
 
-#include "cppsqlite/CppSQLite3.h"
-#include "logger/logger.h"
 #include "qsf2sql/qsflib/VarTabDescBlock.h"
+
+#include <cppsqlite/CppSQLite3.h>
+#include <logger/logger.h>
 
 #include <array>
 #include <cstddef>

@@ -1,10 +1,11 @@
 #pragma once
 
-#include "logger/logger.h"
 #include "qsf2sql/acquisition_key_map.h"
 #include "qsf2sql/qsflib/SegmentConditionBlock.h"
 #include "qsf2sql/qsflib/SpectrumConditionBlock.h"
 #include "qsf2sql/variable_descriptions.h"
+
+#include <logger/logger.h>
 
 #include <cstdint>
 #include <string_view>

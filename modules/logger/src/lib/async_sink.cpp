@@ -1,7 +1,8 @@
 #include "async_sink.h"
 
 #include "diagnostic.h"
-#include "sysutils/process.h"
+
+#include <sysutils/process.h>
 
 #include <boost/property_tree/ptree.hpp>
 #include <boost/throw_exception.hpp>

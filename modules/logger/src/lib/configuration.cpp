@@ -2,8 +2,9 @@
 
 #include "diagnostic.h"
 #include "self_holder.h"
-#include "sysutils/environment.h"
-#include "sysutils/platform.h"
+
+#include <sysutils/environment.h>
+#include <sysutils/platform.h>
 
 #include <array>
 #include <boost/filesystem/operations.hpp>

@@ -1,8 +1,9 @@
 #include "line_format.h"
 
 #include "level_names.h"
-#include "sysutils/posix_time.h"
-#include "sysutils/process.h"
+
+#include <sysutils/posix_time.h>
+#include <sysutils/process.h>
 
 #include <boost/date_time/c_local_time_adjustor.hpp>
 #include <boost/date_time/posix_time/posix_time.hpp>

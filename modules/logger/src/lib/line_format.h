@@ -1,6 +1,6 @@
 #pragma once
 
-#include "logger/logger.h"
+#include <logger/logger.h>
 
 #include <string>
 #include <string_view>

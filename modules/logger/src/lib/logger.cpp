@@ -1,9 +1,9 @@
-#include "logger/logger.h"
-
 #include "diagnostic.h"
 #include "isink.h"
 #include "line_format.h"
 #include "registry.h"
+
+#include <logger/logger.h>
 
 #include <boost/throw_exception.hpp>
 #include <locale>

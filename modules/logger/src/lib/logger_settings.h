@@ -1,7 +1,8 @@
 #pragma once
 
 #include "async_sink.h"
-#include "logger/logger.h"
+
+#include <logger/logger.h>
 
 #include <iosfwd>
 #include <map>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "logger/logger.h"
+#include <logger/logger.h>
 
 #include <array>
 #include <boost/property_tree/ptree_fwd.hpp>

@@ -1,9 +1,9 @@
 #include "path_expansion.h"
 
-#include "sysutils/environment.h"
-#include "sysutils/platform.h"
-#include "sysutils/process.h"
-#include "sysutils/text_conversion.h"
+#include <sysutils/environment.h>
+#include <sysutils/platform.h>
+#include <sysutils/process.h>
+#include <sysutils/text_conversion.h>
 
 #include <boost/throw_exception.hpp>
 #include <cstdlib>

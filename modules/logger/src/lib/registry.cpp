@@ -3,7 +3,8 @@
 #include "configuration.h"
 #include "line_format.h"
 #include "self_holder.h"
-#include "sysutils/process.h"
+
+#include <sysutils/process.h>
 
 #include <atomic>
 #include <boost/regex.hpp>

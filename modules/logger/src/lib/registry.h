@@ -1,8 +1,9 @@
 #pragma once
 
-#include "logger/logger.h"
 #include "logger_settings.h"
-#include "sysutils/loaded_module.h"
+
+#include <logger/logger.h>
+#include <sysutils/loaded_module.h>
 
 #include <cstdint>
 #include <map>

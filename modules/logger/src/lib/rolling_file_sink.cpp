@@ -2,7 +2,8 @@
 
 #include "diagnostic.h"
 #include "path_expansion.h"
-#include "sysutils/text_conversion.h"
+
+#include <sysutils/text_conversion.h>
 
 #include <algorithm>
 #include <boost/algorithm/string/trim.hpp>

@@ -2,7 +2,8 @@
 
 #include "locked_sink.h"
 #include "sink_context.h"
-#include "sysutils/platform.h"
+
+#include <sysutils/platform.h>
 
 #include <boost/filesystem/path.hpp>
 #include <cstdint>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "sysutils/loaded_module.h"
+#include <sysutils/loaded_module.h>
 
 #include <optional>
 

@@ -1,7 +1,8 @@
 #pragma once
 
 #include "isink.h"
-#include "logger/logger.h"
+
+#include <logger/logger.h>
 
 #include <boost/property_tree/ptree_fwd.hpp>
 #include <memory>

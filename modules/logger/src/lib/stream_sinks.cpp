@@ -1,7 +1,8 @@
 #include "stream_sinks.h"
 
 #include "diagnostic.h"
-#include "sysutils/process.h"
+
+#include <sysutils/process.h>
 
 namespace kvan::logging::impl {
 

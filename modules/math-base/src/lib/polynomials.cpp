@@ -1,6 +1,5 @@
-#include "math-base/polynomials.h"
-
-#include "logger/logger.h"
+#include <logger/logger.h>
+#include <math-base/polynomials.h>
 
 #include <algorithm>
 #include <boost/throw_exception.hpp>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "math-base/find_zero.h"
+#include <math-base/find_zero.h>
 
 #include <cmath>
 #include <optional>

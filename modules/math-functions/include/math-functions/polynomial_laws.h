@@ -1,6 +1,6 @@
 #pragma once
 
-#include "sysutils/vector_clones.h"
+#include <sysutils/vector_clones.h>
 
 #include <cmath>
 #include <cstddef>

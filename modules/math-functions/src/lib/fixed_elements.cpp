@@ -1,6 +1,6 @@
 #include "lib/fixed_elements.h"
 
-#include "math-functions/invert.h"
+#include <math-functions/invert.h>
 
 namespace kvan::math {
 

@@ -1,9 +1,9 @@
-#include "math-functions/function.h"
-
 #include "lib/function_imp.h"
 #include "lib/interpolating_elements.h"
 #include "lib/knots.h"
 #include "lib/polynomial_elements.h"
+
+#include <math-functions/function.h>
 
 #include <algorithm>
 #include <boost/throw_exception.hpp>

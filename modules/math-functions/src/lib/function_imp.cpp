@@ -1,7 +1,8 @@
 #include "lib/function_imp.h"
 
 #include "lib/knots.h"
-#include "math-functions/invert.h"
+
+#include <math-functions/invert.h>
 
 #include <algorithm>
 #include <limits>

@@ -1,7 +1,7 @@
 #include "lib/polynomial_elements.h"
 
-#include "math-functions/invert.h"
-#include "sysutils/vector_clones.h"
+#include <math-functions/invert.h>
+#include <sysutils/vector_clones.h>
 
 #include <algorithm>
 #include <cmath>

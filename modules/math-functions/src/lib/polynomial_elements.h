@@ -1,7 +1,8 @@
 #pragma once
 
 #include "lib/function_elements.h"
-#include "math-functions/polynomial_laws.h"
+
+#include <math-functions/polynomial_laws.h>
 
 #include <vector>
 

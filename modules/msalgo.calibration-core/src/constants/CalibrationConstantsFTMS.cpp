@@ -1,6 +1,6 @@
-#include "calibration-core/constants/CalibrationConstantsFTMS.h"
-
 #include "constants/ConstantsEquality.h"
+
+#include <calibration-core/constants/CalibrationConstantsFTMS.h>
 
 #include <boost/throw_exception.hpp>
 #include <ostream>

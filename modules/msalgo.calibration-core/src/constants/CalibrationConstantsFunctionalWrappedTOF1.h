@@ -1,6 +1,6 @@
 #pragma once
 
-#include "calibration-core/constants/CalibrationConstantsTOF.h"
+#include <calibration-core/constants/CalibrationConstantsTOF.h>
 
 namespace kvan::calibration::Constants {
 

@@ -1,6 +1,6 @@
-#include "calibration-core/constants/CalibrationConstantsLinear.h"
-
 #include "constants/ConstantsEquality.h"
+
+#include <calibration-core/constants/CalibrationConstantsLinear.h>
 
 #include <algorithm>
 #include <ostream>

@@ -1,6 +1,6 @@
-#include "calibration-core/constants/CalibrationConstantsPaladin.h"
-
 #include "constants/ConstantsEquality.h"
+
+#include <calibration-core/constants/CalibrationConstantsPaladin.h>
 
 #include <ostream>
 

@@ -1,8 +1,8 @@
-#include "calibration-core/constants/CalibrationConstantsTOF.h"
-
 #include "constants/ConstantsEquality.h"
 #include "utilities/CalibrationTOFUtilities.h"
 #include "utilities/IndexTruncation.h"
+
+#include <calibration-core/constants/CalibrationConstantsTOF.h>
 
 #include <ostream>
 

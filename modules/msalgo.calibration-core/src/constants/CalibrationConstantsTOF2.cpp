@@ -1,7 +1,7 @@
-#include "calibration-core/constants/CalibrationConstantsTOF2.h"
-
 #include "constants/ConstantsEquality.h"
 #include "utilities/CalibrationTOFUtilities.h"
+
+#include <calibration-core/constants/CalibrationConstantsTOF2.h>
 
 #include <ostream>
 

@@ -1,6 +1,6 @@
-#include "calibration-core/constants/CalibrationConstantsTemperatureCompensation.h"
-
 #include "utilities/RelativeEquality.h"
+
+#include <calibration-core/constants/CalibrationConstantsTemperatureCompensation.h>
 
 #include <algorithm>
 #include <boost/throw_exception.hpp>

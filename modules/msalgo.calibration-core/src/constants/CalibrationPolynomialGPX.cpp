@@ -1,7 +1,7 @@
-#include "calibration-core/constants/CalibrationPolynomialGPX.h"
-
 #include "constants/PolynomialText.h"
 #include "utilities/RelativeEquality.h"
+
+#include <calibration-core/constants/CalibrationPolynomialGPX.h>
 
 namespace kvan::calibration::Constants {
 

@@ -1,8 +1,8 @@
-#include "calibration-core/constants/CalibrationPolynomialKITE1.h"
-
 #include "constants/PolynomialText.h"
 #include "utilities/ParentMass.h"
 #include "utilities/RelativeEquality.h"
+
+#include <calibration-core/constants/CalibrationPolynomialKITE1.h>
 
 #include <cmath>
 

@@ -1,8 +1,8 @@
-#include "calibration-core/constants/CalibrationPolynomialKITE2.h"
-
 #include "constants/PolynomialText.h"
-#include "logger/logger.h"
 #include "utilities/RelativeEquality.h"
+
+#include <calibration-core/constants/CalibrationPolynomialKITE2.h>
+#include <logger/logger.h>
 
 #include <algorithm>
 #include <boost/format.hpp>

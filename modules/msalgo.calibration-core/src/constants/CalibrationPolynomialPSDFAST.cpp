@@ -1,7 +1,7 @@
-#include "calibration-core/constants/CalibrationPolynomialPSDFAST.h"
-
 #include "constants/PolynomialText.h"
 #include "utilities/RelativeEquality.h"
+
+#include <calibration-core/constants/CalibrationPolynomialPSDFAST.h>
 
 #include <boost/throw_exception.hpp>
 #include <cmath>

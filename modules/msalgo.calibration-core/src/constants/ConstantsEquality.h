@@ -1,7 +1,8 @@
 #pragma once
 
-#include "calibration-core/interfaces/ICalibrationConstantsFunctional.h"
 #include "utilities/RelativeEquality.h"
+
+#include <calibration-core/interfaces/ICalibrationConstantsFunctional.h>
 
 namespace kvan::calibration::Constants {
 

@@ -1,13 +1,14 @@
 #include "serialization/CalibrationTextForm.h"
 
-#include "calibration-core/constants/CalibrationConstantsFTMS.h"
-#include "calibration-core/constants/CalibrationConstantsLinear.h"
-#include "calibration-core/constants/CalibrationConstantsPaladin.h"
-#include "calibration-core/constants/CalibrationConstantsTemperatureCompensation.h"
 #include "serialization/CalibrationTextFields.h"
 #include "serialization/ICalibTextSerialization.h"
 #include "serialization/KiteTextForms.h"
 #include "serialization/PsdStoredForms.h"
+
+#include <calibration-core/constants/CalibrationConstantsFTMS.h>
+#include <calibration-core/constants/CalibrationConstantsLinear.h>
+#include <calibration-core/constants/CalibrationConstantsPaladin.h>
+#include <calibration-core/constants/CalibrationConstantsTemperatureCompensation.h>
 
 #include <algorithm>
 #include <boost/throw_exception.hpp>

@@ -1,7 +1,8 @@
 #pragma once
 
-#include "calibration-core/interfaces/ICalibrationTransformatorFactory.h"
 #include "serialization/CalibrationTextTokens.h"
+
+#include <calibration-core/interfaces/ICalibrationTransformatorFactory.h>
 
 #include <string>
 

@@ -1,13 +1,6 @@
-#include "calibration-core/interfaces/CalibrationTransformatorFactorySerialization.h"
-
-#include "calibration-core/constants/CalibrationPolynomialGPX.h"
-#include "calibration-core/interfaces/CalibrationTransformatorFactory.h"
-#include "calibration-core/interfaces/ICalibrationTransformatorDecorator.h"
-#include "calibration-core/interfaces/ICalibrationTransformatorGPX.h"
 #include "legacycalibration/serialization/CalibBlobAccess.h"
 #include "legacycalibration/serialization/CalibrationBlocks.h"
 #include "legacycalibration/serialization/CalibratorUtil.h"
-#include "logger/logger.h"
 #include "serialization/CalibrationTextForm.h"
 #include "serialization/CompensationExtensions.h"
 #include "serialization/GpxStoredForms.h"
@@ -16,6 +9,13 @@
 #include "serialization/StoredBlocks.h"
 #include "transformation/conversion/CCOConversionUtil.h"
 #include "utilities/IndexTruncation.h"
+
+#include <calibration-core/constants/CalibrationPolynomialGPX.h>
+#include <calibration-core/interfaces/CalibrationTransformatorFactory.h>
+#include <calibration-core/interfaces/CalibrationTransformatorFactorySerialization.h>
+#include <calibration-core/interfaces/ICalibrationTransformatorDecorator.h>
+#include <calibration-core/interfaces/ICalibrationTransformatorGPX.h>
+#include <logger/logger.h>
 
 #include <algorithm>
 #include <boost/throw_exception.hpp>

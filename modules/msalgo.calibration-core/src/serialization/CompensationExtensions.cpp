@@ -1,8 +1,9 @@
 #include "serialization/CompensationExtensions.h"
 
-#include "calibration-core/temperaturecompensation/TemperatureCompensationInfo.h"
 #include "legacycalibration/serialization/CalibrationBlocks.h"
 #include "legacycalibration/serialization/CalibratorUtil.h"
+
+#include <calibration-core/temperaturecompensation/TemperatureCompensationInfo.h>
 
 #include <boost/numeric/conversion/cast.hpp>
 #include <boost/throw_exception.hpp>

@@ -1,9 +1,10 @@
 #pragma once
 
-#include "calibration-core/interfaces/ICalibrationConstantsFunctionalTemperatureCompensation.h"
-#include "calibration-core/interfaces/ICalibrationTransformator.h"
 #include "legacycalibration/serialization/CalibBlobAccess.h"
 #include "serialization/ICalibSerialization.h"
+
+#include <calibration-core/interfaces/ICalibrationConstantsFunctionalTemperatureCompensation.h>
+#include <calibration-core/interfaces/ICalibrationTransformator.h>
 
 namespace kvan::calibration {
 

@@ -1,7 +1,8 @@
 #include "serialization/GpxStoredForms.h"
 
-#include "calibration-core/constants/CalibrationPolynomialGPX.h"
 #include "serialization/StoredBlocks.h"
+
+#include <calibration-core/constants/CalibrationPolynomialGPX.h>
 
 namespace kvan::calibration {
 

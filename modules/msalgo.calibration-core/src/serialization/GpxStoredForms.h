@@ -1,8 +1,9 @@
 #pragma once
 
-#include "calibration-core/interfaces/ICalibrationPolynomialGPX.h"
 #include "legacycalibration/serialization/CalibBlobAccess.h"
 #include "serialization/CalibrationTextTokens.h"
+
+#include <calibration-core/interfaces/ICalibrationPolynomialGPX.h>
 
 #include <string>
 

@@ -1,10 +1,11 @@
 #pragma once
 
-#include "calibration-core/constants/CalibrationPolynomialKITE1.h"
-#include "calibration-core/constants/CalibrationPolynomialKITE2.h"
-#include "calibration-core/interfaces/ICalibrationTransformatorFactory.h"
 #include "legacycalibration/serialization/CalibBlobAccess.h"
 #include "serialization/ICalibSerialization.h"
+
+#include <calibration-core/constants/CalibrationPolynomialKITE1.h>
+#include <calibration-core/constants/CalibrationPolynomialKITE2.h>
+#include <calibration-core/interfaces/ICalibrationTransformatorFactory.h>
 
 namespace kvan::calibration {
 

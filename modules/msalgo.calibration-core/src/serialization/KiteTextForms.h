@@ -1,8 +1,9 @@
 #pragma once
 
-#include "calibration-core/constants/CalibrationPolynomialKITE1.h"
-#include "calibration-core/constants/CalibrationPolynomialKITE2.h"
 #include "serialization/CalibrationTextForm.h"
+
+#include <calibration-core/constants/CalibrationPolynomialKITE1.h>
+#include <calibration-core/constants/CalibrationPolynomialKITE2.h>
 
 namespace kvan::calibration {
 

@@ -1,9 +1,10 @@
 #pragma once
 
-#include "calibration-core/constants/CalibrationPolynomialPSDFAST.h"
 #include "legacycalibration/serialization/CalibBlobAccess.h"
 #include "serialization/CalibrationTextForm.h"
 #include "serialization/ICalibSerialization.h"
+
+#include <calibration-core/constants/CalibrationPolynomialPSDFAST.h>
 
 namespace kvan::calibration {
 

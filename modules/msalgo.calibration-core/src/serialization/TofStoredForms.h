@@ -1,7 +1,8 @@
 #pragma once
 
-#include "calibration-core/interfaces/ICalibrationTransformator.h"
 #include "serialization/ICalibSerialization.h"
+
+#include <calibration-core/interfaces/ICalibrationTransformator.h>
 
 namespace kvan::calibration {
 

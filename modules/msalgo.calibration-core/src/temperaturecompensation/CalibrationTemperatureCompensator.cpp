@@ -1,7 +1,7 @@
-#include "calibration-core/temperaturecompensation/CalibrationTemperatureCompensator.h"
-
-#include "calibration-core/interfaces/ICalibrationConstantsFunctionalTemperatureCompensation.h"
 #include "temperaturecompensation/FunctionalConstantsOf.h"
+
+#include <calibration-core/interfaces/ICalibrationConstantsFunctionalTemperatureCompensation.h>
+#include <calibration-core/temperaturecompensation/CalibrationTemperatureCompensator.h>
 
 #include <ostream>
 

@@ -1,8 +1,8 @@
-#include "calibration-core/temperaturecompensation/TemperatureCompensationInfo.h"
-
-#include "calibration-core/constants/CalibrationConstantsTemperatureCompensation.h"
-#include "calibration-core/interfaces/ICalibrationTransformatorGPX.h"
 #include "temperaturecompensation/FunctionalConstantsOf.h"
+
+#include <calibration-core/constants/CalibrationConstantsTemperatureCompensation.h>
+#include <calibration-core/interfaces/ICalibrationTransformatorGPX.h>
+#include <calibration-core/temperaturecompensation/TemperatureCompensationInfo.h>
 
 #include <boost/throw_exception.hpp>
 #include <stdexcept>

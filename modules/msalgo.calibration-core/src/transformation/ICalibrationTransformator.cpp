@@ -1,4 +1,4 @@
-#include "calibration-core/interfaces/ICalibrationTransformator.h"
+#include <calibration-core/interfaces/ICalibrationTransformator.h>
 
 #include <boost/throw_exception.hpp>
 #include <cmath>

@@ -1,8 +1,9 @@
 #pragma once
 
-#include "sysutils/vector_clones.h"
 #include "transformation/ConversionFunctors.h"
 #include "transformation/policies/LawFailure.h"
+
+#include <sysutils/vector_clones.h>
 
 #include <cstddef>
 

@@ -1,4 +1,4 @@
-#include "calibration-core/interfaces/MeasurementModeInfo.h"
+#include <calibration-core/interfaces/MeasurementModeInfo.h>
 
 #include <ostream>
 

@@ -1,8 +1,9 @@
 #pragma once
 
-#include "calibration-core/interfaces/ICalibrationTransformator.h"
 #include "serialization/ICalibSerialization.h"
 #include "transformation/BatchTransformation.h"
+
+#include <calibration-core/interfaces/ICalibrationTransformator.h>
 
 #include <boost/throw_exception.hpp>
 #include <ostream>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "calibration-core/interfaces/ICalibrationTOFUtilities.h"
+#include <calibration-core/interfaces/ICalibrationTOFUtilities.h>
 
 namespace kvan::calibration::Utilities {
 

@@ -1,5 +1,5 @@
-#include "calibration-core/interfaces/ICalibrationTransformatorDecorator.h"
-#include "calibration-core/interfaces/ICalibrationUtilities.h"
+#include <calibration-core/interfaces/ICalibrationTransformatorDecorator.h>
+#include <calibration-core/interfaces/ICalibrationUtilities.h>
 
 #include <algorithm>
 #include <cmath>

@@ -1,8 +1,9 @@
 #include "utilities/MonotonicRange.h"
 
-#include "logger/logger.h"
-#include "math-base/polynomials.h"
 #include "utilities/CalibrationTOFUtilities.h"
+
+#include <logger/logger.h>
+#include <math-base/polynomials.h>
 
 #include <boost/throw_exception.hpp>
 #include <cmath>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "sample-analysis/native_files.h"
+#include <sample-analysis/native_files.h>
 
 namespace kvan::sample {
 

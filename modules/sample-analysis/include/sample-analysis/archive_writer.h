@@ -1,6 +1,6 @@
 #pragma once
 
-#include "sample-analysis/analysis_data.h"
+#include <sample-analysis/analysis_data.h>
 
 #include <boost/filesystem/path.hpp>
 #include <cstdint>

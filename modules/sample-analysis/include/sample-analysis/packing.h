@@ -1,7 +1,7 @@
 #pragma once
 
-#include "compression/icompressor.h"
-#include "sample-analysis/analysis_data.h"
+#include <compression/icompressor.h>
+#include <sample-analysis/analysis_data.h>
 
 #include <memory>
 

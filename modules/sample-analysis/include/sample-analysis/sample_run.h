@@ -1,6 +1,6 @@
 #pragma once
 
-#include "sample-analysis/packing.h"
+#include <sample-analysis/packing.h>
 
 #include <boost/filesystem/path.hpp>
 #include <cstdint>

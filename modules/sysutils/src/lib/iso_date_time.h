@@ -1,6 +1,6 @@
 #pragma once
 
-#include "sysutils/posix_time.h"
+#include <sysutils/posix_time.h>
 
 #include <boost/date_time/gregorian/greg_date.hpp>
 

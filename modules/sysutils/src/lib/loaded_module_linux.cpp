@@ -1,4 +1,4 @@
-#include "sysutils/loaded_module.h"
+#include <sysutils/loaded_module.h>
 
 #include <cstdint>
 #include <cstring>

@@ -1,4 +1,4 @@
-#include "sysutils/platform.h"
+#include <sysutils/platform.h>
 
 #include <algorithm>
 #include <boost/filesystem/operations.hpp>

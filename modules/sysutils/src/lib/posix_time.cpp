@@ -1,6 +1,6 @@
-#include "sysutils/posix_time.h"
-
 #include "iso_date_time.h"
+
+#include <sysutils/posix_time.h>
 
 #include <boost/date_time/gregorian/gregorian_types.hpp>
 #include <boost/throw_exception.hpp>

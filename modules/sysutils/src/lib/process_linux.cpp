@@ -1,5 +1,5 @@
-#include "sysutils/environment.h"
-#include "sysutils/process.h"
+#include <sysutils/environment.h>
+#include <sysutils/process.h>
 
 #include <boost/filesystem/operations.hpp>
 #include <boost/throw_exception.hpp>

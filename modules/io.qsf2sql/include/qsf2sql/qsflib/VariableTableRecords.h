@@ -1,6 +1,6 @@
 #pragma once
 
-#include "qsf2sql/qsflib/ResourceRecords.h"
+#include <qsf2sql/qsflib/ResourceRecords.h>
 
 namespace KVAN::io::QSF {
 

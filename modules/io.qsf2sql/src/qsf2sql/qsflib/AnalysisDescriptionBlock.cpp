@@ -1,7 +1,8 @@
 #include "qsf2sql/qsflib/AnalysisDescriptionBlock.h"
 
-#include "qsf2sql/qsflib/MainFileRecords.h"
 #include "qsf2sql/qsflib/QSFUtil.h"
+
+#include <qsf2sql/qsflib/MainFileRecords.h>
 
 #include <algorithm>
 #include <cmath>

@@ -2,8 +2,9 @@
 
 #include "qsf2sql/qsflib/AnalysisDescriptionBlock.h"
 #include "qsf2sql/qsflib/CalibrationBlock.h"
-#include "qsf2sql/qsflib/MainFileRecords.h"
 #include "qsf2sql/qsflib/VarTabDescBlock.h"
+
+#include <qsf2sql/qsflib/MainFileRecords.h>
 
 #include <memory>
 #include <vector>

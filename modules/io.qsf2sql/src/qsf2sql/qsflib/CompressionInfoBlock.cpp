@@ -1,7 +1,8 @@
 #include "qsf2sql/qsflib/CompressionInfoBlock.h"
 
-#include "qsf2sql/qsflib/MainFileRecords.h"
 #include "qsf2sql/qsflib/QSFUtil.h"
+
+#include <qsf2sql/qsflib/MainFileRecords.h>
 
 #include <algorithm>
 #include <boost/uuid/uuid.hpp>

@@ -1,8 +1,9 @@
 #pragma once
 
-#include "compression/icompressor.h"
-#include "qsf2sql/errors.h"
 #include "qsf2sql/qsf_blocked_reader.h"
+
+#include <compression/icompressor.h>
+#include <qsf2sql/errors.h>
 
 #include <boost/throw_exception.hpp>
 #include <cstdint>

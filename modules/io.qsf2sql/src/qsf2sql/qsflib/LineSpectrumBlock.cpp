@@ -1,8 +1,9 @@
 #include "qsf2sql/qsflib/LineSpectrumBlock.h"
 
-#include "qsf2sql/errors.h"
 #include "qsf2sql/qsflib/ExtendedLineBlock.h"
 #include "qsf2sql/qsflib/QSFUtil.h"
+
+#include <qsf2sql/errors.h>
 
 #include <boost/throw_exception.hpp>
 #include <stdexcept>

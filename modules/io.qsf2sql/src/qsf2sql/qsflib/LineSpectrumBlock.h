@@ -1,7 +1,8 @@
 #pragma once
 
-#include "qsf2sql/array_id.h"
 #include "qsf2sql/qsf_blocked_reader.h"
+
+#include <qsf2sql/array_id.h>
 
 #include <cstdint>
 

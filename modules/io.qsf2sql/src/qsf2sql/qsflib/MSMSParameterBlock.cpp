@@ -1,6 +1,6 @@
 #include "qsf2sql/qsflib/MSMSParameterBlock.h"
 
-#include "qsf2sql/qsflib/VariableTableRecords.h"
+#include <qsf2sql/qsflib/VariableTableRecords.h>
 
 namespace KVAN::io::QSF {
 

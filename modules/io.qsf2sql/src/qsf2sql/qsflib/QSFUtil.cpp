@@ -1,6 +1,6 @@
 #include "qsf2sql/qsflib/QSFUtil.h"
 
-#include "qsf2sql/errors.h"
+#include <qsf2sql/errors.h>
 
 #include <boost/throw_exception.hpp>
 

@@ -1,7 +1,8 @@
 #pragma once
 
 #include "qsf2sql/qsf_blocked_reader.h"
-#include "qsf2sql/qsflib/ResourceRecords.h"
+
+#include <qsf2sql/qsflib/ResourceRecords.h>
 
 #include <array>
 #include <cstdint>

@@ -2,7 +2,8 @@
 
 #include "qsf2sql/element_conversion.h"
 #include "qsf2sql/qsflib/DataVectorBlock.h"
-#include "qsf2sql/qsflib/SpectrumRecords.h"
+
+#include <qsf2sql/qsflib/SpectrumRecords.h>
 
 #include <span>
 #include <tuple>

@@ -1,8 +1,9 @@
 #pragma once
 
-#include "qsf2sql/qsflib/MainFileRecords.h"
 #include "qsf2sql/qsflib/ResourcePool.h"
 #include "qsf2sql/qsflib/VarTabBlocks.h"
+
+#include <qsf2sql/qsflib/MainFileRecords.h>
 
 #include <string>
 #include <vector>

@@ -1,7 +1,8 @@
 #include "qsf2sql/qsflib/VarTabDescBlock.h"
 
 #include "qsf2sql/qsflib/QSFUtil.h"
-#include "qsf2sql/qsflib/VariableTableRecords.h"
+
+#include <qsf2sql/qsflib/VariableTableRecords.h>
 
 namespace KVAN::io::QSF {
 

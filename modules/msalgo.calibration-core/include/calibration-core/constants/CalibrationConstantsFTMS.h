@@ -1,8 +1,8 @@
 #pragma once
 
-#include "calibration-core/constants/FunctionalConstants.h"
-#include "calibration-core/interfaces/ICalibrationConstantsFunctional.h"
-#include "calibration-core/interfaces/ICalibrationConstantsPhysical.h"
+#include <calibration-core/constants/FunctionalConstants.h>
+#include <calibration-core/interfaces/ICalibrationConstantsFunctional.h>
+#include <calibration-core/interfaces/ICalibrationConstantsPhysical.h>
 
 namespace kvan::calibration::Constants {
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "calibration-core/constants/FunctionalConstants.h"
-#include "calibration-core/interfaces/ICalibrationConstantsFunctional.h"
+#include <calibration-core/constants/FunctionalConstants.h>
+#include <calibration-core/interfaces/ICalibrationConstantsFunctional.h>
 
 namespace kvan::calibration::Constants {
 

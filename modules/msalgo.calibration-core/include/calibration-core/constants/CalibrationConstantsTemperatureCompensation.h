@@ -1,8 +1,8 @@
 #pragma once
 
-#include "calibration-core/constants/CalibrationConstantsTOF.h"
-#include "calibration-core/constants/CalibrationConstantsTOF2.h"
-#include "calibration-core/interfaces/ICalibrationConstantsFunctionalTemperatureCompensation.h"
+#include <calibration-core/constants/CalibrationConstantsTOF.h>
+#include <calibration-core/constants/CalibrationConstantsTOF2.h>
+#include <calibration-core/interfaces/ICalibrationConstantsFunctionalTemperatureCompensation.h>
 
 namespace kvan::calibration::Constants {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "calibration-core/interfaces/ICalibrationPolynomialGPX.h"
+#include <calibration-core/interfaces/ICalibrationPolynomialGPX.h>
 
 namespace kvan::calibration::Constants {
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "calibration-core/constants/CalibrationPolynomialSimple.h"
-#include "calibration-core/interfaces/ICalibrationPolynomialKITE.h"
+#include <calibration-core/constants/CalibrationPolynomialSimple.h>
+#include <calibration-core/interfaces/ICalibrationPolynomialKITE.h>
 
 namespace kvan::calibration::Constants {
 

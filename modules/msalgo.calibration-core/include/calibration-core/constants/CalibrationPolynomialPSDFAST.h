@@ -1,6 +1,6 @@
 #pragma once
 
-#include "calibration-core/interfaces/ICalibrationPolynomialPSD.h"
+#include <calibration-core/interfaces/ICalibrationPolynomialPSD.h>
 
 namespace kvan::calibration::Constants {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "calibration-core/interfaces/ICalibrationTransformatorFactory.h"
+#include <calibration-core/interfaces/ICalibrationTransformatorFactory.h>
 
 namespace kvan::calibration::Transformation {
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "calibration-core/interfaces/ICalibrationTransformatorFactory.h"
-#include "calibration-core/interfaces/ICalibrationTransformatorFactorySerialization.h"
+#include <calibration-core/interfaces/ICalibrationTransformatorFactory.h>
+#include <calibration-core/interfaces/ICalibrationTransformatorFactorySerialization.h>
 
 namespace kvan::calibration::Transformation {
 

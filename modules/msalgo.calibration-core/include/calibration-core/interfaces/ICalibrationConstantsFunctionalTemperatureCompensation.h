@@ -1,6 +1,6 @@
 #pragma once
 
-#include "calibration-core/interfaces/ICalibrationConstantsFunctional.h"
+#include <calibration-core/interfaces/ICalibrationConstantsFunctional.h>
 
 #include <vector>
 

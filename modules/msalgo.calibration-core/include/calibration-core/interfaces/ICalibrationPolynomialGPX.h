@@ -1,6 +1,6 @@
 #pragma once
 
-#include "calibration-core/interfaces/ICalibrationPolynomial.h"
+#include <calibration-core/interfaces/ICalibrationPolynomial.h>
 
 namespace kvan::calibration {
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "calibration-core/interfaces/ICalibrationConstantsFunctional.h"
-#include "calibration-core/interfaces/ICalibrationConstantsPhysical.h"
-#include "calibration-core/interfaces/IMeasurementModeInfo.h"
+#include <calibration-core/interfaces/ICalibrationConstantsFunctional.h>
+#include <calibration-core/interfaces/ICalibrationConstantsPhysical.h>
+#include <calibration-core/interfaces/IMeasurementModeInfo.h>
 
 #include <cstdint>
 #include <iosfwd>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "calibration-core/interfaces/ICalibrationTransformator.h"
+#include <calibration-core/interfaces/ICalibrationTransformator.h>
 
 namespace kvan::calibration {
 

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "calibration-core/constants/CalibrationPolynomialKITE1.h"
-#include "calibration-core/constants/CalibrationPolynomialKITE2.h"
-#include "calibration-core/constants/CalibrationPolynomialPSDFAST.h"
-#include "calibration-core/interfaces/ICalibrationPolynomialGPX.h"
-#include "calibration-core/interfaces/ICalibrationTransformator.h"
+#include <calibration-core/constants/CalibrationPolynomialKITE1.h>
+#include <calibration-core/constants/CalibrationPolynomialKITE2.h>
+#include <calibration-core/constants/CalibrationPolynomialPSDFAST.h>
+#include <calibration-core/interfaces/ICalibrationPolynomialGPX.h>
+#include <calibration-core/interfaces/ICalibrationTransformator.h>
 
 #include <memory>
 

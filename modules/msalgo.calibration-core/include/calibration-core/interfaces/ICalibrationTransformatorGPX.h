@@ -1,7 +1,7 @@
 #pragma once
 
-#include "calibration-core/interfaces/ICalibrationPolynomialGPX.h"
-#include "calibration-core/interfaces/ICalibrationTransformator.h"
+#include <calibration-core/interfaces/ICalibrationPolynomialGPX.h>
+#include <calibration-core/interfaces/ICalibrationTransformator.h>
 
 namespace kvan::calibration {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "calibration-core/interfaces/ICalibrationPolynomialKITE.h"
+#include <calibration-core/interfaces/ICalibrationPolynomialKITE.h>
 
 namespace kvan::calibration {
 

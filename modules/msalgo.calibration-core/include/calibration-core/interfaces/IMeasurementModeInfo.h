@@ -1,6 +1,6 @@
 #pragma once
 
-#include "calibration-core/interfaces/ICloneable.h"
+#include <calibration-core/interfaces/ICloneable.h>
 
 #include <cstdint>
 #include <iosfwd>

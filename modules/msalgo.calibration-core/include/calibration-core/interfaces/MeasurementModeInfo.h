@@ -1,6 +1,6 @@
 #pragma once
 
-#include "calibration-core/interfaces/IMeasurementModeInfo.h"
+#include <calibration-core/interfaces/IMeasurementModeInfo.h>
 
 namespace kvan::calibration::Transformation {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "calibration-core/interfaces/ICalibrationTemperatureCompensator.h"
+#include <calibration-core/interfaces/ICalibrationTemperatureCompensator.h>
 
 namespace kvan::calibration::TemperatureCompensation {
 

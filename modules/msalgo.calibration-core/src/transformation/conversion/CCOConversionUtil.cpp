@@ -1,11 +1,11 @@
 #include "transformation/conversion/CCOConversionUtil.h"
 
-#include "calibration-core/constants/CalibrationConstantsFTMS.h"
-#include "calibration-core/constants/CalibrationConstantsLinear.h"
-#include "calibration-core/constants/CalibrationConstantsPaladin.h"
-#include "calibration-core/constants/CalibrationConstantsTOF.h"
-#include "calibration-core/constants/CalibrationConstantsTemperatureCompensation.h"
-#include "calibration-core/interfaces/MeasurementModeInfo.h"
+#include <calibration-core/constants/CalibrationConstantsFTMS.h>
+#include <calibration-core/constants/CalibrationConstantsLinear.h>
+#include <calibration-core/constants/CalibrationConstantsPaladin.h>
+#include <calibration-core/constants/CalibrationConstantsTOF.h>
+#include <calibration-core/constants/CalibrationConstantsTemperatureCompensation.h>
+#include <calibration-core/interfaces/MeasurementModeInfo.h>
 
 #include <boost/throw_exception.hpp>
 #include <stdexcept>

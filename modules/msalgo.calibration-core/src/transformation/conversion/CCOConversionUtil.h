@@ -1,8 +1,9 @@
 #pragma once
 
-#include "calibration-core/interfaces/ICalibrationConstantsFunctionalTemperatureCompensation.h"
-#include "calibration-core/interfaces/ICalibrationTransformatorFactory.h"
 #include "legacycalibration/serialization/CalibrationBlocks.h"
+
+#include <calibration-core/interfaces/ICalibrationConstantsFunctionalTemperatureCompensation.h>
+#include <calibration-core/interfaces/ICalibrationTransformatorFactory.h>
 
 #include <vector>
 

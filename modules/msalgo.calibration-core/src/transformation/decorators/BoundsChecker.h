@@ -1,8 +1,9 @@
 #pragma once
 
-#include "calibration-core/interfaces/ICalibrationTransformatorDecorator.h"
 #include "transformation/ForwardingTransformator.h"
 #include "utilities/RelativeEquality.h"
+
+#include <calibration-core/interfaces/ICalibrationTransformatorDecorator.h>
 
 #include <algorithm>
 #include <ostream>

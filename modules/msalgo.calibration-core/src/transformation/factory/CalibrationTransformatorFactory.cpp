@@ -1,13 +1,13 @@
-#include "calibration-core/interfaces/CalibrationTransformatorFactory.h"
-
-#include "calibration-core/constants/CalibrationConstantsFTMS.h"
-#include "calibration-core/constants/CalibrationConstantsTOF.h"
 #include "transformation/NewTransformator.h"
 #include "transformation/decorators/CalibrationTransformatorIndexBoundsChecker.h"
 #include "transformation/decorators/CalibrationTransformatorRawBoundsChecker.h"
 #include "transformation/gpx/CalibrationTransformatorGPX.h"
 #include "transformation/kite/KiteTransformators.h"
 #include "transformation/psd/CalibrationTransformatorPSD.h"
+
+#include <calibration-core/constants/CalibrationConstantsFTMS.h>
+#include <calibration-core/constants/CalibrationConstantsTOF.h>
+#include <calibration-core/interfaces/CalibrationTransformatorFactory.h>
 
 #include <boost/throw_exception.hpp>
 #include <stdexcept>

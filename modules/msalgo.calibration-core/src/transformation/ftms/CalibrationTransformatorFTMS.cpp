@@ -1,4 +1,3 @@
-#include "calibration-core/interfaces/ICalibrationTransformatorFTMS.h"
 #include "serialization/StoredBlocks.h"
 #include "transformation/NewTransformator.h"
 #include "transformation/Transformator.h"
@@ -8,6 +7,8 @@
 #include "transformation/policies/RMLinear.h"
 #include "transformation/policies/RMQuadraticTilt.h"
 #include "transformation/policies/RMReciprocal.h"
+
+#include <calibration-core/interfaces/ICalibrationTransformatorFTMS.h>
 
 namespace kvan::calibration::Transformation {
 

@@ -1,9 +1,10 @@
 #pragma once
 
-#include "calibration-core/interfaces/ICalibrationTransformatorGPX.h"
-#include "math-functions/function.h"
 #include "serialization/StoredBlocks.h"
 #include "transformation/WrappingTransformator.h"
+
+#include <calibration-core/interfaces/ICalibrationTransformatorGPX.h>
+#include <math-functions/function.h>
 
 #include <optional>
 

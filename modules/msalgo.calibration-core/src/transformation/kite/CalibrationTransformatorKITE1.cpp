@@ -1,12 +1,13 @@
-#include "calibration-core/interfaces/ICalibrationTransformatorKITE.h"
 #include "constants/CalibrationConstantsFunctionalWrappedTOF1.h"
-#include "math-functions/function.h"
 #include "serialization/ICalibTextSerialization.h"
 #include "serialization/KiteStoredForms.h"
 #include "serialization/KiteTextForms.h"
 #include "transformation/WrappingTransformator.h"
 #include "transformation/kite/KiteTransformators.h"
 #include "utilities/FiniteNumbers.h"
+
+#include <calibration-core/interfaces/ICalibrationTransformatorKITE.h>
+#include <math-functions/function.h>
 
 namespace kvan::calibration::Transformation {
 

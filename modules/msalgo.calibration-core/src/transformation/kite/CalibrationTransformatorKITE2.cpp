@@ -1,11 +1,12 @@
-#include "calibration-core/interfaces/ICalibrationTransformatorKITE.h"
-#include "logger/logger.h"
 #include "serialization/ICalibTextSerialization.h"
 #include "serialization/KiteStoredForms.h"
 #include "serialization/KiteTextForms.h"
 #include "transformation/WrappingTransformator.h"
 #include "transformation/kite/Kite2Law.h"
 #include "transformation/kite/KiteTransformators.h"
+
+#include <calibration-core/interfaces/ICalibrationTransformatorKITE.h>
+#include <logger/logger.h>
 
 namespace kvan::calibration::Transformation {
 

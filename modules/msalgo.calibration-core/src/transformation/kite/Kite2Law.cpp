@@ -1,10 +1,11 @@
 #include "transformation/kite/Kite2Law.h"
 
-#include "math-base/find_zero_block.h"
-#include "math-base/polynomials.h"
-#include "math-functions/invert.h"
-#include "sysutils/vector_clones.h"
 #include "utilities/FiniteNumbers.h"
+
+#include <math-base/find_zero_block.h>
+#include <math-base/polynomials.h>
+#include <math-functions/invert.h>
+#include <sysutils/vector_clones.h>
 
 #include <algorithm>
 #include <boost/throw_exception.hpp>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "calibration-core/constants/CalibrationPolynomialKITE2.h"
-#include "math-functions/polynomial_laws.h"
+#include <calibration-core/constants/CalibrationPolynomialKITE2.h>
+#include <math-functions/polynomial_laws.h>
 
 #include <optional>
 

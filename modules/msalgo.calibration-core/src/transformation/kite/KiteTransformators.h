@@ -1,8 +1,8 @@
 #pragma once
 
-#include "calibration-core/constants/CalibrationPolynomialKITE1.h"
-#include "calibration-core/constants/CalibrationPolynomialKITE2.h"
-#include "calibration-core/interfaces/ICalibrationTransformator.h"
+#include <calibration-core/constants/CalibrationPolynomialKITE1.h>
+#include <calibration-core/constants/CalibrationPolynomialKITE2.h>
+#include <calibration-core/interfaces/ICalibrationTransformator.h>
 
 namespace kvan::calibration::Transformation {
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "calibration-core/interfaces/ICalibrationConstantsFunctional.h"
-#include "calibration-core/interfaces/ICalibrationConstantsPhysical.h"
+#include <calibration-core/interfaces/ICalibrationConstantsFunctional.h>
+#include <calibration-core/interfaces/ICalibrationConstantsPhysical.h>
 
 namespace kvan::calibration::Transformation {
 

@@ -1,7 +1,8 @@
 #pragma once
 
-#include "calibration-core/interfaces/ICalibrationConstantsPhysical.h"
 #include "utilities/IndexTruncation.h"
+
+#include <calibration-core/interfaces/ICalibrationConstantsPhysical.h>
 
 #include <boost/throw_exception.hpp>
 #include <stdexcept>

@@ -1,7 +1,8 @@
 #pragma once
 
-#include "calibration-core/interfaces/ICalibrationConstantsFunctional.h"
 #include "transformation/policies/SquareRoot.h"
+
+#include <calibration-core/interfaces/ICalibrationConstantsFunctional.h>
 
 #include <cmath>
 

@@ -1,8 +1,9 @@
 #pragma once
 
-#include "calibration-core/interfaces/ICalibrationConstantsPhysical.h"
 #include "transformation/policies/PolicyConstants.h"
 #include "utilities/IndexTruncation.h"
+
+#include <calibration-core/interfaces/ICalibrationConstantsPhysical.h>
 
 namespace kvan::calibration::Transformation {
 

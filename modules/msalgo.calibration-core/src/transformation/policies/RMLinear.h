@@ -1,8 +1,9 @@
 #pragma once
 
-#include "calibration-core/interfaces/ICalibrationConstantsFunctional.h"
 #include "transformation/policies/PolicyConstants.h"
 #include "transformation/policies/SquareRoot.h"
+
+#include <calibration-core/interfaces/ICalibrationConstantsFunctional.h>
 
 namespace kvan::calibration::Transformation {
 

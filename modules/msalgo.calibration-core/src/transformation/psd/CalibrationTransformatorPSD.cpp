@@ -1,14 +1,15 @@
 #include "transformation/psd/CalibrationTransformatorPSD.h"
 
-#include "calibration-core/interfaces/ICalibrationTransformatorPSD.h"
 #include "constants/CalibrationConstantsFunctionalWrappedTOF1.h"
 #include "constants/PolynomialText.h"
-#include "math-functions/function.h"
-#include "math-functions/invert.h"
 #include "serialization/ICalibTextSerialization.h"
 #include "serialization/PsdStoredForms.h"
 #include "transformation/WrappingTransformator.h"
 #include "utilities/FiniteNumbers.h"
+
+#include <calibration-core/interfaces/ICalibrationTransformatorPSD.h>
+#include <math-functions/function.h>
+#include <math-functions/invert.h>
 
 namespace kvan::calibration::Transformation {
 

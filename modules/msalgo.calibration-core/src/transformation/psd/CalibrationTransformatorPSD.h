@@ -1,7 +1,7 @@
 #pragma once
 
-#include "calibration-core/constants/CalibrationPolynomialPSDFAST.h"
-#include "calibration-core/interfaces/ICalibrationTransformator.h"
+#include <calibration-core/constants/CalibrationPolynomialPSDFAST.h>
+#include <calibration-core/interfaces/ICalibrationTransformator.h>
 
 namespace kvan::calibration::Transformation {
 

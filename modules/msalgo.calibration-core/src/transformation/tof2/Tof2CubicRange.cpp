@@ -1,7 +1,8 @@
 #include "transformation/tof2/Tof2CubicRange.h"
 
-#include "math-base/find_zero.h"
 #include "transformation/tof2/PolynomialRoots.h"
+
+#include <math-base/find_zero.h>
 
 #include <algorithm>
 #include <cmath>

@@ -1,8 +1,9 @@
 #pragma once
 
-#include "calibration-core/interfaces/ICalibrationTransformator.h"
-#include "logger/logger.h"
 #include "utilities/MonotonicRange.h"
+
+#include <calibration-core/interfaces/ICalibrationTransformator.h>
+#include <logger/logger.h>
 
 namespace kvan::calibration::Transformation {
 
