@@ -1,7 +1,8 @@
 // Stepping through the heads of all blocks of a native file, against the same walk by seeking a std::ifstream.
 
-#include "qsf2sql/qsf_blocked_reader.h"
 #include "ratio.h"
+
+#include <qsf2sql/qsf_blocked_reader.h>
 
 #include <boost/filesystem/fstream.hpp>
 #include <boost/filesystem/operations.hpp>

@@ -2,8 +2,8 @@
 // interface, and the peak memory of a generation.
 
 #include "bare_sqlite.h"
+#include "qsf2sql/cache/cache_schema.h"
 #include "qsf2sql/cache_generator.h"
-#include "qsf2sql/cache_schema.h"
 #include "ratio.h"
 
 #include <cppsqlite/CppSQLite3.h>

@@ -2,8 +2,8 @@
 // these variables alone through SQLite's C interface.
 
 #include "bare_sqlite.h"
+#include "qsf2sql/cache/cache_schema.h"
 #include "qsf2sql/cache_generator.h"
-#include "qsf2sql/cache_schema.h"
 #include "ratio.h"
 
 #include <cppsqlite/CppSQLite3.h>

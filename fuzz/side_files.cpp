@@ -1,8 +1,8 @@
 // Any bytes as an index file and as an extra file end in entries or in a format error.
 
 #include "native_bytes.h"
+#include "qsf2sql/passes/side_file_scan.h"
 #include "qsf2sql/qsflib/QuickInfoEntry.h"
-#include "qsf2sql/side_file_scan.h"
 
 #include <cstdint>
 #include <cstdlib>

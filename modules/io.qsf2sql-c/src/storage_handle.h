@@ -1,6 +1,6 @@
 #pragma once
 
-#include <qsf2sql/qsf2sql.h>
+#include <qsf2sql/storage.h>
 
 #include <cstdint>
 #include <string>

@@ -1,8 +1,7 @@
 #pragma once
 
-#include "qsf2sql/qsf_blocked_reader.h"
-
 #include <qsf2sql/errors.h>
+#include <qsf2sql/qsf_blocked_reader.h>
 
 #include <algorithm>
 #include <cstring>

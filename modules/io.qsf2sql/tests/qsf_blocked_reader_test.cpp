@@ -1,6 +1,6 @@
-#include "qsf2sql/qsf_blocked_reader.h"
-
 #include "native_bytes.h"
+
+#include <qsf2sql/qsf_blocked_reader.h>
 
 #include <boost/filesystem/fstream.hpp>
 #include <boost/filesystem/operations.hpp>

@@ -1,6 +1,6 @@
 #include "native_bytes.h"
+#include "qsf2sql/passes/side_file_scan.h"
 #include "qsf2sql/qsflib/QuickInfoEntry.h"
-#include "qsf2sql/side_file_scan.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
-#include "qsf2sql/sqlite_cache.h"
+#include "qsf2sql/cache/sqlite_cache.h"
 
-#include "qsf2sql/cache_owner.h"
-#include "qsf2sql/cache_validity.h"
+#include "qsf2sql/cache/cache_owner.h"
+#include "qsf2sql/cache/cache_validity.h"
 
 #include <cppsqlite/simple_checked_query.h>
 #include <qsf2sql/errors.h>

@@ -1,7 +1,7 @@
-#include "qsf2sql/variable_descriptions.h"
+#include "qsf2sql/variables/variable_descriptions.h"
 
 #include "generated_cache.h"
-#include "qsf2sql/windows_1252.h"
+#include "qsf2sql/variables/windows_1252.h"
 
 #include <numeric>
 

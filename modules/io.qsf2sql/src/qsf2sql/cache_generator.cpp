@@ -1,12 +1,12 @@
 #include "qsf2sql/cache_generator.h"
 
-#include "qsf2sql/cache_schema.h"
-#include "qsf2sql/index_pass.h"
+#include "qsf2sql/cache/cache_schema.h"
+#include "qsf2sql/passes/index_pass.h"
 #include "qsf2sql/qsflib/CompressionInfoBlock.h"
 #include "qsf2sql/qsflib/InstrumentInfoBlock.h"
 #include "qsf2sql/qsflib/SegmentConditionBlock.h"
 #include "qsf2sql/qsflib/SpectrumConditionBlock.h"
-#include "qsf2sql/windows_1252.h"
+#include "qsf2sql/variables/windows_1252.h"
 
 #include <qsf2sql/errors.h>
 #include <sysutils/platform.h>

@@ -1,15 +1,15 @@
 #pragma once
 
-#include "qsf2sql/acquisition_key_map.h"
-#include "qsf2sql/analysis_properties.h"
-#include "qsf2sql/extra_pass.h"
-#include "qsf2sql/qsf_blocked_reader.h"
-#include "qsf2sql/reference_transformator_map.h"
-#include "qsf2sql/variable_descriptions.h"
+#include "qsf2sql/passes/analysis_properties.h"
+#include "qsf2sql/passes/extra_pass.h"
+#include "qsf2sql/passes/reference_transformator_map.h"
 #include "qsf2sql/variable_settings.h"
+#include "qsf2sql/variables/acquisition_key_map.h"
+#include "qsf2sql/variables/variable_descriptions.h"
 
 #include <cppsqlite/CppSQLite3.h>
 #include <logger/logger.h>
+#include <qsf2sql/qsf_blocked_reader.h>
 
 #include <boost/filesystem/path.hpp>
 #include <optional>

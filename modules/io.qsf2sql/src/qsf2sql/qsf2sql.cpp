@@ -1,8 +1,8 @@
+#include "qsf2sql/cache/sqlite_cache.h"
 #include "qsf2sql/qsf2sql_impl.h"
-#include "qsf2sql/sqlite_cache.h"
 
 #include <cppsqlite/CppSQLite3.h>
-#include <qsf2sql/qsf2sql.h>
+#include <qsf2sql/storage.h>
 #include <sysutils/platform.h>
 
 namespace kvan::io {

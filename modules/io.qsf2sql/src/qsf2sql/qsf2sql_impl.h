@@ -1,9 +1,8 @@
 #pragma once
 
-#include "qsf2sql/qsf_blocked_reader.h"
 #include "qsf2sql/qsflib/LineSpectrumBlock.h"
 #include "qsf2sql/qsflib/ScanSpectrumBlock.h"
-#include "qsf2sql/spectrum_calibrations.h"
+#include "qsf2sql/recalibration/spectrum_calibrations.h"
 
 #include <calibration-access/calibration_reader_sqlite.h>
 #include <calibrator-ami-reader/calibrator_ami_reader.h>
@@ -11,6 +10,7 @@
 #include <cppsqlite/CppSQLite3.h>
 #include <qsf2sql/array_id.h>
 #include <qsf2sql/calibration_prefs.h>
+#include <qsf2sql/qsf_blocked_reader.h>
 #include <qsf2sql/variables_prefs.h>
 
 #include <boost/filesystem/path.hpp>

@@ -1,6 +1,5 @@
-#include "qsf2sql/qsf_blocked_reader.h"
-
 #include <qsf2sql/errors.h>
+#include <qsf2sql/qsf_blocked_reader.h>
 
 #include <algorithm>
 #include <boost/throw_exception.hpp>

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "qsf2sql/acquisition_key_map.h"
 #include "qsf2sql/qsflib/SegmentConditionBlock.h"
 #include "qsf2sql/qsflib/SpectrumConditionBlock.h"
-#include "qsf2sql/variable_descriptions.h"
+#include "qsf2sql/variables/acquisition_key_map.h"
+#include "qsf2sql/variables/variable_descriptions.h"
 
 #include <logger/logger.h>
 

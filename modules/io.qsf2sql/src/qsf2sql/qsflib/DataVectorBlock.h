@@ -1,9 +1,8 @@
 #pragma once
 
-#include "qsf2sql/qsf_blocked_reader.h"
-
 #include <compression/icompressor.h>
 #include <qsf2sql/errors.h>
+#include <qsf2sql/qsf_blocked_reader.h>
 
 #include <boost/throw_exception.hpp>
 #include <cstdint>

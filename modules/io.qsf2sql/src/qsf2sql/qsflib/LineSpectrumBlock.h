@@ -1,8 +1,7 @@
 #pragma once
 
-#include "qsf2sql/qsf_blocked_reader.h"
-
 #include <qsf2sql/array_id.h>
+#include <qsf2sql/qsf_blocked_reader.h>
 
 #include <cstdint>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "qsf2sql/qsf_blocked_reader.h"
+#include <qsf2sql/qsf_blocked_reader.h>
 
 #include <memory>
 #include <optional>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "qsf2sql/element_conversion.h"
 #include "qsf2sql/qsflib/DataVectorBlock.h"
+#include "qsf2sql/qsflib/element_conversion.h"
 
 #include <qsf2sql/qsflib/SpectrumRecords.h>
 

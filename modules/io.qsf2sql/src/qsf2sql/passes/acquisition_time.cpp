@@ -1,4 +1,4 @@
-#include "qsf2sql/acquisition_time.h"
+#include "qsf2sql/passes/acquisition_time.h"
 
 #include <boost/throw_exception.hpp>
 #include <chrono>

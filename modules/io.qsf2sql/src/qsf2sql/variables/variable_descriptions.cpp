@@ -1,6 +1,6 @@
-#include "qsf2sql/variable_descriptions.h"
+#include "qsf2sql/variables/variable_descriptions.h"
 
-#include "qsf2sql/windows_1252.h"
+#include "qsf2sql/variables/windows_1252.h"
 
 #include <algorithm>
 #include <boost/throw_exception.hpp>

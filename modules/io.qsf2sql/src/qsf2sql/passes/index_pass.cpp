@@ -1,7 +1,8 @@
-#include "qsf2sql/index_pass.h"
+#include "qsf2sql/passes/index_pass.h"
 
-#include "qsf2sql/qsf_blocked_reader.h"
-#include "qsf2sql/side_file_scan.h"
+#include "qsf2sql/passes/side_file_scan.h"
+
+#include <qsf2sql/qsf_blocked_reader.h>
 
 #include <ios>
 

@@ -1,6 +1,6 @@
-#include "qsf2sql/analysis_properties.h"
+#include "qsf2sql/passes/analysis_properties.h"
 
-#include "qsf2sql/acquisition_time.h"
+#include "qsf2sql/passes/acquisition_time.h"
 
 namespace kvan::io::qsf2sql {
 

@@ -1,7 +1,7 @@
-#include "qsf2sql/cache_validity.h"
+#include "qsf2sql/cache/cache_validity.h"
 
-#include "qsf2sql/cache_files.h"
-#include "qsf2sql/cache_schema.h"
+#include "qsf2sql/cache/cache_files.h"
+#include "qsf2sql/cache/cache_schema.h"
 
 #include <cppsqlite/plain_tables.h>
 #include <logger/logger.h>

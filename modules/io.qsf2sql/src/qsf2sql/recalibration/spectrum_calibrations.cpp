@@ -1,4 +1,4 @@
-#include "qsf2sql/spectrum_calibrations.h"
+#include "qsf2sql/recalibration/spectrum_calibrations.h"
 
 #include <calibration-access/calibration_reader_sqlite.h>
 #include <calibration-core/interfaces/CalibrationTransformatorFactorySerialization.h>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "qsf2sql/acquisition_key_map.h"
 #include "qsf2sql/qsflib/CalibrationBlock.h"
+#include "qsf2sql/variables/acquisition_key_map.h"
 
 #include <calibration-core/interfaces/ICalibrationTransformator.h>
 #include <cppsqlite/CppSQLite3.h>

@@ -1,8 +1,8 @@
-#include "qsf2sql/sqlite_cache.h"
+#include "qsf2sql/cache/sqlite_cache.h"
 
-#include "qsf2sql/cache_files.h"
+#include "qsf2sql/cache/cache_files.h"
+#include "qsf2sql/cache/cache_validity.h"
 #include "qsf2sql/cache_generator.h"
-#include "qsf2sql/cache_validity.h"
 
 #include <logger/logger.h>
 #include <qsf2sql/errors.h>

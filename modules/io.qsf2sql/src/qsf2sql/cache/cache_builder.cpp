@@ -1,7 +1,7 @@
-#include "qsf2sql/cache_builder.h"
+#include "qsf2sql/cache/cache_builder.h"
 
-#include "qsf2sql/cache_files.h"
-#include "qsf2sql/cache_validity.h"
+#include "qsf2sql/cache/cache_files.h"
+#include "qsf2sql/cache/cache_validity.h"
 
 #include <qsf2sql/errors.h>
 #include <sysutils/platform.h>

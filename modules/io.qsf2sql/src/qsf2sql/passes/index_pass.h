@@ -1,6 +1,6 @@
 #pragma once
 
-#include "qsf2sql/number_set.h"
+#include "qsf2sql/passes/number_set.h"
 
 #include <cppsqlite/CppSQLite3.h>
 #include <logger/logger.h>

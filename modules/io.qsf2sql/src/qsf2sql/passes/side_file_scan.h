@@ -1,8 +1,7 @@
 #pragma once
 
-#include "qsf2sql/qsf_blocked_reader.h"
-
 #include <logger/logger.h>
+#include <qsf2sql/qsf_blocked_reader.h>
 
 namespace kvan::io {
 

@@ -1,4 +1,4 @@
-#include "qsf2sql/acquisition_key_map.h"
+#include "qsf2sql/variables/acquisition_key_map.h"
 
 #include <boost/container_hash/hash.hpp>
 #include <ostream>

@@ -1,4 +1,4 @@
-#include "qsf2sql/cache_owner.h"
+#include "qsf2sql/cache/cache_owner.h"
 
 #include <logger/logger.h>
 #include <sysutils/platform.h>

@@ -1,4 +1,4 @@
-#include "qsf2sql/cache_files.h"
+#include "qsf2sql/cache/cache_files.h"
 
 #include <qsf2sql/errors.h>
 #include <sysutils/platform.h>

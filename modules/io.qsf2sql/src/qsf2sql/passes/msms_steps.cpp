@@ -1,4 +1,4 @@
-#include "qsf2sql/msms_steps.h"
+#include "qsf2sql/passes/msms_steps.h"
 
 #include <utility>
 

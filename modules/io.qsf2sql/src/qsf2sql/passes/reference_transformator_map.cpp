@@ -1,4 +1,4 @@
-#include "qsf2sql/reference_transformator_map.h"
+#include "qsf2sql/passes/reference_transformator_map.h"
 
 #include <calibration-core/interfaces/CalibrationTransformatorFactorySerialization.h>
 

@@ -1,4 +1,4 @@
-#include "qsf2sql/side_file_scan.h"
+#include "qsf2sql/passes/side_file_scan.h"
 
 #include <ios>
 

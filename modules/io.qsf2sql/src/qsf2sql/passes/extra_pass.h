@@ -1,10 +1,10 @@
 #pragma once
 
-#include "qsf2sql/acquisition_key_map.h"
-#include "qsf2sql/msms_steps.h"
-#include "qsf2sql/number_set.h"
+#include "qsf2sql/passes/msms_steps.h"
+#include "qsf2sql/passes/number_set.h"
+#include "qsf2sql/passes/reference_transformator_map.h"
 #include "qsf2sql/qsflib/QuickInfoEntry.h"
-#include "qsf2sql/reference_transformator_map.h"
+#include "qsf2sql/variables/acquisition_key_map.h"
 
 #include <calibration-core/interfaces/CalibrationTransformatorFactorySerialization.h>
 #include <cppsqlite/CppSQLite3.h>

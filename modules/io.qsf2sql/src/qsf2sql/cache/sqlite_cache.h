@@ -1,6 +1,6 @@
 #pragma once
 
-#include "qsf2sql/cache_builder.h"
+#include "qsf2sql/cache/cache_builder.h"
 
 #include <cppsqlite/CppSQLite3.h>
 #include <qsf2sql/variables_prefs.h>

@@ -1,4 +1,4 @@
-#include "qsf2sql/windows_1252.h"
+#include "qsf2sql/variables/windows_1252.h"
 
 #include <algorithm>
 #include <iterator>
