@@ -4,6 +4,8 @@
 #include "table.h"
 #include "text.h"
 
+#include <calibration-core/interfaces/Polarity.h>
+
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <numeric>
@@ -80,7 +82,7 @@ std::string precursorsOf(Database& database, std::int64_t spectrum) {
 
 std::string headingOf(Analysis& analysis, const Query& query, std::int64_t spectrum, bool profile, std::size_t size) {
     return "Spectrum " + std::to_string(spectrum) + "  RT " + fixed(query.real(Rt).value_or(0.0), 3) + " s  MS" +
-           query.text(MsLevel) + (query.integer(Polarity) == 1 ? "  negative" : "  positive") +
+           query.text(MsLevel) + (query.integer(Polarity) == kvan::POLARITY_NEGATIVE ? "  negative" : "  positive") +
            precursorsOf(analysis.database(), spectrum) + "  " + std::to_string(size) +
            (profile ? " profile points" : " lines") + "\n";
 }

@@ -15,9 +15,6 @@ using archive::VersionNumber;
 
 namespace {
 
-/// A calibrator of this strategy takes no reference.
-constexpr int g_strategyWithoutReference = 5;
-
 void skipCalibratorManager(Stream& stream) {
     enum : std::uint32_t { Single = 0, Multi = 1 };
     switch (read<std::uint32_t>(stream)) {
@@ -59,7 +56,7 @@ bool CDataFileCalibrationOrganizer::GetCalibrator(std::uint64_t spectrum, EPolar
             return true;
         }
     }
-    if (!calibrator || calibrator->GetFunctionalTypeCode() == g_strategyWithoutReference)
+    if (!calibrator || familyOf(*calibrator) == kvan::calibration::CalibrationFamily::WithoutReference)
         return false;
     TransformatorPtr reference;
     if (!RetrieveReferenceCalibrator(polarity, msmsType, reference))

@@ -15,12 +15,10 @@ using kvan::logging::Logger;
 
 namespace {
 
-constexpr int g_compensatedTof2 = 13;
-
 /// Of early archives, compensated references with a single temperature spoil the whole file.
 void requireSoundTemperatures(const kvan::calibration::ICalibrationTransformator& calibrator) {
     using kvan::calibration::ICalibrationConstantsFunctionalTemperatureCompensation;
-    if (calibrator.GetFunctionalTypeCode() != g_compensatedTof2)
+    if (familyOf(calibrator) != kvan::calibration::CalibrationFamily::CompensatedTof2)
         return;
     const auto functional = calibrator.GetFunctionalConstants();
     const auto* const compensation =

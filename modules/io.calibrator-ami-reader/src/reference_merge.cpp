@@ -17,18 +17,9 @@ using Tof2 = Constants::CalibrationConstantsFunctionalTOF2;
 using CompensatedTof1 = Constants::CalibrationConstantsFunctionalTOF1TemperatureCompensation;
 using CompensatedTof2 = Constants::CalibrationConstantsFunctionalTOF2TemperatureCompensation;
 
-/// Strategies whose constants are of one family, with or without temperatures, are one.
-enum Strategy { TOF1 = 1, KITE1 = 7, CompensatedTOF1 = 9, KITE2 = 10, TOF2 = 12, CompensatedTOF2 = 13 };
-
-int familyOf(const ICalibrationTransformator& transformator) {
-    switch (const int strategy = transformator.GetFunctionalTypeCode()) {
-        case CompensatedTOF1:
-            return TOF1;
-        case CompensatedTOF2:
-            return TOF2;
-        default:
-            return strategy;
-    }
+/// Laws that differ in their temperatures alone are of one kind.
+CalibrationFamily kindOf(const ICalibrationTransformator& transformator) {
+    return plainFamilyOf(familyOf(transformator));
 }
 
 /// `law`, with the temperatures of `source` if it knows some.
@@ -57,13 +48,14 @@ FunctionalPtr converted(const FunctionalPtr& functional) {
 }
 
 /// The constants of `reference` in the family of the calibrator; null if there are none. KITE 2 has none to give.
-FunctionalPtr lawOf(const ICalibrationTransformator& reference, int family) {
-    const int own = familyOf(reference);
-    if (own == KITE2)
+FunctionalPtr lawOf(const ICalibrationTransformator& reference, CalibrationFamily family) {
+    using enum CalibrationFamily;
+    const CalibrationFamily own = kindOf(reference);
+    if (own == Kite2)
         return nullptr;
     if (own == family)
         return reference.GetFunctionalConstants();
-    const bool isConvertible = (own == TOF1 && family == TOF2) || (own == TOF2 && family == TOF1);
+    const bool isConvertible = (own == Tof && family == Tof2) || (own == Tof2 && family == Tof);
     return isConvertible ? converted(reference.GetFunctionalConstants()) : nullptr;
 }
 
@@ -84,7 +76,7 @@ const ICalibrationTransformatorFactory& factory() {
 
 /// `law` on the axis of the calibrator. The polynomial of a KITE 1 calibrator, which makes its masses, stays its own.
 TransformatorPtr withLaw(const TransformatorPtr& calibrator, const FunctionalPtr& law) {
-    if (familyOf(*calibrator) == KITE1) {
+    if (kindOf(*calibrator) == CalibrationFamily::Kite1) {
         auto copy = cloneObject(calibrator);
         copy->SetFunctionalConstants(law);
         return copy;
@@ -137,6 +129,6 @@ TransformatorPtr mergeReference(const TransformatorPtr& calibrator, const Transf
     if (psd != nullptr && referencePsd != nullptr)
         return around(*psd, mergeReference(psd->GetApparentTransformator(), referencePsd->GetApparentTransformator()));
 
-    const FunctionalPtr law = lawOf(*reference, familyOf(*calibrator));
+    const FunctionalPtr law = lawOf(*reference, kindOf(*calibrator));
     return law ? withLaw(calibrator, adapted(law, calibrator->GetFunctionalConstants())) : nullptr;
 }

@@ -1,5 +1,7 @@
 #include "instrument.h"
 
+#include <calibration-core/interfaces/Polarity.h>
+
 namespace kvan::sample {
 
 namespace {
@@ -62,7 +64,7 @@ std::vector<VariableDeclaration> Instrument::declarations() {
 }
 
 Bytes Instrument::settings(const VariableKey& key) {
-    const bool negative = key.polarity == 1;
+    const bool negative = key.polarity == POLARITY_NEGATIVE;
     const double transferTime = key.msLevel == 0 ? 75.0 : 60.0;
     return variableTables({{CapillaryVoltageSet, negative ? 3500.0 : -4500.0},
                            {EndPlateVoltageSet, negative ? 500.0 : -500.0},

@@ -14,12 +14,6 @@ namespace {
 using namespace kvan::calibration;
 using TransformatorPtr = std::shared_ptr<ICalibrationTransformator>;
 
-// Codes of the functional constants.
-constexpr int g_tof = 1;
-constexpr int g_paladin = 2;
-constexpr int g_ftms = 3;
-constexpr int g_compensatedTof = 9;
-
 /// The view of constants, or null.
 template <class View, class Constants>
 const View* as(const std::shared_ptr<Constants>& constants) {
@@ -85,16 +79,16 @@ MzCalibration ftmsOf(const TransformatorPtr& transformator) {
 MzCalibration mzCalibrationOf(const TransformatorPtr& transformator) {
     if (const auto* const correction = as<ICalibrationTransformatorGPX>(transformator))
         return correctedOf(*correction);
-    switch (transformator->GetFunctionalTypeCode()) {
-        case g_tof:
-        case g_compensatedTof:
+    switch (familyOf(*transformator)) {
+        case CalibrationFamily::Tof:
+        case CalibrationFamily::CompensatedTof:
             return tofOf(
                 dynamic_cast<const ICalibrationConstantsFunctionalTOF1&>(*transformator->GetFunctionalConstants()));
-        case g_paladin:
+        case CalibrationFamily::Paladin:
             return trapOf(
                 dynamic_cast<const ICalibrationConstantsFunctionalPaladin&>(*transformator->GetFunctionalConstants()),
                 transformator->GetPhysicalConstants());
-        case g_ftms:
+        case CalibrationFamily::Ftms:
             return ftmsOf(transformator);
         default:
             failWithoutModel();

@@ -4,6 +4,7 @@
 #include "run_archive.h"
 #include "run_database.h"
 
+#include <calibration-core/interfaces/Polarity.h>
 #include <sample-analysis/analysis_writer.h>
 #include <sample-analysis/sample_run.h>
 
@@ -147,9 +148,9 @@ AnalysisHeaderData Acquisition::header() const {
 std::vector<std::uint8_t> Acquisition::polarities() const {
     std::vector<std::uint8_t> codes;
     if (m_parameters.polarities != Polarities::Negative)
-        codes.push_back(0);
+        codes.push_back(POLARITY_POSITIVE);
     if (m_parameters.polarities != Polarities::Positive)
-        codes.push_back(1);
+        codes.push_back(POLARITY_NEGATIVE);
     return codes;
 }
 
@@ -226,7 +227,7 @@ void Acquisition::write(const Instrument::Moment& moment, bool withProfile) {
     const MassAxis::Calibration calibration = m_axis.calibration(driftPpm(), 0.0, moment.isolated);
     m_detector.record(m_peaks, calibration, withProfile, m_random, m_spectrum);
     m_spectrum.info.retentionTime = static_cast<std::uint64_t>(m_time * g_ticksPerSecond + 0.5);
-    m_spectrum.info.polarity = m_negative ? 1 : 0;
+    m_spectrum.info.polarity = m_negative ? POLARITY_NEGATIVE : POLARITY_POSITIVE;
     m_spectrum.info.acquisitionMode = g_acquisitionMode;
     m_spectrum.info.calibration =
         MassAxis::blobOf(isRecalibrated() ? m_axis.calibration(driftPpm(), g_errorPpm, moment.isolated) : calibration);
@@ -260,7 +261,7 @@ void Acquisition::collectIons() {
 
 /// Ions that are there all the time, in slowly varying amounts.
 void Acquisition::addContaminants() {
-    Random random(m_parameters.seed ^ 0xC0, m_negative ? 1 : 0);
+    Random random(m_parameters.seed ^ 0xC0, m_negative ? POLARITY_NEGATIVE : POLARITY_POSITIVE);
     for (int contaminant = 0; contaminant < 14; ++contaminant) {
         const double mz = random.uniform(130.0, 900.0);
         const double height = 250.0 * exponential(random.normal()) * (1.0 + 0.05 * m_random.normal());

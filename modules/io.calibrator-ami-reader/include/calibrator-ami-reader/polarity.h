@@ -1,6 +1,6 @@
 #pragma once
 
-#include <cstdint>
+#include <calibration-core/interfaces/Polarity.h>
 
-/// Polarity as the archive numbers it and the cache's `AcquisitionKeys.Polarity` does.
-enum EPolarity : std::uint32_t { POLARITY_POSITIVE = 0, POLARITY_NEGATIVE = 1, POLARITY_UNKNOWN = 2 };
+using kvan::EPolarity;
+using enum kvan::EPolarity;

@@ -91,7 +91,7 @@ void Qsf2SqlImpl::completeStateSelector() {
     if (polarities.eof())
         BOOST_THROW_EXCEPTION(std::runtime_error("Missing polarity information!"));
     for (; !polarities.eof(); polarities.nextRow())
-        (polarities.getIntField(0) == 1 ? negative : positive) = true;
+        (polarities.getIntField(0) == POLARITY_NEGATIVE ? negative : positive) = true;
     polarities.finalize();
     const auto spectra = cppsqlite::simpleCheckedQuery<std::int64_t>(*m_database, "SELECT MAX(Id) FROM Spectra");
     m_calibrationPrefs.stateSelector->setAnalysisInfo(spectra, positive, negative);

@@ -4,28 +4,29 @@
 
 namespace kvan::calibration::Constants {
 
-/// TOF1 constants under the type code of the family that is built around them.
+/// TOF1 constants under the code of the family that is built around them.
 class CalibrationConstantsFunctionalWrappedTOF1 final : public CalibrationConstantsFunctionalTOF1 {
 public:
-    CalibrationConstantsFunctionalWrappedTOF1(const CalibrationConstantsFunctionalTOF1& constants, int typeCode)
-        : CalibrationConstantsFunctionalTOF1(constants), m_typeCode(typeCode) {}
+    CalibrationConstantsFunctionalWrappedTOF1(const CalibrationConstantsFunctionalTOF1& constants,
+                                              CalibrationFamily family)
+        : CalibrationConstantsFunctionalTOF1(constants), m_family(family) {}
 
     std::shared_ptr<ICloneable> Clone() const override {
         return std::make_shared<CalibrationConstantsFunctionalWrappedTOF1>(*this);
     }
-    int GetFunctionalTypeCode() const override { return m_typeCode; }
+    int GetFunctionalTypeCode() const override { return codeOf(m_family); }
 
 private:
-    int m_typeCode;
+    CalibrationFamily m_family;
 };
 
-/// `constants` under that code; others than TOF1 ones, and none, as they are.
+/// `constants` under the code of that family; others than TOF1 ones, and none, as they are.
 inline std::shared_ptr<ICalibrationConstantsFunctional> wrappedTof1(
-    const std::shared_ptr<ICalibrationConstantsFunctional>& constants, int typeCode) {
+    const std::shared_ptr<ICalibrationConstantsFunctional>& constants, CalibrationFamily family) {
     const auto tof = std::dynamic_pointer_cast<const CalibrationConstantsFunctionalTOF1>(constants);
     if (!tof)
         return constants;
-    return std::make_shared<CalibrationConstantsFunctionalWrappedTOF1>(*tof, typeCode);
+    return std::make_shared<CalibrationConstantsFunctionalWrappedTOF1>(*tof, family);
 }
 
 }  // namespace kvan::calibration::Constants

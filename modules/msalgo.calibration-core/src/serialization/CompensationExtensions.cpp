@@ -133,8 +133,7 @@ TransformatorPtr DeserializeRefExtension(const TransformatorPtr& transformator, 
 }
 
 void SerializeExtension(const ICalibrationTransformator& transformator, BlobForm form, CalibBlobWriteAccess& access) {
-    constexpr int compensatedTof1 = 9;
-    if (transformator.GetFunctionalTypeCode() != compensatedTof1)
+    if (familyOf(transformator) != CalibrationFamily::CompensatedTof)
         return;
     const auto functional = transformator.GetFunctionalConstants();
     const auto& compensation = dynamic_cast<const Compensation&>(*functional);

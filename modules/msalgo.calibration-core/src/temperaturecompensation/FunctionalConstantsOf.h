@@ -7,8 +7,7 @@ namespace kvan::calibration::TemperatureCompensation {
 /// Copies of the functional constants; null if none are held, and for KITE 2, which has none to give.
 inline std::shared_ptr<ICalibrationConstantsFunctional> functionalConstantsOf(
     const ICalibrationTransformator& transformator) {
-    constexpr int kite2 = 10;
-    return transformator.GetFunctionalTypeCode() == kite2 ? nullptr : transformator.GetFunctionalConstants();
+    return familyOf(transformator) == CalibrationFamily::Kite2 ? nullptr : transformator.GetFunctionalConstants();
 }
 
 }  // namespace kvan::calibration::TemperatureCompensation

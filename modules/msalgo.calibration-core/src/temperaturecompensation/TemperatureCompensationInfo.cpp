@@ -15,13 +15,12 @@ std::shared_ptr<ICalibrationTransformator> addTemperatureCompensationInfo(
     const auto functional = functionalConstantsOf(*transformator);
     if (std::dynamic_pointer_cast<ICalibrationConstantsFunctionalTemperatureCompensation>(functional))
         BOOST_THROW_EXCEPTION(std::runtime_error("Already contains temp-comp info."));
-    constexpr int tof1 = 1;
-    constexpr int tof2 = 12;
-    const int code = transformator->GetFunctionalTypeCode();
-    if (code == tof2 && dynamic_cast<const ICalibrationTransformatorGPX*>(transformator.get()) != nullptr)
+    const CalibrationFamily family = familyOf(*transformator);
+    if (family == CalibrationFamily::Tof2 &&
+        dynamic_cast<const ICalibrationTransformatorGPX*>(transformator.get()) != nullptr)
         BOOST_THROW_EXCEPTION(std::runtime_error("TOF2+GPX not supported."));
     const auto law = std::dynamic_pointer_cast<Constants::CalibrationConstantsFunctionalTOF1>(functional);
-    if (!law || code != tof1)
+    if (!law || family != CalibrationFamily::Tof)
         BOOST_THROW_EXCEPTION(std::runtime_error("Non-supported strategy."));
 
     const auto compensated =

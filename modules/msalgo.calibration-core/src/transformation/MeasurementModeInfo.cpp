@@ -1,4 +1,5 @@
 #include <calibration-core/interfaces/MeasurementModeInfo.h>
+#include <calibration-core/interfaces/Polarity.h>
 
 #include <ostream>
 
@@ -11,7 +12,8 @@ struct Word {
     const char* text;
 };
 
-constexpr Word g_polarities[] = {{0, "+"}, {1, "-"}, {MeasurementModeInfo::Unknown, "?"}};
+constexpr Word g_polarities[] = {
+    {POLARITY_POSITIVE, "+"}, {POLARITY_NEGATIVE, "-"}, {MeasurementModeInfo::Unknown, "?"}};
 constexpr Word g_acquisitionModes[] = {{1, "TOF linear"}, {2, "TOF reflector"}, {MeasurementModeInfo::Unknown, "?"}};
 constexpr Word g_scanModes[] = {
     {0, "MS"}, {1, "MS-HiRes"}, {2, "MSMS"}, {3, "MSMS-HiRes"}, {MeasurementModeInfo::Unknown, "?"}};

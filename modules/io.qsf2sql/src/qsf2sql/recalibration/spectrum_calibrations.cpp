@@ -35,9 +35,8 @@ std::int64_t idField(const cppsqlite::CppSQLite3Query& row, int field) {
 
 /// The first two temperatures at which the spectrum was measured, 0.0 for what it does not tell.
 std::pair<double, double> measuredTemperatures(const SpectrumCalibrations::TransformatorPtr& transformator) {
-    constexpr int kite2 = 10;  // has no constants to ask
-    if (!transformator || transformator->GetFunctionalTypeCode() == kite2)
-        return {0.0, 0.0};
+    if (!transformator || familyOf(*transformator) == kvan::calibration::CalibrationFamily::Kite2)
+        return {0.0, 0.0};  // KITE 2 has no constants to ask
     const auto functional = transformator->GetFunctionalConstants();
     const auto* const compensated =
         dynamic_cast<const kvan::calibration::ICalibrationConstantsFunctionalTemperatureCompensation*>(
@@ -60,7 +59,8 @@ SpectrumCalibrations::TransformatorPtr SpectrumCalibrations::getTransformatorFor
         BOOST_THROW_EXCEPTION(std::runtime_error(std::string("getTransformatorForSpectrum( ") +
                                                  g_columnNames[static_cast<int>(column)] + " = " +
                                                  std::to_string(value) + " ) failed"));
-    const Spectrum spectrum{idField(row, SpectrumId), row.getIntField(Polarity), idField(row, TransformatorId)};
+    const Spectrum spectrum{idField(row, SpectrumId), static_cast<EPolarity>(row.getIntField(Polarity)),
+                            idField(row, TransformatorId)};
     if (m_database != nullptr && m_database->hasFrameCalibrators() && !bypassFrameCalibrators) {
         row.finalize();  // the cache need not wait for another database
         return m_database->getMzTrafo(spectrum.id);
@@ -76,15 +76,13 @@ SpectrumCalibrations::TransformatorPtr SpectrumCalibrations::getTransformatorFor
 
 SpectrumCalibrations::TransformatorPtr SpectrumCalibrations::recalibrated(const Spectrum& spectrum,
                                                                           TransformatorPtr raw) {
-    constexpr int negative = 1;
     if (m_database != nullptr) {
         const auto [T1, T2] = measuredTemperatures(raw);
-        return m_database->getRefMzTrafo(spectrum.polarity == negative, T1, T2);
+        return m_database->getRefMzTrafo(spectrum.polarity == POLARITY_NEGATIVE, T1, T2);
     }
     // The archive counts spectra from 0. Where it has none that fits, the spectrum's own stays.
     if (m_archive != nullptr)
-        m_archive->getCalibrator(static_cast<std::uint64_t>(spectrum.id) - 1, static_cast<EPolarity>(spectrum.polarity),
-                                 raw);
+        m_archive->getCalibrator(static_cast<std::uint64_t>(spectrum.id) - 1, spectrum.polarity, raw);
     return raw;
 }
 

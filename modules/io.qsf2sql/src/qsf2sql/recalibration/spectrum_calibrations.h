@@ -44,7 +44,7 @@ public:
 private:
     struct Spectrum {
         std::int64_t id;
-        int polarity;
+        EPolarity polarity;
         std::int64_t transformatorId;
     };
 

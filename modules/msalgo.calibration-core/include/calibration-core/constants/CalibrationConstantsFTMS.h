@@ -21,7 +21,7 @@ public:
     /// Throws `std::invalid_argument` for anything but 0 and 4, and keeps the mode it had.
     void SetCalibMode(int mode) override;
     bool IsEqual(const ICalibrationConstantsFunctional& other) const override;
-    int GetFunctionalTypeCode() const override { return 3; }
+    int GetFunctionalTypeCode() const override { return codeOf(CalibrationFamily::Ftms); }
     void ResetRawMode() override { m_ftmsRawMode = 0; }
     void Dump(std::ostream& sink) const override;
 
@@ -63,7 +63,7 @@ public:
     /// Throws `std::invalid_argument` for another mode, and keeps the mode it had.
     void SetCalibMode(int mode) override;
     bool IsEqual(const ICalibrationConstantsFunctional& other) const override;
-    int GetFunctionalTypeCode() const override { return 3; }
+    int GetFunctionalTypeCode() const override { return codeOf(CalibrationFamily::Ftms); }
     void ResetRawMode() override { m_ftmsRawMode = 0; }
     void Dump(std::ostream& sink) const override;
 

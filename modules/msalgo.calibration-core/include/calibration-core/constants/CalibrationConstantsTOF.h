@@ -20,7 +20,7 @@ public:
     int GetCalibMode() const override { return m_calibMode; }
     void SetCalibMode(int mode) override { m_calibMode = mode; }
     bool IsEqual(const ICalibrationConstantsFunctional& other) const override;
-    int GetFunctionalTypeCode() const override { return 1; }
+    int GetFunctionalTypeCode() const override { return codeOf(CalibrationFamily::Tof); }
     void ResetRawMode() override {}
     void Dump(std::ostream& sink) const override;
 

@@ -42,7 +42,7 @@ public:
     using TemperatureCompensated::TemperatureCompensated;
 
     std::shared_ptr<ICloneable> Clone() const override;
-    int GetFunctionalTypeCode() const override { return 9; }
+    int GetFunctionalTypeCode() const override { return codeOf(CalibrationFamily::CompensatedTof); }
     void Dump(std::ostream& sink) const override;
     void AdaptToReference(const ICalibrationConstantsFunctional& reference,
                           const std::vector<double>& referenceTemperatures,
@@ -56,7 +56,7 @@ public:
     using TemperatureCompensated::TemperatureCompensated;
 
     std::shared_ptr<ICloneable> Clone() const override;
-    int GetFunctionalTypeCode() const override { return 13; }
+    int GetFunctionalTypeCode() const override { return codeOf(CalibrationFamily::CompensatedTof2); }
     void Dump(std::ostream& sink) const override;
     void AdaptToReference(const ICalibrationConstantsFunctional& reference,
                           const std::vector<double>& referenceTemperatures,

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <calibration-core/interfaces/CalibrationFamily.h>
 #include <calibration-core/interfaces/ICloneable.h>
 
 #include <iosfwd>
@@ -20,8 +21,7 @@ public:
     /// Whether `other` is of the same family and each number agrees within three double epsilons, relatively.
     virtual bool IsEqual(const ICalibrationConstantsFunctional& other) const = 0;
 
-    /// 1 TOF1, 2 Paladin, 3 FTMS, 4 Linear, 6 PSD, 7 KITE1, 9 TOF1 and 13 TOF2 with temperature compensation, 10 KITE2,
-    /// 12 TOF2.
+    /// The code of a `CalibrationFamily`.
     virtual int GetFunctionalTypeCode() const = 0;
 
     /// Tells FTMS constants that an index offset went into the raw axis; nothing elsewhere.

@@ -11,7 +11,7 @@ namespace kvan::calibration {
 /// unknown. A plain value: one thread at a time while a setter runs.
 class IMeasurementModeInfo : public ICloneable {
 public:
-    /// 0 positive, 1 negative.
+    /// As `EPolarity`.
     virtual std::uint8_t GetPolarity() const = 0;
     virtual void SetPolarity(std::uint8_t polarity) = 0;
     /// 1 TOF linear, 2 TOF reflector.

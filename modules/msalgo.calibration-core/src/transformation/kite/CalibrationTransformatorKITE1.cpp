@@ -26,7 +26,6 @@ class CalibrationTransformatorKITE1 final : public WrappingTransformator<Calibra
                                             public ICalibrationTransformatorKITE,
                                             public ICalibTextSerialization {
 public:
-    static constexpr int TypeCode = 7;
     static constexpr double FromInnerCost = 1.0;
     static constexpr double ToInnerCost = 150.0;
 
@@ -57,9 +56,9 @@ public:
         return time + m_correctionTime;
     }
 
-    int GetFunctionalTypeCode() const override { return TypeCode; }
+    int GetFunctionalTypeCode() const override { return codeOf(CalibrationFamily::Kite1); }
     std::shared_ptr<ICalibrationConstantsFunctional> GetFunctionalConstants() const override {
-        return Constants::wrappedTof1(inner().GetFunctionalConstants(), TypeCode);
+        return Constants::wrappedTof1(inner().GetFunctionalConstants(), CalibrationFamily::Kite1);
     }
     void SetMeasurementModeInfo(const std::shared_ptr<IMeasurementModeInfo>&) override {
         refuse(

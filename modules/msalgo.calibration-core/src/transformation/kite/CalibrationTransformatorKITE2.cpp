@@ -28,7 +28,6 @@ class CalibrationTransformatorKITE2 final : public WrappingTransformator<Calibra
                                             public ICalibrationTransformatorKITE,
                                             public ICalibTextSerialization {
 public:
-    static constexpr int TypeCode = 10;
     static constexpr double FromInnerCost = 20.0;
     static constexpr double ToInnerCost = 5.0;
 
@@ -53,7 +52,7 @@ public:
     }
     Range usableMassRange(double mass, double) const override { return monotonicMassRange(mass); }
 
-    int GetFunctionalTypeCode() const override { return TypeCode; }
+    int GetFunctionalTypeCode() const override { return codeOf(CalibrationFamily::Kite2); }
     std::shared_ptr<ICalibrationConstantsFunctional> GetFunctionalConstants() const override {
         refuse("GetFunctionalConstants(): the Kite2 transformator has no dedicated functional-constants object.");
     }

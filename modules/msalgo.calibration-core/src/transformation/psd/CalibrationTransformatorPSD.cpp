@@ -19,7 +19,6 @@ class CalibrationTransformatorPSD final : public WrappingTransformator<Calibrati
                                           public ICalibrationTransformatorPSD,
                                           public ICalibTextSerialization {
 public:
-    static constexpr int TypeCode = 6;
     static constexpr double FromInnerCost = 1.5;
     static constexpr double ToInnerCost = 190.0;
 
@@ -64,9 +63,9 @@ public:
         return *apparentMass;
     }
 
-    int GetFunctionalTypeCode() const override { return TypeCode; }
+    int GetFunctionalTypeCode() const override { return codeOf(CalibrationFamily::Psd); }
     std::shared_ptr<ICalibrationConstantsFunctional> GetFunctionalConstants() const override {
-        return Constants::wrappedTof1(inner().GetFunctionalConstants(), TypeCode);
+        return Constants::wrappedTof1(inner().GetFunctionalConstants(), CalibrationFamily::Psd);
     }
     void SetMeasurementModeInfo(const std::shared_ptr<IMeasurementModeInfo>&) override {
         BOOST_THROW_EXCEPTION(
