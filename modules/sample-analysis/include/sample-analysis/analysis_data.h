@@ -10,7 +10,7 @@
 
 /// Plain values that say what the writers put into the native files. Every member has a default, so that a caller
 /// names only what matters to it.
-namespace kvan::sample {
+namespace kvan::sample::native {
 
 using Bytes = std::vector<std::uint8_t>;
 
@@ -122,4 +122,8 @@ struct AnalysisHeaderData {
     std::vector<std::string> compressors = {};  ///< GUIDs as text, in any case
 };
 
-}  // namespace kvan::sample
+}  // namespace kvan::sample::native
+
+namespace kvan::sample {
+using namespace native;  // callers need not know the room
+}

@@ -2,7 +2,7 @@
 
 #include <sample-analysis/native_files.h>
 
-namespace kvan::sample {
+namespace kvan::sample::native {
 
 /// Where a spectrum went. Offsets are those of the blocks in the main file, 0 for a block that was not written.
 struct SpectrumLocation {
@@ -44,4 +44,8 @@ private:
     std::uint32_t m_spectra = 0;
 };
 
-}  // namespace kvan::sample
+}  // namespace kvan::sample::native
+
+namespace kvan::sample {
+using namespace native;  // callers need not know the room
+}

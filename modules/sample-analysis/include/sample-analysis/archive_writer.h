@@ -11,7 +11,7 @@
 /// The archive of re-calibrations `Calibrator.ami`, record by record as docs/calibrator-ami.md has them. Every record
 /// is written in the version that it names, with what that version holds; a version that does not exist gets the fields
 /// of the next one below. Members that a version does not have are not looked at.
-namespace kvan::sample {
+namespace kvan::sample::stores {
 
 inline constexpr const char* g_archiveName = "Calibrator.ami";
 
@@ -98,4 +98,8 @@ Bytes archiveBytes(const CalibratorArchive& archive);
 /// and the path.
 void writeArchive(const boost::filesystem::path& directory, const CalibratorArchive& archive);
 
-}  // namespace kvan::sample
+}  // namespace kvan::sample::stores
+
+namespace kvan::sample {
+using namespace stores;  // callers need not know the room
+}

@@ -18,7 +18,7 @@ class CppSQLite3Statement;
 }  // namespace kvan::cppsqlite
 
 /// The calibration database `calibration.sqlite`, as docs/calibration-database.md has it.
-namespace kvan::sample {
+namespace kvan::sample::stores {
 
 inline constexpr const char* g_calibrationDatabaseName = "calibration.sqlite";
 
@@ -93,4 +93,8 @@ private:
     std::int64_t m_frames = 0;
 };
 
-}  // namespace kvan::sample
+}  // namespace kvan::sample::stores
+
+namespace kvan::sample {
+using namespace stores;  // callers need not know the room
+}

@@ -10,7 +10,7 @@
 ///
 /// All of them write to disk as they go and hold no more than a buffer. A writer that cannot create or write its file
 /// throws `std::runtime_error` "Can't write file: " and the path. A file is whole after `finish` only.
-namespace kvan::sample {
+namespace kvan::sample::native {
 
 class BlockFile;
 
@@ -74,4 +74,8 @@ private:
     std::unique_ptr<BlockFile> m_file;
 };
 
-}  // namespace kvan::sample
+}  // namespace kvan::sample::native
+
+namespace kvan::sample {
+using namespace native;  // callers need not know the room
+}

@@ -5,7 +5,7 @@
 
 #include <memory>
 
-namespace kvan::sample {
+namespace kvan::sample::native {
 
 /// How the profiles of an analysis are stored.
 enum class Compressor { None, Vlc, Vli2, ZLib };
@@ -26,4 +26,8 @@ private:
     std::shared_ptr<compression::ICompressor> m_compressor;
 };
 
-}  // namespace kvan::sample
+}  // namespace kvan::sample::native
+
+namespace kvan::sample {
+using namespace native;  // callers need not know the room
+}

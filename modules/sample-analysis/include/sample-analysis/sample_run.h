@@ -5,7 +5,7 @@
 #include <boost/filesystem/path.hpp>
 #include <cstdint>
 
-namespace kvan::sample {
+namespace kvan::sample::run {
 
 /// The law that ties the data points of the run to m/z. The compensated ones record temperatures with each spectrum,
 /// one or several; those of KITE and PSD depend on the precursor of a fragment spectrum.
@@ -82,4 +82,8 @@ struct SampleRunParameters {
 boost::filesystem::path writeSampleRun(const boost::filesystem::path& directory,
                                        const SampleRunParameters& parameters = {});
 
-}  // namespace kvan::sample
+}  // namespace kvan::sample::run
+
+namespace kvan::sample {
+using namespace run;  // callers need not know the room
+}

@@ -5,7 +5,7 @@
 #include <variant>
 
 /// The values of variables, as blocks for the pools of the conditions.
-namespace kvan::sample {
+namespace kvan::sample::native {
 
 /// Texts are Windows-1252.
 using VariableValue = std::variant<std::int32_t, double, std::string, std::vector<std::int32_t>, std::vector<double>,
@@ -30,4 +30,8 @@ struct VariableKey {
 /// value that does not fit an entry of 64 KiB.
 Bytes variableTables(const std::vector<VariableSetting>& settings, const std::optional<VariableKey>& key = {});
 
-}  // namespace kvan::sample
+}  // namespace kvan::sample::native
+
+namespace kvan::sample {
+using namespace native;  // callers need not know the room
+}
