@@ -12,7 +12,7 @@ struct QuickInfoHead {
     std::uint16_t recordOffset;  //  4  of the record, from this head's first byte
     std::uint8_t unread6[6];     //  6
 };
-static_assert(sizeof(QuickInfoHead) == 12 && offsetof(QuickInfoHead, recordOffset) == 4);
+KVAN_PACKED_RECORD(QuickInfoHead, 12, (recordOffset, 4));
 
 /// The summary of one spectrum. Masses and calibration bytes lie behind it, at offsets from the record's first byte.
 struct QuickInfoRecord {
@@ -36,8 +36,9 @@ struct QuickInfoRecord {
     std::uint8_t unread52[4];         // 52
     std::uint8_t calibrationHead[4];  // 56  first bytes of the serialised calibration
 };
-static_assert(sizeof(QuickInfoRecord) == 60 && offsetof(QuickInfoRecord, spectrum) == 20 &&
-              offsetof(QuickInfoRecord, maxIntensity) == 40 && offsetof(QuickInfoRecord, calibrationHead) == 56);
+KVAN_PACKED_RECORD(QuickInfoRecord, 60, (size, 0), (massOffset, 2), (calibrationOffset, 4), (retentionTime, 8),
+                   (spectrum, 20), (acquiredLower, 28), (acquiredUpper, 32), (maxIntensity, 40), (sumIntensity, 44),
+                   (polarity, 48), (acquisitionMode, 49), (msLevel, 50), (scanMode, 51), (calibrationHead, 56));
 
 #pragma pack(pop)
 

@@ -13,7 +13,7 @@ struct CompressionInfoHeader {
     std::uint8_t entryCount;    // 10
     std::uint8_t unread11;      // 11
 };
-static_assert(sizeof(CompressionInfoHeader) == 12 && offsetof(CompressionInfoHeader, entryCount) == 10);
+KVAN_PACKED_RECORD(CompressionInfoHeader, 12, (resource, 0), (entryOffset, 8), (entryCount, 10));
 
 /// One compressor; its text follows at once and is not used.
 struct CompressionInfoEntry {
@@ -22,7 +22,7 @@ struct CompressionInfoEntry {
     std::uint8_t unread4[4];  //  4
     std::uint8_t guid[16];    //  8  fields of 4, 2 and 2 bytes little-endian, then 8 bytes
 };
-static_assert(sizeof(CompressionInfoEntry) == 24 && offsetof(CompressionInfoEntry, guid) == 8);
+KVAN_PACKED_RECORD(CompressionInfoEntry, 24, (size, 0), (textSize, 2), (guid, 8));
 
 /// Head of the description of the whole analysis; a pool of blocks follows.
 struct AnalysisHeaderRecord {
@@ -45,8 +45,9 @@ struct AnalysisHeaderRecord {
     std::uint8_t hour;             // 58  UTC
     std::uint8_t unread59;         // 59
 };
-static_assert(sizeof(AnalysisHeaderRecord) == 60 && offsetof(AnalysisHeaderRecord, timebase) == 32 &&
-              offsetof(AnalysisHeaderRecord, day) == 48 && offsetof(AnalysisHeaderRecord, second) == 56);
+KVAN_PACKED_RECORD(AnalysisHeaderRecord, 60, (resource, 0), (textOffset, 12), (poolOffset, 16), (textSize, 24),
+                   (timebase, 32), (day, 48), (month, 49), (year, 50), (timeZoneMinutes, 52), (milliseconds, 54),
+                   (second, 56), (minute, 57), (hour, 58));
 
 /// Texts and numbers about sample, method and instrument, in the pool of the analysis header.
 struct AnalysisDescriptionRecord {
@@ -61,8 +62,8 @@ struct AnalysisDescriptionRecord {
     std::uint8_t instrumentRevision;    // 60
     std::uint8_t unread61[3];           // 61
 };
-static_assert(sizeof(AnalysisDescriptionRecord) == 64 && offsetof(AnalysisDescriptionRecord, instrumentFamily) == 52 &&
-              offsetof(AnalysisDescriptionRecord, serialFallback) == 56);
+KVAN_PACKED_RECORD(AnalysisDescriptionRecord, 64, (resource, 0), (textOffset, 8), (instrumentSourceType, 50),
+                   (instrumentFamily, 52), (serialFallback, 56), (instrumentRevision, 60));
 
 /// Texts about the instrument; a list of entries, not used, lies behind.
 struct InstrumentInfoRecord {
@@ -73,7 +74,8 @@ struct InstrumentInfoRecord {
     std::uint16_t textSize[3];    // 32
     std::uint16_t listCount;      // 38
 };
-static_assert(sizeof(InstrumentInfoRecord) == 40 && offsetof(InstrumentInfoRecord, textSize) == 32);
+KVAN_PACKED_RECORD(InstrumentInfoRecord, 40, (resource, 0), (textOffset, 16), (listOffset, 28), (textSize, 32),
+                   (listCount, 38));
 
 /// Start of a segment; a pool of variable tables follows.
 struct SegmentConditionRecord {
@@ -82,7 +84,7 @@ struct SegmentConditionRecord {
     std::uint8_t unread12[4];  // 12
     std::uint32_t segment;     // 16  from 1
 };
-static_assert(sizeof(SegmentConditionRecord) == 20 && offsetof(SegmentConditionRecord, segment) == 16);
+KVAN_PACKED_RECORD(SegmentConditionRecord, 20, (resource, 0), (poolOffset, 8), (segment, 16));
 
 /// Start of a spectrum; a pool of variable tables follows.
 struct SpectrumConditionRecord {
@@ -92,14 +94,14 @@ struct SpectrumConditionRecord {
     std::uint32_t spectrum;     // 16  from 1, the Id of the spectrum in the cache
     std::uint8_t unread20[20];  // 20
 };
-static_assert(sizeof(SpectrumConditionRecord) == 40 && offsetof(SpectrumConditionRecord, spectrum) == 16);
+KVAN_PACKED_RECORD(SpectrumConditionRecord, 40, (resource, 0), (poolOffset, 8), (segment, 12), (spectrum, 16));
 
 /// Head of a serialised calibration; its bytes follow up to the end of the block.
 struct CalibrationBlockHeader {
     RESOURCE_HEADER resource;  //  0  RESTYPE_CALIBRATION
     std::uint8_t unread8[4];   //  8
 };
-static_assert(sizeof(CalibrationBlockHeader) == 12);
+KVAN_PACKED_RECORD(CalibrationBlockHeader, 12, (resource, 0));
 
 #pragma pack(pop)
 

@@ -1,7 +1,8 @@
 #pragma once
 
+#include <binaryio/packed_record.h>
+
 #include <bit>
-#include <cstddef>
 #include <cstdint>
 
 /// The heads that all blocks of the native files have in common.
@@ -57,7 +58,7 @@ struct RESOURCE_HEADER {
     std::uint16_t type;     //  4  _RESOURCE_TYPE
     std::uint16_t version;  //  6  g_version
 };
-static_assert(sizeof(RESOURCE_HEADER) == 8 && offsetof(RESOURCE_HEADER, type) == 4);
+KVAN_PACKED_RECORD(RESOURCE_HEADER, 8, (size, 0), (type, 4), (version, 6));
 
 /// Head of a container of the side files; the contained entry follows at once.
 struct ContainerHeader {
@@ -66,7 +67,7 @@ struct ContainerHeader {
     std::uint16_t version;  //  6
     std::uint32_t size;     //  8  bytes of the container, this head included
 };
-static_assert(sizeof(ContainerHeader) == 12 && offsetof(ContainerHeader, size) == 8);
+KVAN_PACKED_RECORD(ContainerHeader, 12, (type, 4), (version, 6), (size, 8));
 
 /// What a container of the index file holds.
 struct FILE_CONTAINER_INDEX_ENTRY {
@@ -75,7 +76,7 @@ struct FILE_CONTAINER_INDEX_ENTRY {
     std::uint32_t EntryIndexNo;  // 12  running number of the thing described, from 0
     std::uint64_t offset;        // 16  of the block in the main file
 };
-static_assert(sizeof(FILE_CONTAINER_INDEX_ENTRY) == 24 && offsetof(FILE_CONTAINER_INDEX_ENTRY, EntryIndexNo) == 12);
+KVAN_PACKED_RECORD(FILE_CONTAINER_INDEX_ENTRY, 24, (type, 0), (EntryIndexNo, 12), (offset, 16));
 
 #pragma pack(pop)
 

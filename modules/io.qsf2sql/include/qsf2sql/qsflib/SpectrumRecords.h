@@ -34,8 +34,8 @@ struct ScanSpectrumHeader {
     std::uint32_t count;        // 24  plain: elements; packed: bytes
     std::uint8_t unread28[16];  // 28
 };
-static_assert(sizeof(ScanSpectrumHeader) == 44 && offsetof(ScanSpectrumHeader, plainType) == 20 &&
-              offsetof(ScanSpectrumHeader, count) == 24);
+KVAN_PACKED_RECORD(ScanSpectrumHeader, 44, (resource, 0), (plainType, 20), (plainSize, 21), (packedType, 22),
+                   (count, 24));
 
 /// Head of a line block; an ExtendedLineHeader follows at once.
 struct LineSpectrumHeader {
@@ -45,8 +45,7 @@ struct LineSpectrumHeader {
     std::uint32_t count;        // 24  lines, the length of every field
     std::uint8_t unread28[24];  // 28
 };
-static_assert(sizeof(LineSpectrumHeader) == 52 && offsetof(LineSpectrumHeader, layout) == 20 &&
-              offsetof(LineSpectrumHeader, count) == 24);
+KVAN_PACKED_RECORD(LineSpectrumHeader, 52, (resource, 0), (layout, 20), (count, 24));
 
 /// Where the fields of a line block lie.
 template <class TValue>
@@ -56,8 +55,8 @@ struct ExtendedLineHeader {
     std::uint8_t unread28[8];      // 28
     TValue value = TValue(-1);     // 36  not used by this system
 };
-static_assert(sizeof(ExtendedLineHeader<float>) == 40 && offsetof(ExtendedLineHeader<float>, fieldOffset) == 4);
-static_assert(sizeof(ExtendedLineHeader<double>) == 44 && offsetof(ExtendedLineHeader<double>, value) == 36);
+KVAN_PACKED_RECORD(ExtendedLineHeader<float>, 40, (fieldOffset, 4), (value, 36));
+KVAN_PACKED_RECORD(ExtendedLineHeader<double>, 44, (fieldOffset, 4), (value, 36));
 
 #pragma pack(pop)
 

@@ -12,7 +12,7 @@ struct VarTabDescHeader {
     std::uint16_t entryOffset;  //  8  of the first entry
     std::uint16_t entryCount;   // 10
 };
-static_assert(sizeof(VarTabDescHeader) == 12 && offsetof(VarTabDescHeader, entryCount) == 10);
+KVAN_PACKED_RECORD(VarTabDescHeader, 12, (resource, 0), (entryOffset, 8), (entryCount, 10));
 
 /// One declared variable; its texts follow.
 struct VarTabDescEntryRecord {
@@ -23,7 +23,8 @@ struct VarTabDescEntryRecord {
     std::uint16_t textOffset[6];  //  8  name, group, display name, value text, format, dimension; a text ends where the
                                   //     next one starts
 };
-static_assert(sizeof(VarTabDescEntryRecord) == 20 && offsetof(VarTabDescEntryRecord, textOffset) == 8);
+KVAN_PACKED_RECORD(VarTabDescEntryRecord, 20, (size, 0), (variable, 2), (elementType, 4), (isVector, 6),
+                   (textOffset, 8));
 
 /// Head of a table of values that hold for all acquisition keys; the entries follow at an offset.
 struct _VAR_TAB_HEADER {
@@ -31,7 +32,7 @@ struct _VAR_TAB_HEADER {
     std::uint32_t entryOffset;  //  8  of the first entry
     std::uint32_t entryCount;   // 12
 };
-static_assert(sizeof(_VAR_TAB_HEADER) == 16 && offsetof(_VAR_TAB_HEADER, entryCount) == 12);
+KVAN_PACKED_RECORD(_VAR_TAB_HEADER, 16, (resource, 0), (entryOffset, 8), (entryCount, 12));
 using _STRING_TAB_HEADER = _VAR_TAB_HEADER;
 using _TYPED_VAR_TAB_HEADER = _VAR_TAB_HEADER;
 
@@ -45,7 +46,8 @@ struct _VAR_TAB_HEADER_EXTENDED {
     std::uint8_t msLevel;          // 18
     std::uint8_t scanMode;         // 19
 };
-static_assert(sizeof(_VAR_TAB_HEADER_EXTENDED) == 20 && offsetof(_VAR_TAB_HEADER_EXTENDED, polarity) == 16);
+KVAN_PACKED_RECORD(_VAR_TAB_HEADER_EXTENDED, 20, (resource, 0), (entryOffset, 8), (entryCount, 12), (polarity, 16),
+                   (acquisitionMode, 17), (msLevel, 18), (scanMode, 19));
 using _STRING_TAB_HEADER_EXTENDED = _VAR_TAB_HEADER_EXTENDED;
 using _TYPED_VAR_TAB_HEADER_EXTENDED = _VAR_TAB_HEADER_EXTENDED;
 
@@ -54,7 +56,7 @@ struct VarTabValueEntry {
     std::uint16_t variable;  //  0  index of the variable
     std::uint8_t value[8];   //  2  an integer in the first 4 bytes, or a double: as the variable is declared
 };
-static_assert(sizeof(VarTabValueEntry) == 10 && offsetof(VarTabValueEntry, value) == 2);
+KVAN_PACKED_RECORD(VarTabValueEntry, 10, (variable, 0), (value, 2));
 
 /// Head of an entry of the other tables; its data follow.
 struct VarTabEntryHead {
@@ -63,7 +65,7 @@ struct VarTabEntryHead {
     std::uint16_t count;      //  4  bytes of a text, or elements of a vector
     std::uint8_t unread6[2];  //  6
 };
-static_assert(sizeof(VarTabEntryHead) == 8 && offsetof(VarTabEntryHead, count) == 4);
+KVAN_PACKED_RECORD(VarTabEntryHead, 8, (size, 0), (variable, 2), (count, 4));
 
 /// Parameters of MS/MS, in the pool of a spectrum condition; 32-bit words at an offset. Not used.
 struct MSMSParameterHeader {
@@ -71,7 +73,7 @@ struct MSMSParameterHeader {
     std::uint32_t wordOffset;  //  8
     std::uint32_t wordCount;   // 12
 };
-static_assert(sizeof(MSMSParameterHeader) == 16 && offsetof(MSMSParameterHeader, wordCount) == 12);
+KVAN_PACKED_RECORD(MSMSParameterHeader, 16, (resource, 0), (wordOffset, 8), (wordCount, 12));
 
 #pragma pack(pop)
 
