@@ -1,7 +1,7 @@
 // Any archive ends in calibrators for its spectra, in none, or in an exception, and those convert or fail as laws do.
 
-#include "CDataFileCalibrationOrganizer.h"
 #include "calibration_laws.h"
+#include "lib/CDataFileCalibrationOrganizer.h"
 
 #include <cstdint>
 #include <cstring>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "CDataFileCalibrationOrganizer.h"
+#include "lib/CDataFileCalibrationOrganizer.h"
 
 #include <calibration-core/interfaces/ICalibrationTransformator.h>
 #include <sample-analysis/archive_writer.h>

@@ -1,5 +1,5 @@
 #include "archives.h"
-#include "reference_merge.h"
+#include "lib/reference_merge.h"
 
 #include <calibration-core/constants/CalibrationPolynomialGPX.h>
 #include <calibration-core/interfaces/CalibrationTransformatorFactory.h>
