@@ -6,6 +6,9 @@
 #include <cstdint>
 #include <cstring>
 
+using namespace kvan::io;
+using namespace kvan;
+
 namespace {
 
 /// The payload stands behind three 32-bit numbers.
@@ -25,7 +28,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         return 0;
     kvan::binaryio::IHeapBinary stream(data + g_fileHead, size - g_fileHead);
     stream.setFlags(1);
-    CDataFileCalibrationOrganizer organizer;
+    ami::CDataFileCalibrationOrganizer organizer;
     if (!fuzz::succeeds([&] { organizer.ExtractFromBlob(stream); }))
         return 0;
     const fuzz::TransformatorPtr calibrators[] = {own(1, {20, 0.5, 120, 6.1e5, 0.004}),
@@ -36,7 +39,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
             for (const EPolarity polarity : {POLARITY_POSITIVE, POLARITY_NEGATIVE}) {
                 fuzz::TransformatorPtr calibrator = before;
                 fuzz::succeeds([&] {
-                    if (organizer.GetCalibrator(spectrum, polarity, CMSMSInfo::MS, calibrator))
+                    if (organizer.GetCalibrator(spectrum, polarity, ami::CMSMSInfo::MS, calibrator))
                         fuzz::convert(*calibrator);
                 });
             }

@@ -78,7 +78,7 @@ void requireReadable(const fs::path& archive) {
     if (!reader.open(archive))
         throw std::runtime_error("Couldn't open AMI file " + kvan::sys::pathToUtf8(archive));
     std::shared_ptr<kvan::calibration::ICalibrationTransformator> firstSpectrum;
-    reader.getCalibrator(0, POLARITY_POSITIVE, firstSpectrum);
+    reader.getCalibrator(0, kvan::POLARITY_POSITIVE, firstSpectrum);
 }
 
 CalibrationInForce findCalibration(const fs::path& directory, Database& cache) {

@@ -11,6 +11,9 @@
 
 namespace archives {
 
+using namespace kvan::io::ami;
+using namespace kvan::io;
+using namespace kvan;
 using kvan::sample::Bytes;
 using kvan::sample::CalibratorArchive;
 

@@ -15,7 +15,6 @@ namespace archives {
 namespace {
 
 namespace fs = boost::filesystem;
-using kvan::io::CalibratorAmiReader;
 
 constexpr double g_nothing = -1.0;
 

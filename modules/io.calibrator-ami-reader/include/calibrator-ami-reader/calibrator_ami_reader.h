@@ -1,19 +1,21 @@
 #pragma once
 
-#include <calibrator-ami-reader/polarity.h>
+#include <calibration-core/interfaces/Polarity.h>
 #include <logger/logger.h>
 
 #include <boost/filesystem/path.hpp>
 #include <cstdint>
 #include <memory>
 
-class CDataFileCalibrationOrganizer;
-
 namespace kvan::calibration {
 class ICalibrationTransformator;
 }
 
 namespace kvan::io {
+
+namespace ami {
+class CDataFileCalibrationOrganizer;
+}
 
 /// The archive `Calibrator.ami`: re-calibrations made after acquisition, one for each spectrum (lock mass) or one for
 /// each polarity (references). Read whole by `open`; docs/calibrator-ami.md tells its format.
@@ -44,7 +46,7 @@ public:
 
 private:
     logging::Logger m_logger;
-    std::unique_ptr<CDataFileCalibrationOrganizer> m_organizer;
+    std::unique_ptr<ami::CDataFileCalibrationOrganizer> m_organizer;
 };
 
 }  // namespace kvan::io

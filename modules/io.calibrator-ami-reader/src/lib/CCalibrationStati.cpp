@@ -4,21 +4,17 @@
 
 #include <logger/logger.h>
 
-using archive::read;
-using archive::Stream;
-using archive::Tags;
-using archive::VersionNumber;
+namespace kvan::io::ami {
 
 namespace {
 
 /// `CalibrationData`: reference masses and what was measured for them.
 void skipCalibrationData(Stream& stream) {
-    const VersionNumber version =
-        archive::readHead(stream, Tags::get().calibrationData, {{0, 1}, {0, 2}, {0, 3}, {1, 0}});
-    archive::skipDoubleArrays(stream, 4);
+    const VersionNumber version = readHead(stream, Tags::get().calibrationData, {{0, 1}, {0, 2}, {0, 3}, {1, 0}});
+    skipDoubleArrays(stream, 4);
     if (version >= VersionNumber(0, 3))
-        archive::skipArray(stream, sizeof(float));
-    archive::skipDoubleArrays(stream, 1);
+        skipArray(stream, sizeof(float));
+    skipDoubleArrays(stream, 1);
     read<double>(stream);
     if (version >= VersionNumber(1, 0)) {
         read<double>(stream);
@@ -28,40 +24,40 @@ void skipCalibrationData(Stream& stream) {
 
 /// `CalibrationQualityCheck`: a transformator, and the deviations that were found with it.
 void skipCalibrationQualityCheck(Stream& stream) {
-    const VersionNumber version = archive::readHead(stream, Tags::get().calibrationQualityCheck, {{0, 1}, {0, 2}});
+    const VersionNumber version = readHead(stream, Tags::get().calibrationQualityCheck, {{0, 1}, {0, 2}});
     if (version == VersionNumber(0, 1))
-        archive::skipString(stream);
+        skipString(stream);
     else
-        archive::skipBytes(stream);
-    archive::skipDoubleArrays(stream, 2);
+        skipBytes(stream);
+    skipDoubleArrays(stream, 2);
     read<double>(stream);
-    archive::skipDoubleArrays(stream, 4);
+    skipDoubleArrays(stream, 4);
 }
 
 }  // namespace
 
 void CDateTimeTZI::ExtractFromBlob(Stream& stream) {
-    archive::readHead(stream, Tags::get().dateTimeTZI);
-    archive::readHead(stream, Tags::get().dateTime);
+    readHead(stream, Tags::get().dateTimeTZI);
+    readHead(stream, Tags::get().dateTime);
     stream >> year >> month >> day >> hour >> minute >> milliseconds;
     stream >> hasZone >> zone;
 }
 
 void CCalibrationStatus::ExtractFromBlob(Stream& stream) {
-    static const auto s_logger = kvan::logging::Logger::getLogger("kvan.io.amiReader.calibrationStatus");
-    const VersionNumber version = archive::readHead(stream, Tags::get().calibrationStatus,
-                                                    {{0, 1}, {0, 2}, {0, 3}, {1, 0}, {1, 1}, {1, 2}, {1, 3}});
+    static const auto s_logger = logging::Logger::getLogger("kvan.io.amiReader.calibrationStatus");
+    const VersionNumber version =
+        readHead(stream, Tags::get().calibrationStatus, {{0, 1}, {0, 2}, {0, 3}, {1, 0}, {1, 1}, {1, 2}, {1, 3}});
     KVAN_LOG(s_logger, DEBUG) << "version = " << version.toString();
     if (version >= VersionNumber(0, 3))
         stream >> id;
     stream >> description >> spectrumDescription;
-    archive::skipArray(stream, sizeof(std::uint32_t));  // Ids of the spectra
+    skipArray(stream, sizeof(std::uint32_t));  // Ids of the spectra
     if (version <= VersionNumber(1, 0))
         ThrowUntestedCodePath();
-    archive::skipBytes(stream);  // two transformators
-    archive::skipBytes(stream);
+    skipBytes(stream);  // two transformators
+    skipBytes(stream);
     stream >> chromatogramId >> chromatogramDescription;
-    for (std::uint64_t left = archive::readArrayHead(stream); left > 0; --left)
+    for (std::uint64_t left = readArrayHead(stream); left > 0; --left)
         skipCalibrationData(stream);
     started.ExtractFromBlob(stream);
     if (version >= VersionNumber(1, 2))
@@ -73,13 +69,15 @@ void CCalibrationStatus::ExtractFromBlob(Stream& stream) {
     SkipReferenceCalibrator(stream);
     SkipReferenceCalibrator(stream);
     if (version >= VersionNumber(1, 3)) {
-        archive::skipString(stream);
-        archive::skipString(stream);
+        skipString(stream);
+        skipString(stream);
     }
 }
 
 void CCalibrationContainer::ExtractFromBlob(Stream& stream) {
-    archive::readHead(stream, Tags::get().calibrationStati, {{0, 1}});
-    for (std::uint64_t left = archive::readArrayHead(stream); left > 0; --left)
+    readHead(stream, Tags::get().calibrationStati, {{0, 1}});
+    for (std::uint64_t left = readArrayHead(stream); left > 0; --left)
         stati.emplace_back().ExtractFromBlob(stream);
 }
+
+}  // namespace kvan::io::ami

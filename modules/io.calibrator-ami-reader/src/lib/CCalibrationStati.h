@@ -2,15 +2,17 @@
 
 #include "archive_framing.h"
 
-#include <calibrator-ami-reader/polarity.h>
+#include <calibration-core/interfaces/Polarity.h>
 
 #include <cstdint>
 #include <string>
 #include <vector>
 
+namespace kvan::io::ami {
+
 /// A moment as it stands in the archive, unchecked.
 struct CDateTimeTZI {
-    void ExtractFromBlob(archive::Stream& stream);
+    void ExtractFromBlob(Stream& stream);
 
     std::uint16_t year = 0;
     std::uint8_t month = 0;
@@ -25,7 +27,7 @@ struct CDateTimeTZI {
 /// One calibration that was made: on which spectrum, with what, when. Of the masses and calibrators behind it nothing
 /// is kept; they are in force nowhere.
 struct CCalibrationStatus {
-    void ExtractFromBlob(archive::Stream& stream);
+    void ExtractFromBlob(Stream& stream);
 
     std::uint32_t id = 0;
     std::string description;
@@ -41,7 +43,9 @@ struct CCalibrationStatus {
 /// What was done to get at the calibrations of a list. No calibrator depends on it.
 struct CCalibrationContainer {
     /// The record `CCalibrationStati`.
-    void ExtractFromBlob(archive::Stream& stream);
+    void ExtractFromBlob(Stream& stream);
 
     std::vector<CCalibrationStatus> stati;
 };
+
+}  // namespace kvan::io::ami

@@ -9,6 +9,8 @@
 #include <boost/throw_exception.hpp>
 #include <stdexcept>
 
+namespace kvan::io::ami {
+
 namespace fs = boost::filesystem;
 
 namespace {
@@ -16,23 +18,23 @@ namespace {
 constexpr std::uint32_t g_untestedVersion = 1;
 
 [[noreturn]] void refuse(const fs::path& path, const char* reason) {
-    BOOST_THROW_EXCEPTION(std::runtime_error("Specified AMI file '" + kvan::sys::pathToUtf8(path) + "' " + reason));
+    BOOST_THROW_EXCEPTION(std::runtime_error("Specified AMI file '" + sys::pathToUtf8(path) + "' " + reason));
 }
 
-std::unique_ptr<kvan::sys::PositionedFile> openFile(const fs::path& path) {
+std::unique_ptr<sys::PositionedFile> openFile(const fs::path& path) {
     boost::system::error_code ignored;
     const fs::file_status status = fs::status(path, ignored);
     if (status.type() == fs::file_not_found)
         refuse(path, "doesn't exist.");
     if (fs::exists(status) && !fs::is_regular_file(status))
         refuse(path, "is not a regular file (expecting name of Calibrator.ami).");
-    auto file = kvan::sys::PositionedFile::open(path);
+    auto file = sys::PositionedFile::open(path);
     if (!file)
         refuse(path, "couldn't be opened.");
     return file;
 }
 
-bool readAt(kvan::sys::PositionedFile& file, void* destination, std::uint32_t bytes, std::uint64_t offset) {
+bool readAt(sys::PositionedFile& file, void* destination, std::uint32_t bytes, std::uint64_t offset) {
     return file.readAt(static_cast<char*>(destination), bytes, offset) == bytes;
 }
 
@@ -45,7 +47,7 @@ CCalibratorDataFile::CCalibratorDataFile(const fs::path& path) {
         refuse(path, "ends inside its head.");
     m_version = head[0];
     const std::uint32_t length = head[2];
-    const auto logger = kvan::logging::Logger::getLogger("kvan.io.amiReader");
+    const auto logger = logging::Logger::getLogger("kvan.io.amiReader");
     KVAN_LOG(logger, DEBUG) << "AMI file version = " << m_version;
     if (m_version == g_untestedVersion)
         ThrowUntestedCodePath();
@@ -57,3 +59,5 @@ CCalibratorDataFile::CCalibratorDataFile(const fs::path& path) {
     if (!readAt(*file, m_payload.data(), length, sizeof head))
         refuse(path, "couldn't be read.");
 }
+
+}  // namespace kvan::io::ami

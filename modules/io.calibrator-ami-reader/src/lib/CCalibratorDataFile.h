@@ -5,6 +5,8 @@
 #include <boost/filesystem/path.hpp>
 #include <cstdint>
 
+namespace kvan::io::ami {
+
 /// The file around an archive: three 32-bit numbers - the file version, one that is not looked at, the length of the
 /// payload - and the payload. Bytes behind it are not looked at.
 class CCalibratorDataFile {
@@ -17,9 +19,11 @@ public:
 
     std::uint32_t version() const { return m_version; }
     /// Empty unless the version is `ReadVersion`.
-    const archive::Bytes& payload() const { return m_payload; }
+    const Bytes& payload() const { return m_payload; }
 
 private:
     std::uint32_t m_version = 0;
-    archive::Bytes m_payload;
+    Bytes m_payload;
 };
+
+}  // namespace kvan::io::ami

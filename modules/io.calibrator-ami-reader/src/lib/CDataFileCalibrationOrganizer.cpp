@@ -8,10 +8,7 @@
 #include <boost/throw_exception.hpp>
 #include <stdexcept>
 
-using archive::read;
-using archive::Stream;
-using archive::Tags;
-using archive::VersionNumber;
+namespace kvan::io::ami {
 
 namespace {
 
@@ -30,8 +27,8 @@ void skipCalibratorManager(Stream& stream) {
 }  // namespace
 
 void CDataFileCalibrationOrganizer::ExtractFromBlob(Stream& stream) {
-    static const auto s_logger = kvan::logging::Logger::getLogger("kvan.io.amiReader.dataFileCalibrationOrganizer");
-    const VersionNumber version = archive::readHead(stream, Tags::get().organizer, {{1, 0}, {1, 1}, {1, 2}});
+    static const auto s_logger = logging::Logger::getLogger("kvan.io.amiReader.dataFileCalibrationOrganizer");
+    const VersionNumber version = readHead(stream, Tags::get().organizer, {{1, 0}, {1, 1}, {1, 2}});
     const auto hasReferenceCalibrators = read<bool>(stream);
     KVAN_LOG(s_logger, DEBUG) << "version = " << version.toString() << ", flag = " << hasReferenceCalibrators;
     if (hasReferenceCalibrators) {
@@ -79,3 +76,5 @@ void CDataFileCalibrationOrganizer::requireOpen() const {
     if (!m_open)
         BOOST_THROW_EXCEPTION(std::runtime_error("No Calibrator.ami opened."));
 }
+
+}  // namespace kvan::io::ami

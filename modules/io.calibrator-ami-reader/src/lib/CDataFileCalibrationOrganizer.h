@@ -3,11 +3,13 @@
 #include "CLockMassCalibrationMgr.h"
 #include "CReferenceCalibrators.h"
 
+namespace kvan::io::ami {
+
 /// The top record of the archive, and the answer to what calibrator a spectrum gets.
 class CDataFileCalibrationOrganizer {
 public:
     /// Reads the whole archive. Not open after a failure.
-    void ExtractFromBlob(archive::Stream& stream);
+    void ExtractFromBlob(Stream& stream);
 
     /// As `CalibratorAmiReader::getCalibrator`, for one MS/MS type.
     bool GetCalibrator(std::uint64_t spectrum, EPolarity polarity, CMSMSInfo::EMSMSType msmsType,
@@ -25,3 +27,5 @@ private:
     bool m_useLockMass = false;
     bool m_open = false;
 };
+
+}  // namespace kvan::io::ami

@@ -9,16 +9,13 @@
 #include <stdexcept>
 #include <utility>
 
-using archive::read;
-using archive::Stream;
-using archive::Tags;
-using archive::VersionNumber;
+namespace kvan::io::ami {
 
 namespace {
 
 /// An entry has its full tag, or the short one of its class.
 VersionNumber readEntryHead(Stream& stream) {
-    const archive::MagicNumber found(read<std::uint32_t>(stream));
+    const MagicNumber found(read<std::uint32_t>(stream));
     if (found != Tags::get().shortLockMassCalibrationData)
         Tags::get().lockMassCalibrationData.assertMagicIs(found.getValue());
     const auto version = read<VersionNumber>(stream);
@@ -28,23 +25,23 @@ VersionNumber readEntryHead(Stream& stream) {
 }
 
 /// The length of the blob that begins `bytes`: a string record may fill the rest of them.
-std::size_t blobLength(const archive::Bytes& bytes) {
+std::size_t blobLength(const Bytes& bytes) {
     std::uint32_t head[2];  // tag and count of a string
     for (std::size_t end = 0; end + sizeof head <= bytes.size(); ++end) {
         std::memcpy(head, bytes.data() + end, sizeof head);
-        if (archive::isStringTag(archive::MagicNumber(head[0])) && head[1] == bytes.size() - end - sizeof head)
+        if (isStringTag(MagicNumber(head[0])) && head[1] == bytes.size() - end - sizeof head)
             return end;
     }
     return bytes.size();
 }
 
 /// What the bytes of an entry hold. A record in them ends where they end, and may end earlier.
-TransformatorPtr readEntry(archive::Bytes bytes, const VersionNumber& version, std::uint32_t streamFlags) {
+TransformatorPtr readEntry(Bytes bytes, const VersionNumber& version, std::uint32_t streamFlags) {
     if (version >= VersionNumber(1, 2)) {
         bytes.resize(blobLength(bytes));
         return DeserializeBlob(bytes);
     }
-    kvan::binaryio::IHeapBinary entry(bytes.data(), bytes.size());
+    binaryio::IHeapBinary entry(bytes.data(), bytes.size());
     entry.setFlags(streamFlags);
     if (version == VersionNumber(1, 0))
         return DeserializeText(read<std::string>(entry));
@@ -56,7 +53,7 @@ TransformatorPtr readEntry(archive::Bytes bytes, const VersionNumber& version, s
 }  // namespace
 
 void CReferenceMassList::ExtractFromBlob(Stream& stream) {
-    const VersionNumber version = archive::readHead(stream, Tags::get().referenceMassList, {{1, 0}, {1, 1}});
+    const VersionNumber version = readHead(stream, Tags::get().referenceMassList, {{1, 0}, {1, 1}});
     stream >> name >> comment;
     for (auto left = read<std::uint32_t>(stream); left > 0; --left) {
         Entry& entry = entries.emplace_back();
@@ -67,8 +64,7 @@ void CReferenceMassList::ExtractFromBlob(Stream& stream) {
 }
 
 void CQAMethodMSLockMassRecalibrationParams::ExtractFromBlob(Stream& stream) {
-    const VersionNumber version =
-        archive::readHead(stream, Tags::get().lockMassParams, {{0, 1}, {0, 2}, {0, 3}, {1, 0}});
+    const VersionNumber version = readHead(stream, Tags::get().lockMassParams, {{0, 1}, {0, 2}, {0, 3}, {1, 0}});
     read<double>(stream);
     masses.ExtractFromBlob(stream);
     if (version >= VersionNumber(0, 2) && version <= VersionNumber(0, 3))
@@ -81,23 +77,23 @@ void CQAMethodMSLockMassRecalibrationParams::ExtractFromBlob(Stream& stream) {
 
 void CLockMassCalibrationMgr::CCalibrationData::ExtractFromBlob(Stream& stream) {
     const VersionNumber version = readEntryHead(stream);
-    archive::Bytes bytes = archive::readBytes(stream);
+    Bytes bytes = readBytes(stream);
     if (!bytes.empty())
         calibrator = readEntry(std::move(bytes), version, stream.getFlags());
-    if (version >= VersionNumber(1, 2) && archive::isStringNext(stream))
-        archive::skipString(stream);  // the blob once more, as text
+    if (version >= VersionNumber(1, 2) && isStringNext(stream))
+        skipString(stream);  // the blob once more, as text
 }
 
 void CLockMassCalibrationMgr::ExtractFromBlob(Stream& stream) {
-    static const auto s_logger = kvan::logging::Logger::getLogger("kvan.io.amiReader.lockMassCalibrationMgr");
-    const VersionNumber version = archive::readHead(stream, Tags::get().lockMassCalibrationMgr, {{1, 0}, {1, 1}});
+    static const auto s_logger = logging::Logger::getLogger("kvan.io.amiReader.lockMassCalibrationMgr");
+    const VersionNumber version = readHead(stream, Tags::get().lockMassCalibrationMgr, {{1, 0}, {1, 1}});
     const auto hasParams = read<bool>(stream);
     KVAN_LOG(s_logger, DEBUG) << "version = " << version.toString() << ", flag = " << hasParams;
     if (hasParams) {
         m_params = std::make_shared<CQAMethodMSLockMassRecalibrationParams>();
         m_params->ExtractFromBlob(stream);
     }
-    for (std::uint64_t left = archive::readArrayHead(stream); left > 0; --left)
+    for (std::uint64_t left = readArrayHead(stream); left > 0; --left)
         m_calibrators.emplace_back().ExtractFromBlob(stream);
     if (version >= VersionNumber(1, 1))
         m_stati.ExtractFromBlob(stream);
@@ -108,3 +104,5 @@ const TransformatorPtr& CLockMassCalibrationMgr::GetCalibrationPtr(std::uint64_t
         BOOST_THROW_EXCEPTION(std::runtime_error("Spectrum number out of range."));
     return m_calibrators[spectrum].calibrator;
 }
+
+}  // namespace kvan::io::ami

@@ -3,6 +3,8 @@
 #include "CCalibrationStati.h"
 #include "DeserializeReferenceCalibrator.h"
 
+namespace kvan::io::ami {
+
 /// Masses that are known to be in every spectrum.
 struct CReferenceMassList {
     struct Entry {
@@ -12,7 +14,7 @@ struct CReferenceMassList {
         std::string comment;
     };
 
-    void ExtractFromBlob(archive::Stream& stream);
+    void ExtractFromBlob(Stream& stream);
 
     std::string name;
     std::string comment;
@@ -21,7 +23,7 @@ struct CReferenceMassList {
 
 /// How the lock-mass calibration was done; its numbers are stepped over.
 struct CQAMethodMSLockMassRecalibrationParams {
-    void ExtractFromBlob(archive::Stream& stream);
+    void ExtractFromBlob(Stream& stream);
 
     CReferenceMassList masses;
 };
@@ -31,12 +33,12 @@ class CLockMassCalibrationMgr {
 public:
     /// The calibrator of one spectrum; null if the spectrum has none.
     struct CCalibrationData {
-        void ExtractFromBlob(archive::Stream& stream);
+        void ExtractFromBlob(Stream& stream);
 
         TransformatorPtr calibrator;
     };
 
-    void ExtractFromBlob(archive::Stream& stream);
+    void ExtractFromBlob(Stream& stream);
 
     bool hasCalibrators() const { return !m_calibrators.empty(); }
     /// Null if the spectrum has none; throws `std::runtime_error` "Spectrum number out of range." beyond the list.
@@ -47,3 +49,5 @@ private:
     std::vector<CCalibrationData> m_calibrators;
     CCalibrationContainer m_stati;
 };
+
+}  // namespace kvan::io::ami

@@ -7,11 +7,9 @@
 #include <boost/throw_exception.hpp>
 #include <stdexcept>
 
-using archive::read;
-using archive::Stream;
-using archive::Tags;
-using archive::VersionNumber;
-using kvan::logging::Logger;
+namespace kvan::io::ami {
+
+using logging::Logger;
 
 namespace {
 
@@ -32,18 +30,18 @@ void requireSoundTemperatures(const kvan::calibration::ICalibrationTransformator
 
 void CReferenceCalibrator::ExtractFromBlob(Stream& stream) {
     static const Logger s_logger = Logger::getLogger("kvan.io.amiReader.referenceCalibrator");
-    const VersionNumber version = archive::readHead(stream, Tags::get().referenceCalibrator, {{0, 1}, {0, 2}, {0, 3}});
+    const VersionNumber version = readHead(stream, Tags::get().referenceCalibrator, {{0, 1}, {0, 2}, {0, 3}});
     polarity = EPolarity{read<std::uint32_t>(stream)};
     msmsType = CMSMSInfo::EMSMSType{read<std::uint32_t>(stream)};
     KVAN_LOG(s_logger, DEBUG) << "version = " << version.toString()
                               << " polarity = " << static_cast<std::uint32_t>(polarity)
                               << ", msmstype = " << static_cast<std::uint32_t>(msmsType);
     if (version == VersionNumber(0, 1)) {
-        archive::skipString(stream);
+        skipString(stream);
         ThrowUntestedCodePath();
     }
     if (version == VersionNumber(0, 2)) {
-        archive::skipBytes(stream);
+        skipBytes(stream);
         ThrowUntestedCodePath();
     }
     DeserializeReferenceCalibrator(stream, calibrator);
@@ -55,9 +53,9 @@ void CompareKeys(const CReferenceCalibrator&, const CReferenceCalibrator&) {
 
 void CReferenceCalibrators::ExtractFromBlob(Stream& stream) {
     static const Logger s_logger = Logger::getLogger("kvan.io.amiReader.referenceCalibrators");
-    const VersionNumber version = archive::readHead(stream, Tags::get().referenceCalibrators, {{0, 1}, {0, 2}, {0, 3}});
+    const VersionNumber version = readHead(stream, Tags::get().referenceCalibrators, {{0, 1}, {0, 2}, {0, 3}});
     KVAN_LOG(s_logger, DEBUG) << "version = " << version.toString();
-    for (std::uint64_t left = archive::readArrayHead(stream); left > 0; --left)
+    for (std::uint64_t left = readArrayHead(stream); left > 0; --left)
         m_calibrators.emplace_back().ExtractFromBlob(stream);
     if (version >= VersionNumber(0, 2))
         m_stati.ExtractFromBlob(stream);
@@ -84,3 +82,5 @@ TransformatorPtr CReferenceCalibrators::find(EPolarity polarity, CMSMSInfo::EMSM
         });
     return found != m_calibrators.end() ? found->calibrator : nullptr;
 }
+
+}  // namespace kvan::io::ami

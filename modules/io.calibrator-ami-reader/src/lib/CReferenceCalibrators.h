@@ -3,6 +3,8 @@
 #include "CCalibrationStati.h"
 #include "DeserializeReferenceCalibrator.h"
 
+namespace kvan::io::ami {
+
 /// Whether masses of ions or of their fragments are measured.
 struct CMSMSInfo {
     enum EMSMSType : std::uint32_t { MS = 0 };
@@ -11,7 +13,7 @@ struct CMSMSInfo {
 /// The calibrator that replaces those of all spectra of one polarity and MS/MS type.
 struct CReferenceCalibrator {
     /// The record `ReferenceCalibrator`.
-    void ExtractFromBlob(archive::Stream& stream);
+    void ExtractFromBlob(Stream& stream);
 
     EPolarity polarity = POLARITY_POSITIVE;
     CMSMSInfo::EMSMSType msmsType = CMSMSInfo::MS;
@@ -24,14 +26,16 @@ struct CReferenceCalibrator {
 /// The references of the archive, those without a known polarity or without calibrator left out.
 class CReferenceCalibrators {
 public:
-    void ExtractFromBlob(archive::Stream& stream);
+    void ExtractFromBlob(Stream& stream);
 
     /// The first one of that polarity and type, or null.
     TransformatorPtr find(EPolarity polarity, CMSMSInfo::EMSMSType msmsType) const;
 
 private:
-    void cleanUp(const archive::VersionNumber& version);
+    void cleanUp(const VersionNumber& version);
 
     std::vector<CReferenceCalibrator> m_calibrators;
     CCalibrationContainer m_stati;
 };
+
+}  // namespace kvan::io::ami

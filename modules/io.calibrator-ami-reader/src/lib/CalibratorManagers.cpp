@@ -4,14 +4,12 @@
 
 #include <boost/throw_exception.hpp>
 
-using archive::Stream;
-using archive::Tags;
-using archive::VersionNumber;
+namespace kvan::io::ami {
 
 namespace {
 
-void readManagerHead(Stream& stream, const archive::MagicNumber& tag) {
-    const VersionNumber version = archive::readHead(stream, tag);
+void readManagerHead(Stream& stream, const MagicNumber& tag) {
+    const VersionNumber version = readHead(stream, tag);
     if (version > VersionNumber(1, 1))
         BOOST_THROW_EXCEPTION(UnsupportedVersionError(version));
 }
@@ -20,11 +18,13 @@ void readManagerHead(Stream& stream, const archive::MagicNumber& tag) {
 
 void CSingleCalibratorManager::ExtractFromBlobClean(Stream& stream) {
     readManagerHead(stream, Tags::get().singleCalibratorManager);
-    archive::skipBytes(stream);
+    skipBytes(stream);
 }
 
 void CMultiCalibratorManager::ExtractFromBlobClean(Stream& stream) {
     readManagerHead(stream, Tags::get().multiCalibratorManager);
-    for (auto left = archive::read<std::uint32_t>(stream); left > 0; --left)
-        archive::skipBytes(stream);
+    for (auto left = read<std::uint32_t>(stream); left > 0; --left)
+        skipBytes(stream);
 }
+
+}  // namespace kvan::io::ami

@@ -6,10 +6,10 @@
 #include <boost/throw_exception.hpp>
 #include <stdexcept>
 
-using archive::Stream;
-using archive::VersionNumber;
+namespace kvan::io::ami {
+
 using kvan::calibration::Transformation::CalibrationTransformatorFactorySerialization;
-using kvan::logging::Logger;
+using logging::Logger;
 
 namespace {
 
@@ -22,7 +22,7 @@ enum class StoredForm { None, Blob, Text };
 
 /// Tag and version, and what stands behind them.
 StoredForm readStoredForm(Stream& stream) {
-    const VersionNumber version = archive::readHead(stream, archive::Tags::get().referenceCalibrator);
+    const VersionNumber version = readHead(stream, Tags::get().referenceCalibrator);
     KVAN_LOG(logger(), DEBUG) << "version = " << version.toString();
     if (version > VersionNumber(1, 0))
         return StoredForm::None;
@@ -43,10 +43,10 @@ bool DeserializeReferenceCalibrator(Stream& stream, TransformatorPtr& calibrator
         case StoredForm::None:
             break;
         case StoredForm::Blob:
-            calibrator = DeserializeBlob(archive::readBytes(stream));
+            calibrator = DeserializeBlob(readBytes(stream));
             break;
         case StoredForm::Text:
-            calibrator = DeserializeText(archive::read<std::string>(stream));
+            calibrator = DeserializeText(read<std::string>(stream));
             break;
     }
     return calibrator != nullptr;
@@ -57,15 +57,15 @@ void SkipReferenceCalibrator(Stream& stream) {
         case StoredForm::None:
             break;
         case StoredForm::Blob:
-            archive::skipBytes(stream);
+            skipBytes(stream);
             break;
         case StoredForm::Text:
-            archive::skipString(stream);
+            skipString(stream);
             break;
     }
 }
 
-TransformatorPtr DeserializeBlob(const archive::Bytes& blob) {
+TransformatorPtr DeserializeBlob(const Bytes& blob) {
     return CalibrationTransformatorFactorySerialization().DeserializeFromBlob(blob);
 }
 
@@ -77,3 +77,5 @@ TransformatorPtr DeserializeText(const std::string& text) {
 void ThrowUntestedCodePath() {
     BOOST_THROW_EXCEPTION(std::runtime_error("Untested code path."));
 }
+
+}  // namespace kvan::io::ami

@@ -5,6 +5,8 @@
 #include <stdexcept>
 #include <string>
 
+namespace kvan::io::ami {
+
 /// A failure of the archive's own; its text says so.
 class CACException : public std::runtime_error {
 public:
@@ -14,6 +16,8 @@ public:
 /// A record in a version that its reader does not know.
 class UnsupportedVersionError : public CACException {
 public:
-    explicit UnsupportedVersionError(const kvan::binaryio::VersionNumber& version)
+    explicit UnsupportedVersionError(const binaryio::VersionNumber& version)
         : CACException("Unsupported VersionNumber " + version.toString()) {}
 };
+
+}  // namespace kvan::io::ami

@@ -6,7 +6,7 @@
 #include <boost/throw_exception.hpp>
 #include <limits>
 
-namespace archive {
+namespace kvan::io::ami {
 
 namespace {
 
@@ -36,7 +36,7 @@ VersionNumber readHead(Stream& stream, const MagicNumber& tag, std::initializer_
 
 std::uint64_t readArrayHead(Stream& stream) {
     Tags::get().array.assertMagicIs(read<std::uint32_t>(stream));
-    return kvan::binaryio::readContainerSize(stream);
+    return binaryio::readContainerSize(stream);
 }
 
 Bytes readBytes(Stream& stream) {
@@ -59,7 +59,7 @@ bool isStringNext(Stream& stream) {
     if (stream.size() - start < static_cast<std::int64_t>(sizeof(std::uint32_t)))
         return false;
     const MagicNumber tag(read<std::uint32_t>(stream));
-    stream.doSetReadPos(kvan::binaryio::origin::Begin, start);
+    stream.doSetReadPos(binaryio::origin::Begin, start);
     return isStringTag(tag);
 }
 
@@ -82,4 +82,4 @@ void skipDoubleArrays(Stream& stream, int count) {
         skipArray(stream, sizeof(double));
 }
 
-}  // namespace archive
+}  // namespace kvan::io::ami

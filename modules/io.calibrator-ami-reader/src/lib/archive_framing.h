@@ -9,13 +9,13 @@
 #include <string>
 #include <vector>
 
-/// What the records of the archive are made of. Every count and length is held against the bytes that are left before
-/// memory or a loop depends on it, and fails as the read beyond the end would.
-namespace archive {
+/// The records of the archive, one class each, and here what they are made of. Every count and length is held against
+/// the bytes that are left before memory or a loop depends on it, and fails as the read beyond the end would.
+namespace kvan::io::ami {
 
-using kvan::binaryio::MagicNumber;
-using kvan::binaryio::VersionNumber;
-using Stream = kvan::binaryio::IRanAccessBinary;
+using binaryio::MagicNumber;
+using binaryio::VersionNumber;
+using Stream = binaryio::IRanAccessBinary;
 using Bytes = std::vector<unsigned char>;
 
 /// The tags of all records. Made together, so that a wrong one is named in the failure.
@@ -73,4 +73,4 @@ void skipString(Stream& stream);
 void skipArray(Stream& stream, std::uint64_t elementSize);
 void skipDoubleArrays(Stream& stream, int count);
 
-}  // namespace archive
+}  // namespace kvan::io::ami

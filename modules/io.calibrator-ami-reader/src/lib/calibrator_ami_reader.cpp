@@ -10,7 +10,7 @@ namespace {
 /// Containers of the archive count their elements in 32 bits.
 constexpr std::uint32_t g_streamFlags = 1;
 
-void readArchive(const archive::Bytes& payload, CDataFileCalibrationOrganizer& organizer) {
+void readArchive(const ami::Bytes& payload, ami::CDataFileCalibrationOrganizer& organizer) {
     binaryio::IHeapBinary stream(payload.data(), payload.size());
     stream.setFlags(g_streamFlags);
     organizer.ExtractFromBlob(stream);
@@ -20,20 +20,20 @@ void readArchive(const archive::Bytes& payload, CDataFileCalibrationOrganizer& o
 
 CalibratorAmiReader::CalibratorAmiReader()
     : m_logger(logging::Logger::getLogger("kvan.io.amiReader")),
-      m_organizer(std::make_unique<CDataFileCalibrationOrganizer>()) {}
+      m_organizer(std::make_unique<ami::CDataFileCalibrationOrganizer>()) {}
 
 CalibratorAmiReader::~CalibratorAmiReader() = default;
 
 bool CalibratorAmiReader::open(const boost::filesystem::path& path) {
     try {
-        m_organizer = std::make_unique<CDataFileCalibrationOrganizer>();
-        const CCalibratorDataFile file(path);
-        if (file.version() == CCalibratorDataFile::ReadVersion)
+        m_organizer = std::make_unique<ami::CDataFileCalibrationOrganizer>();
+        const ami::CCalibratorDataFile file(path);
+        if (file.version() == ami::CCalibratorDataFile::ReadVersion)
             readArchive(file.payload(), *m_organizer);
         return true;
     } catch (const std::exception& fault) {
         KVAN_LOG(m_logger, WARN) << fault.what();
-        m_organizer = std::make_unique<CDataFileCalibrationOrganizer>();
+        m_organizer = std::make_unique<ami::CDataFileCalibrationOrganizer>();
         return false;
     }
 }
@@ -41,7 +41,7 @@ bool CalibratorAmiReader::open(const boost::filesystem::path& path) {
 bool CalibratorAmiReader::getCalibrator(
     std::uint64_t spectrum, EPolarity polarity,
     std::shared_ptr<kvan::calibration::ICalibrationTransformator>& calibrator) const {
-    return m_organizer->GetCalibrator(spectrum, polarity, CMSMSInfo::MS, calibrator);
+    return m_organizer->GetCalibrator(spectrum, polarity, ami::CMSMSInfo::MS, calibrator);
 }
 
 }  // namespace kvan::io

@@ -6,6 +6,8 @@
 #include <calibration-core/interfaces/ICalibrationTransformatorGPX.h>
 #include <calibration-core/interfaces/ICalibrationTransformatorPSD.h>
 
+namespace kvan::io::ami {
+
 using namespace kvan::calibration;
 
 namespace {
@@ -132,3 +134,5 @@ TransformatorPtr mergeReference(const TransformatorPtr& calibrator, const Transf
     const FunctionalPtr law = lawOf(*reference, kindOf(*calibrator));
     return law ? withLaw(calibrator, adapted(law, calibrator->GetFunctionalConstants())) : nullptr;
 }
+
+}  // namespace kvan::io::ami
