@@ -1,9 +1,8 @@
 #include "calibration-reader/calibration_reader_sqlite_impl.h"
 
-#include "calibration-reader/sql_text.h"
-
 #include <calibration-core/temperaturecompensation/TemperatureCompensationInfo.h>
 #include <cppsqlite/simple_checked_query.h>
+#include <cppsqlite/sql_text.h>
 
 #include <boost/throw_exception.hpp>
 #include <stdexcept>
@@ -33,7 +32,7 @@ void checkSchemaVersion(CppSQLite3DB& database) {
 std::int64_t resolveState(CppSQLite3DB& database, const std::string& key) {
     checkSchemaVersion(database);
     const auto id = cppsqlite::simpleOptionalQuery<std::int64_t>(
-        database, "SELECT Id From CalibrationState WHERE Key=" + sqlText(key));
+        database, "SELECT Id From CalibrationState WHERE Key=" + cppsqlite::sqlText(key));
     if (!id)
         fail("Requested calibration state " + key + " does not exist");
     return *id;
@@ -46,7 +45,7 @@ bool readHasFrameCalibrators(CppSQLite3DB& database, std::int64_t state) {
 
 std::optional<DigitizerConstants> readDigitizerConstants(CppSQLite3DB& database, std::int64_t state,
                                                          const logging::Logger& logger) {
-    const TypedRow row(
+    const tables::TypedRow row(
         database.execQuery("SELECT DigitizerTimebase, DigitizerDelay FROM DigitizerConstants WHERE CalibrationState=" +
                            std::to_string(state)),
         "DigitizerConstants", "CalibrationState", state);
@@ -57,8 +56,8 @@ std::optional<DigitizerConstants> readDigitizerConstants(CppSQLite3DB& database,
 }
 
 /// The temperatures of a reference that is used as it is are not looked at.
-details::MzCalibTemperatureInfo readTemperatures(const TypedRow& reference) {
-    constexpr int T1 = CalibrationTableReader::FirstExtra;
+details::MzCalibTemperatureInfo readTemperatures(const tables::TypedRow& reference) {
+    constexpr int T1 = tables::CalibrationTableReader::FirstExtra;
     details::MzCalibTemperatureInfo info{.dC1 = reference.real(T1 + 2), .dC2 = reference.real(T1 + 3)};
     if (info.isCompensated()) {
         info.T1 = reference.real(T1);
@@ -132,17 +131,17 @@ CalibrationReaderSqliteImpl::TransformatorPtr CalibrationReaderSqliteImpl::getRe
 }
 
 CalibrationReaderSqliteImpl::RefMzTrafo CalibrationReaderSqliteImpl::loadRefMzTrafo(bool negative) {
-    const TypedRow state(
+    const tables::TypedRow state(
         m_database->execQuery(std::string("SELECT ") +
                               (negative ? "NegativeReferenceCalibratorId" : "PositiveReferenceCalibratorId") +
                               " FROM CalibrationState WHERE Id=" + std::to_string(m_state)),
         "CalibrationState", "Id", m_state);
     if (!state.exists() || state.isNull(0))
         return {};
-    const TypedRow row = m_references.find(state.integer(0));
+    const tables::TypedRow row = m_references.find(state.integer(0));
     if (!row.exists())
         return {};
-    const MzModel model = mzModelOf(row.integer(CalibrationTableReader::ModelType));
+    const MzModel model = mzModelOf(row.integer(tables::CalibrationTableReader::ModelType));
     if (model == MzModel::Ftms04)
         fail("FTMS04 as reference trafo is not supported.");
     if (model == MzModel::Ftms1356)

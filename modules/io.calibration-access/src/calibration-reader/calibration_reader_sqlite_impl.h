@@ -59,7 +59,7 @@ private:
     std::optional<sys::FileStamp> m_frozen;  // of a file that is read without locks
     std::string m_key;
     std::int64_t m_state;
-    CalibrationTableReader m_references;
+    tables::CalibrationTableReader m_references;
     FrameCalibrators m_frames;
     bool m_hasFrameCalibrators;
     std::optional<DigitizerConstants> m_digitizer;

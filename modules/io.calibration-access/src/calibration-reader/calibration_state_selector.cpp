@@ -1,7 +1,6 @@
-#include "calibration-reader/sql_text.h"
-
 #include <calibration-access/calibration_state_selector.h>
 #include <cppsqlite/simple_checked_query.h>
+#include <cppsqlite/sql_text.h>
 
 #include <boost/throw_exception.hpp>
 #include <stdexcept>
@@ -35,7 +34,7 @@ std::optional<std::string> CalibrationStateSelector::findUUID(cppsqlite::CppSQLi
     if (!key)
         return cppsqlite::simpleOptionalQuery<std::string>(database, query());
     const auto count = cppsqlite::simpleCheckedQuery<std::int64_t>(
-        database, "SELECT COUNT(*) FROM CalibrationState WHERE Key=" + sqlText(*key));
+        database, "SELECT COUNT(*) FROM CalibrationState WHERE Key=" + cppsqlite::sqlText(*key));
     if (count == 0)
         fail("Calibration state [" + *key + "] does not exist");
     return key;
@@ -46,7 +45,7 @@ std::string CalibrationStateSelector::query() const {
 }
 
 std::string CalibrationStateSelector::unconditionalQuery() const {
-    const std::string condition = source ? "c.Source=" + sqlText(*source) : "1";
+    const std::string condition = source ? "c.Source=" + cppsqlite::sqlText(*source) : "1";
     return "SELECT c.Key FROM CalibrationState c WHERE " + condition + order(descending);
 }
 
@@ -58,7 +57,7 @@ std::string CalibrationStateSelector::fittingQuery() const {
     const std::string frames = std::to_string(frameCount);
     std::string query = "SELECT c.Key FROM CalibrationState c WHERE (";
     if (source)
-        query += "c.Source=" + sqlText(*source) + " AND ";
+        query += "c.Source=" + cppsqlite::sqlText(*source) + " AND ";
     query += "(c.HasFrameCalibrators=1 AND " +
              completeMapping("FrameMzCalibrationMapping mp WHERE mp.CalibrationState=c.Id", frames) + ")";
     query += std::string(" OR (c.HasFrameCalibrators=0 ") +
@@ -68,7 +67,7 @@ std::string CalibrationStateSelector::fittingQuery() const {
         query += " AND " +
                  completeMapping("TimsCalibrationMapping WHERE TimsCalibrationMapping.CalibrationState=c.Id", frames);
     if (source)
-        query += " AND c.Source=" + sqlText(*source);
+        query += " AND c.Source=" + cppsqlite::sqlText(*source);
     return query + order(descending);
 }
 

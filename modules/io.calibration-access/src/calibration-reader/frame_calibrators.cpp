@@ -23,15 +23,15 @@ std::shared_ptr<::kvan::calibration::ICalibrationTransformator> FrameCalibrators
     std::int64_t frameId, const std::optional<DigitizerConstants>& digitizer) {
     m_calibrationOfFrame.bind(1, frameId);
     // Stays open while the model is read, so that both come from one state of the database.
-    const TypedRow mapping(m_calibrationOfFrame.execQuery(), "FrameMzCalibrationMapping", "FrameId", frameId);
+    const tables::TypedRow mapping(m_calibrationOfFrame.execQuery(), "FrameMzCalibrationMapping", "FrameId", frameId);
     if (!mapping.exists())
         failWithoutTrafo(frameId);
     const std::int64_t id = mapping.integer(0);
-    const TypedRow row = m_models.find(id);
+    const tables::TypedRow row = m_models.find(id);
     if (!row.exists())
         failWithoutTrafo(id);
-    return makeMzTrafo(mzModelOf(row.integer(CalibrationTableReader::ModelType)), row, m_models.firstModelColumn(),
-                       digitizer);
+    return makeMzTrafo(mzModelOf(row.integer(tables::CalibrationTableReader::ModelType)), row,
+                       m_models.firstModelColumn(), digitizer);
 }
 
 }  // namespace kvan::io::calibration

@@ -15,7 +15,7 @@ public:
         std::int64_t frameId, const std::optional<DigitizerConstants>& digitizer);
 
 private:
-    CalibrationTableReader m_models;
+    tables::CalibrationTableReader m_models;
     cppsqlite::CppSQLite3Statement m_calibrationOfFrame;
 };
 

@@ -23,7 +23,7 @@ const ::kvan::calibration::ICalibrationTransformatorFactory& factory() {
 // Column: value, counted from the first of the model. What is not told is not read.
 
 /// 0: c0, 1: c1, 2: c2. The time axis is the digitizer's.
-TransformatorPtr makeTof(const TypedRow& row, int base, const DigitizerConstants& digitizer) {
+TransformatorPtr makeTof(const tables::TypedRow& row, int base, const DigitizerConstants& digitizer) {
     return factory().createTransformatorTof(
         std::make_shared<constants::CalibrationConstantsFunctionalTOF1>(row.real(base), row.real(base + 1),
                                                                         row.real(base + 2)),
@@ -32,7 +32,7 @@ TransformatorPtr makeTof(const TypedRow& row, int base, const DigitizerConstants
 
 /// As TOF; then from 3 on anything but a blob, then c0, c2, lowest and highest mass of the correction, and last its
 /// coefficients as a blob.
-TransformatorPtr makeTofGpx(const TypedRow& row, int base, const DigitizerConstants& digitizer) {
+TransformatorPtr makeTofGpx(const tables::TypedRow& row, int base, const DigitizerConstants& digitizer) {
     constexpr int numbersOfTof = 3;
     constexpr int numbersOfCorrection = 4;
     const TransformatorPtr tof = makeTof(row, base, digitizer);
@@ -49,7 +49,7 @@ TransformatorPtr makeTofGpx(const TypedRow& row, int base, const DigitizerConsta
 }
 
 /// 0: c0, 1: c1, 2: measurements per raw mass, 3: begin of the raw mass scale.
-TransformatorPtr makePaladin(const TypedRow& row, int base) {
+TransformatorPtr makePaladin(const tables::TypedRow& row, int base) {
     return factory().createTransformatorTrap(
         std::make_shared<constants::CalibrationConstantsFunctionalPaladin>(row.real(base), row.real(base + 1), 0.0),
         std::make_shared<constants::CalibrationConstantsPhysicalPaladin>(row.real(base + 3), row.real(base + 2)));
@@ -77,7 +77,7 @@ TransformatorPtr makeFtms(const FtmsNumbers& numbers) {
 }
 
 /// 0: calibration mode, 1: beta, 2: freqHigh, 3: FTMS raw mode, 4: size, 5: freqLow, 6: freqWidth.
-TransformatorPtr makeFtms04(const TypedRow& row, int base) {
+TransformatorPtr makeFtms04(const tables::TypedRow& row, int base) {
     return makeFtms({.calibMode = row.smallInteger(base),
                      .alpha = 0.0,
                      .beta = row.real(base + 1),
@@ -91,7 +91,7 @@ TransformatorPtr makeFtms04(const TypedRow& row, int base) {
 
 /// 0: calibration mode, 1: alpha, 2: beta, 3: freqHigh, 4: quadratic flag, 5: FTMS raw mode, 6: size, 7: freqLow,
 /// 8: freqWidth.
-TransformatorPtr makeFtms1356(const TypedRow& row, int base) {
+TransformatorPtr makeFtms1356(const tables::TypedRow& row, int base) {
     return makeFtms({.calibMode = row.smallInteger(base),
                      .alpha = row.real(base + 1),
                      .beta = row.real(base + 2),
@@ -118,7 +118,7 @@ MzModel mzModelOf(std::int64_t modelType) {
     return static_cast<MzModel>(modelType);
 }
 
-TransformatorPtr makeMzTrafo(MzModel model, const TypedRow& row, int base,
+TransformatorPtr makeMzTrafo(MzModel model, const tables::TypedRow& row, int base,
                              const std::optional<DigitizerConstants>& digitizer) {
     switch (model) {
         case MzModel::Tof:

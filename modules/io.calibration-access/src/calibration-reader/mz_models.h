@@ -24,6 +24,6 @@ MzModel mzModelOf(std::int64_t modelType);
 /// needs digitizer constants where there are none and for values that the model cannot use, `std::invalid_argument` for
 /// constants that the factory refuses.
 std::shared_ptr<::kvan::calibration::ICalibrationTransformator> makeMzTrafo(
-    MzModel model, const TypedRow& row, int base, const std::optional<DigitizerConstants>& digitizer);
+    MzModel model, const tables::TypedRow& row, int base, const std::optional<DigitizerConstants>& digitizer);
 
 }  // namespace kvan::io::calibration

@@ -1,6 +1,6 @@
 #include "calibration-table-reader/calibration_table_reader.h"
 
-#include "calibration-reader/sql_text.h"
+#include <cppsqlite/sql_text.h>
 
 #include <algorithm>
 #include <boost/algorithm/string/predicate.hpp>
@@ -8,7 +8,7 @@
 #include <locale>
 #include <stdexcept>
 
-namespace kvan::io::calibration {
+namespace kvan::io::calibration::tables {
 
 namespace {
 
@@ -41,7 +41,7 @@ std::string rowQuery(const char* table, const std::vector<std::string>& extraCol
     for (const std::string& name : extraColumns)
         query += "c." + name + ", ";
     for (const std::string& name : columns)
-        query += (&name == columns.data() ? "c." : ", c.") + sqlName(name);
+        query += (&name == columns.data() ? "c." : ", c.") + cppsqlite::sqlName(name);
     query += std::string(" FROM ") + table;
     if (!state)
         return query + " c WHERE c.Id = ?";
@@ -63,4 +63,4 @@ TypedRow CalibrationTableReader::find(std::int64_t id) {
     return TypedRow(m_rowById.execQuery(), m_table, "Id", id);
 }
 
-}  // namespace kvan::io::calibration
+}  // namespace kvan::io::calibration::tables

@@ -4,7 +4,7 @@
 
 #include <optional>
 
-namespace kvan::io::calibration {
+namespace kvan::io::calibration::tables {
 
 /// Finds rows of one table of models. The columns of a row are the Id, the model's number, the extra columns, and from
 /// `firstModelColumn` on the numbers of the model: all other columns of the table in its order, whatever their names.
@@ -31,4 +31,4 @@ private:
     cppsqlite::CppSQLite3Statement m_rowById;
 };
 
-}  // namespace kvan::io::calibration
+}  // namespace kvan::io::calibration::tables

@@ -7,7 +7,7 @@
 #include <limits>
 #include <stdexcept>
 
-namespace kvan::io::calibration {
+namespace kvan::io::calibration::tables {
 
 namespace {
 
@@ -85,4 +85,4 @@ int TypedRow::typeOf(int column) const {
     return m_query.fieldDataType(column);
 }
 
-}  // namespace kvan::io::calibration
+}  // namespace kvan::io::calibration::tables

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-namespace kvan::io::calibration {
+namespace kvan::io::calibration::tables {
 
 /// A row of a calibration database, or its absence, read strictly: a value that is needed must be there in its type,
 /// since a number that SQLite made of something else would be a wrong calibration. Columns count from 0. All functions
@@ -45,4 +45,4 @@ private:
     std::int64_t m_key;
 };
 
-}  // namespace kvan::io::calibration
+}  // namespace kvan::io::calibration::tables
