@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kvan::sys::internal {
+namespace kvan::sys {
 namespace {
 
 TEST(TextConversion, RoundTripAndRefusal) {
@@ -17,4 +17,4 @@ TEST(TextConversion, RoundTripAndRefusal) {
 }
 
 }  // namespace
-}  // namespace kvan::sys::internal
+}  // namespace kvan::sys

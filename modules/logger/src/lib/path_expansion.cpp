@@ -19,7 +19,7 @@ namespace {
 
 std::wstring stringified(const std::string& value) {
     try {
-        return sys::internal::do_widen(value);
+        return sys::do_widen(value);
     } catch (const std::range_error&) {
         BOOST_THROW_EXCEPTION(std::runtime_error("Value could not be stringified"));
     }
@@ -37,7 +37,7 @@ std::wstring hexadecimal(std::uint64_t value) {
 }
 
 std::wstring environmentVariable(const std::wstring& name) {
-    const char* value = std::getenv(sys::internal::do_narrow(name).c_str());
+    const char* value = std::getenv(sys::do_narrow(name).c_str());
     return value != nullptr ? stringified(std::string(value)) : std::wstring();
 }
 

@@ -51,8 +51,8 @@ std::int64_t maxBackupsOf(const ptree& sink) {
 
 /// Absolute, so that the program may change its working directory.
 fs::path pathOf(const ptree& sink) {
-    const std::wstring text = sys::internal::do_widen(sink.get<std::string>("file-path"));
-    return fs::absolute(sys::pathFromUtf8(sys::internal::do_narrow(expandTokens(text))));
+    const std::wstring text = sys::do_widen(sink.get<std::string>("file-path"));
+    return fs::absolute(sys::pathFromUtf8(sys::do_narrow(expandTokens(text))));
 }
 
 bool isThere(const fs::path& path) {

@@ -6,7 +6,7 @@
 
 #include <utf8.h>
 
-namespace kvan::sys::internal {
+namespace kvan::sys {
 
 static_assert(sizeof(wchar_t) == 4, "wide text holds whole code points");
 
@@ -30,4 +30,4 @@ std::string do_narrow(std::wstring_view text) {
     return narrow;
 }
 
-}  // namespace kvan::sys::internal
+}  // namespace kvan::sys
