@@ -1,5 +1,6 @@
 #pragma once
 
+#include <calibration-core/interfaces/Polarity.h>
 #include <cppsqlite/CppSQLite3.h>
 
 #include <cstdint>
