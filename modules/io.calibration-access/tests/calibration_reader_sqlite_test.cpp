@@ -8,15 +8,49 @@
 #include <cmath>
 #include <set>
 #include <thread>
+#include <utility>
 
+#include <sqlite3.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
+#include <time.h>
 #include <unistd.h>
+
+namespace {
+
+std::chrono::seconds g_clockIsAhead{0};
+
+}  // namespace
+
+/// The clock of this program, for files to be at rest without a wait: no call sets back the time of a status change.
+std::chrono::system_clock::time_point std::chrono::system_clock::now() noexcept {
+    timespec now{};
+    ::clock_gettime(CLOCK_REALTIME, &now);
+    return time_point(std::chrono::seconds(now.tv_sec) + std::chrono::nanoseconds(now.tv_nsec) + g_clockIsAhead);
+}
 
 namespace kvan::io::calibration {
 namespace {
 
 namespace fs = boost::filesystem;
+
+/// Runs once, while a connection that was opened after `watchRows` gives a row.
+std::function<void()> g_atNextRow;
+
+void watchRows() {
+    const auto watch = [](sqlite3* database, char**, const sqlite3_api_routines*) {
+        return sqlite3_trace_v2(
+            database, SQLITE_TRACE_ROW,
+            [](unsigned, void*, void*, void*) {
+                if (g_atNextRow)
+                    std::exchange(g_atNextRow, nullptr)();
+                return 0;
+            },
+            nullptr);
+    };
+    int (*const entry)(sqlite3*, char**, const sqlite3_api_routines*) = watch;
+    ASSERT_EQ(sqlite3_auto_extension(reinterpret_cast<void (*)()>(entry)), SQLITE_OK);
+}
 
 const CalibrationStateSelector g_any{.unconditional = true};
 
@@ -233,9 +267,15 @@ TEST_F(Reader, WhatIsWrongWithARowIsToldWhereItIsNeeded) {
 TEST_F(Reader, ReadsWithoutLocksSeeNoHalfOfAChange) {
     const fs::path now = copyTo("now", 3);
     const fs::path other = copyTo("other", 4);
-    std::this_thread::sleep_for(std::chrono::milliseconds(4100));
     cppsqlite::CppSQLite3DB database;
     database.open(file().string());
+    UnlockedFrameCalibrators fresh(5);
+    for (int read = 0; read < 40; ++read) {
+        fresh.noteLockedRead(database);
+        EXPECT_FALSE(fresh.tryLoad(3, {})) << "written just now";
+    }
+    g_clockIsAhead = std::chrono::seconds(5);
+    watchRows();
     UnlockedFrameCalibrators unlocked(5);
     const auto reader = open("frames");
     const auto isWhole = [](const CalibrationReaderSqlite::TransformatorPtr& law) {
@@ -264,6 +304,9 @@ TEST_F(Reader, ReadsWithoutLocksSeeNoHalfOfAChange) {
     fs::rename(now, m_directory / "before");
     fs::rename(other, now);
     expectThree(*replaced);
+
+    g_atNextRow = [&] { sql("UPDATE FrameMzCalibration SET C0 = 1, C1 = 1 WHERE Id = 13"); };
+    EXPECT_EQ(reader->getMzTrafo(3)->RawToMass(0.0), 1.0) << "changed while it was read";
 
     const auto time = fs::last_write_time(file());
     const pid_t child = ::fork();
@@ -347,18 +390,39 @@ TEST_F(Reader, LeavesNothingBesideTheDatabase) {
 /// Without locks nobody is kept from writing, and half of what they wrote would be a calibration that never was.
 TEST_F(Reader, WhereNothingMayBeWrittenAChangeIsTold) {
     sql("PRAGMA journal_mode=WAL");
-    fs::permissions(file(), static_cast<fs::perms>(0444));
-    fs::permissions(m_directory, static_cast<fs::perms>(0555));
-    const std::string text = toldToNobody([&] {
-        const auto reader = open("frames");
-        EXPECT_EQ(reader->getMzTrafo(3)->RawToMass(0.0), 3.0);
+    const auto permit = [&](int forDirectory, int forFile) {
+        fs::permissions(m_directory, static_cast<fs::perms>(forDirectory));
+        fs::permissions(file(), static_cast<fs::perms>(forFile));
+    };
+    const auto change = [&] {
         const bool isRoot = ::seteuid(0) == 0;
-        fs::permissions(m_directory, static_cast<fs::perms>(0755));
-        fs::permissions(file(), static_cast<fs::perms>(0644));
+        permit(0755, 0644);
         sql("UPDATE FrameMzCalibration SET C0 = 7");
-        return isRoot && ::seteuid(65534) != 0 ? "" : failureOf([&] { reader->getMzTrafo(3); });
-    });
-    EXPECT_EQ(text, file().string() + " has changed since it was opened");
+        if (isRoot && ::seteuid(65534) != 0)
+            throw std::runtime_error("still root");
+    };
+    watchRows();
+    for (const bool isWhileReading : {false, true}) {
+        permit(0555, 0444);
+        EXPECT_EQ(toldToNobody([&] {
+                      const auto reader = open("frames");
+                      reader->getMzTrafo(3);
+                      isWhileReading ? void(g_atNextRow = change) : change();
+                      return failureOf([&] { reader->getMzTrafo(3); });
+                  }),
+                  file().string() + " has changed since it was opened");
+    }
+    // A writer that is still there shares its memory, so that its changes are seen.
+    cppsqlite::CppSQLite3DB writer;
+    writer.open(file().string());
+    writer.execDML("UPDATE FrameMzCalibration SET C0 = 3; PRAGMA wal_checkpoint(TRUNCATE)");
+    permit(0555, 0444);
+    EXPECT_EQ(toldToNobody([&] {
+                  const auto reader = open("frames");
+                  change();
+                  return std::to_string(reader->getMzTrafo(3)->RawToMass(0.0));
+              }),
+              "7.000000");
 }
 
 /// A link to the database does not hide what lies beside it.
