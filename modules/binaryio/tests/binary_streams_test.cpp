@@ -172,6 +172,10 @@ TEST(CompressedBinary, PassesFlagsOnAndRefusesWhatCannotBe) {
     stream.setFlags(2);
     stream.close();
     EXPECT_EQ(heap.getFlags(), 2u);
+    IHeapBinary source(heap.data(), heap.size());
+    source.setFlags(6);
+    std::make_unique<IDecompressBinary>(source, 16)->setFlags(3);
+    EXPECT_EQ(source.getFlags(), 3u);
     const unsigned char byte = 0;
     EXPECT_EQ(failureOf([&] { stream.write(&byte, 1); }), "Invalid operation");
     EXPECT_EQ(failureOf([&] { OCompressBinary(heap, 10, 16); }),

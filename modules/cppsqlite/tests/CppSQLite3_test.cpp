@@ -76,6 +76,10 @@ TEST_F(CppSQLite3, StatementsServeManyReadsAndEndThem) {
     CppSQLite3Query query = select.execQuery();
     query = select.execQuery();
     EXPECT_EQ(query.getIntField(0), 3);
+    for (int step = 0; step < 3; ++step) {
+        query.nextRow();
+        EXPECT_TRUE(query.eof()) << "a further step would run the statement again";
+    }
     query.finalize();
     m_database.execDML("DROP TABLE t");  // refused while a read goes on
 }
@@ -87,6 +91,7 @@ TEST_F(CppSQLite3, FaultsHaveTheirCodesAndWords) {
     m_database.execDML("CREATE TABLE t (v INTEGER PRIMARY KEY); INSERT INTO t VALUES (7)");
     CppSQLite3Statement insert = m_database.compileStatement("INSERT INTO t VALUES (?)");
     CppSQLite3Query row = m_database.execQuery("SELECT v FROM t");
+    const CppSQLite3Table table = m_database.getTable("SELECT v FROM t");
     const std::pair<std::function<void()>, const char*> cases[] = {
         {[&] { closed.execDML("BEGIN"); }, "CPPSQLITE_ERROR[1000]: Database not open"},
         {[&] { closed.open("/nonexistent/file"); }, "SQLITE_CANTOPEN[14]: unable to open database file"},
@@ -95,6 +100,10 @@ TEST_F(CppSQLite3, FaultsHaveTheirCodesAndWords) {
         {[&] { noTable.numRows(); }, "CPPSQLITE_ERROR[1000]: Null Results pointer"},
         {[&] { row.getIntField(1); }, "CPPSQLITE_ERROR[1000]: Invalid field index requested"},
         {[&] { row.getIntField(-1); }, "CPPSQLITE_ERROR[1000]: Invalid field index requested"},
+        {[&] { table.fieldValue(1, 0); }, "CPPSQLITE_ERROR[1000]: Invalid field index requested"},
+        {[&] { table.fieldValue(-1, 0); }, "CPPSQLITE_ERROR[1000]: Invalid field index requested"},
+        {[&] { table.fieldValue(0, 1); }, "CPPSQLITE_ERROR[1000]: Invalid field index requested"},
+        {[&] { table.fieldName(-1); }, "CPPSQLITE_ERROR[1000]: Invalid field index requested"},
         {[&] { insert.bind(2, 0.5); }, "SQLITE_RANGE[25]: Error binding double param"},
         {[&] { insert.bind(2, "text"); }, "SQLITE_RANGE[25]: Error binding string param"},
         {[&] { insert.bind(2, &row, 1); }, "SQLITE_RANGE[25]: Error binding blob param"},

@@ -140,14 +140,15 @@ TEST(Archive, ReferencesOfOneTemperatureSpoilAnEarlyArchive) {
 }
 
 TEST(Archive, EndsAnywhereAndSaysSo) {
-    const Bytes whole = payload(full());
-    for (std::size_t size = 0; size < whole.size(); ++size) {
-        const Bytes cut(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(size));
-        CDataFileCalibrationOrganizer organizer;
-        EXPECT_NE(extract(cut, organizer), "") << size;
-        TransformatorPtr calibrator;
-        EXPECT_THROW(organizer.GetCalibrator(0, POLARITY_POSITIVE, CMSMSInfo::MS, calibrator), std::runtime_error);
-    }
+    const ArchivedLockMass withText{.version = {1, 2}, .calibrator = {{.blob = line(7)}}, .textBehind = "7"};
+    for (const Bytes& whole : {payload(full()), payload(with(withText))})
+        for (std::size_t size = 0; size < whole.size(); ++size) {
+            const Bytes cut(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(size));
+            CDataFileCalibrationOrganizer organizer;
+            EXPECT_TRUE(extract(cut, organizer).ends_with(": Binary position out of bounds")) << size;
+            TransformatorPtr calibrator;
+            EXPECT_THROW(organizer.GetCalibrator(0, POLARITY_POSITIVE, CMSMSInfo::MS, calibrator), std::runtime_error);
+        }
 }
 
 /// Whatever stands at whatever place: no count or length takes memory beyond the file's own size.

@@ -40,6 +40,7 @@ TEST(CalibratorOfASpectrum, LockMassFirstThenTheReferenceOfItsPolarity) {
     archive.references->references.push_back({.polarity = 0, .calibrator = {.blob = line(400)}});
     archive.references->references.insert(archive.references->references.begin(),
                                           {.polarity = 0, .msmsType = 1, .calibrator = {.blob = line(500)}});
+    archive.references->references.insert(archive.references->references.begin(), {.calibrator = {.version = {1, 1}}});
     const TransformatorPtr own = DeserializeBlob(line(1));
     const auto organizer = read(archive);
     EXPECT_EQ(massAtFour(organizer, 0, 0, own), 14);

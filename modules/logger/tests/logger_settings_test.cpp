@@ -61,10 +61,15 @@ TEST(LoggerSettings, BrokenRulesHaveTheirReasons) {
     EXPECT_EQ(failureOf("<other/>"), "No such node (kvan-logconf)");
     EXPECT_EQ(failureOf("no xml"), "test(1): expected <");
     EXPECT_NE(failureOf(""), "accepted");
-    std::string deep;
-    for (int level = 0; level < 100000; ++level)
-        deep += "<a>";
-    EXPECT_EQ(failureOf(deep), "The document has too many elements");
+    const auto failureOfMany = [](int count, const char* element) {
+        std::string elements;
+        while (count-- > 0)
+            elements += element;
+        return failureOf("<kvan-logconf>" + elements + "</kvan-logconf>");
+    };
+    EXPECT_EQ(failureOfMany(3998, "<a/>"), "No <sink> element found");
+    EXPECT_EQ(failureOfMany(3999, "<a/>"), "The document has too many elements");
+    EXPECT_EQ(failureOfMany(100000, "<a>"), "The document has too many elements");
 }
 
 TEST_F(LoggerSettingsTest, LongestNameRulesAndInheritsWhatItLeavesOpen) {

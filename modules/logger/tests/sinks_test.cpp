@@ -48,24 +48,23 @@ protected:
 
 TEST_F(SinksTest, BackupsFormARingOrMoveOn) {
     const std::tuple<const char*, const char*, const char*> cases[] = {
-        {"reset-oldest", "d c b -", "e c d -"},
-        {" steady-rotate\n", "d c b -", "e d c -"},
-        {"unknown", "d c b -", "e c d -"},
+        {"reset-oldest", "e d b c", "f d e c"},
+        {" steady-rotate\n", "e d c b", "f e d c"},
+        {"unknown", "e d b c", "f d e c"},
     };
-    for (const auto& [type, afterFour, afterFive] : cases) {
-        open("<max-file-size> 100 </max-file-size><max-backups>2</max-backups><rolling-type>" + std::string(type) +
+    for (const auto& [type, afterFive, afterSix] : cases) {
+        open("<max-file-size> 100 </max-file-size><max-backups>3</max-backups><rolling-type>" + std::string(type) +
              "</rolling-type>");
         write('a', 10240);
         EXPECT_EQ(marks(), "a - - -") << "at the limit";
         write('a', 1);
         EXPECT_TRUE(fs::exists(at("app.log")) && !fs::exists(at("app.0.log"))) << "above it, but nothing is written";
-        write('b', 10241);
-        write('c', 10241);
-        write('d', 10241);
-        EXPECT_EQ(marks(), afterFour) << type;
-        write('e', 10);
+        for (const char mark : {'b', 'c', 'd', 'e'})
+            write(mark, 10241);
         EXPECT_EQ(marks(), afterFive) << type;
-        for (const char* name : {"app.log", "app.0.log", "app.1.log"})
+        write('f', 10);
+        EXPECT_EQ(marks(), afterSix) << type;
+        for (const char* name : {"app.log", "app.0.log", "app.1.log", "app.2.log"})
             fs::remove(at(name));
     }
 }

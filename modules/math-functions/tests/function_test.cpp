@@ -38,6 +38,8 @@ TEST(Function, PolynomialsAndWhatContinuesThem) {
         {9, cubic, -1.0, 2.0, -3.0, 0, 9.5},
         {9, cubic, -1.0, 2.0, -3.0, 1, 1.0},
         {9, cubic, -1.0, 2.0, 5.0, 2, 0.0},
+        {9, cubic, -1.0, 2.0, -1.0, 1, -5.5},
+        {9, cubic, -1.0, 2.0, 2.0, 1, 11.0},
         {10, cubic, -1.0, 2.0, 5.0, 0, 16.0},
         {10, cubic, -1.0, 2.0, 1.0, 1, 2.5},
         {10, cubic, 2.0, -1.0, 10.0, 0, 677.0},
@@ -91,11 +93,12 @@ TEST(Function, InterpolationBetweenAndBesideThePoints) {
     EXPECT_EQ(steps(0.999), 5.0);
     EXPECT_EQ(steps(7.0), 6.0);
 
-    const CFunction spline(3, {0.0, 1.0, 2.0}, {0.0, 1.0, 0.0});  // 1.5 t - 0.5 t^3
-    EXPECT_NEAR(spline(0.5), 0.6875, 1e-15);
-    EXPECT_NEAR(spline(1.5), 0.6875, 1e-15);
-    EXPECT_NEAR(spline(1.0, 2), -3.0, 1e-14);
-    EXPECT_NEAR(spline(-2.0), -3.0, 1e-15);
+    const CFunction spline(3, {0.0, 1.0, 2.0}, {0.0, 1.0, 3.0});  // 0.75 t + 0.25 t^3, then 1 + 1.5 u + 0.75 u^2 - ...
+    EXPECT_NEAR(spline(0.5), 0.40625, 1e-15);
+    EXPECT_NEAR(spline(1.5), 1.90625, 1e-15);
+    EXPECT_NEAR(spline(1.0, 2), 1.5, 1e-14);
+    EXPECT_NEAR(spline(-2.0), -1.5, 1e-15);
+    EXPECT_NEAR(spline(4.0), 7.5, 1e-14);
 
     const CFunction akima(4, {-2, -1, 0, 1, 2, 3}, {4, 1, 0, 1, 4, 9});  // a parabola is met exactly
     EXPECT_NEAR(akima(2.5), 6.25, 1e-14);

@@ -56,6 +56,9 @@ TEST(Gpx, CorrectsTheMassesOfTheLawInside) {
         {g_strong, 0, 1024, 512, 768, 1e-15},
         {g_strong, 0, 1024, 32, 33, 1e-15},
         {g_strong, 0, 1024, 2048, 3072, 1e-15},
+        // Farther off in the middle than at the end that bounds the search.
+        {{0, 1 + 40 * 0x1p-10, -30 * 0x1p-20}, 0, 1024, 512, 524.5, 1e-15},
+        {{10, 1 + 20 * 0x1p-10, -30 * 0x1p-20}, 0, 1024, 512, 524.5, 1e-15},
         {{0, 1}, 0, 1024, 77.7, 77.7, 0},
         {{-5, 1}, 0, 1024, 77.75, 72.75, 0},
     };

@@ -170,6 +170,11 @@ TEST(Kite2, PreparesThePolynomialForTheParentMass) {
         nearest.interpolationMode = 0;
         EXPECT_EQ(kite2(outside)->MassToRaw(16), kite2(nearest)->MassToRaw(16)) << mass;
     }
+    Kite2 tie = between(0);
+    tie.parentMass = 500;
+    Kite2 first = tie;
+    first.parents.pop_back();
+    EXPECT_EQ(kite2(tie)->MassToRaw(16), kite2(first)->MassToRaw(16));
     // VC0(20) = 1 + 0.5 * 20 in place of the offset.
     Kite2 offset = between(2);
     offset.vc0 = {1, 0.5};
@@ -285,7 +290,7 @@ TEST(Kite2, IsAFacetThatCanBeAdapted) {
               "runtime_error: Kite2 InitData(): unexpected error.");
     EXPECT_EQ(law->MassToRaw(16), 34 + 5);
 
-    EXPECT_EQ(law->usableMassRange(500, 0.1), std::make_pair(0.0, HUGE_VAL));
+    EXPECT_EQ(law->usableMassRange(0, 0.1), std::make_pair(0.0, HUGE_VAL));
     EXPECT_EQ(failureOf([&] { law->monotonicMassRange(-1); }), "runtime_error: m0 argument out of expected range.");
     Kite2 global = between(0);
     global.global.coefficients = {0, 1.5};

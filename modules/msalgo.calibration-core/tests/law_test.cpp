@@ -29,6 +29,7 @@ const PointCase g_points[] = {
     {"TOF quadratic, C2 negative", tof(8, 2.5e11, -0.125, 10, 0.5), 8, 14, 16},
     {"TOF quadratic at C0", tof(8, 2.5e11, 0.5, 10, 0.5), -4, 8, 0},
     {"TOF quadratic, mirrored", tof(8, 2.5e11, 0.5, 10, 0.5), -36, -8, -16, false},
+    {"TOF quadratic, C1 zero", tof(8, g_infinity, 0.25, 10, 0.5), 28, 24, 64},
     {"TOF quadratic, C1 negative", tof(8, -2.5e11, 0.5, 0, 1), 12, 12, -4, false},
     {"TOF2 linear", tof2(8, 2.5e11, 0, 0, 4, 10, 0.5), 20, 20, 32},
     {"TOF2 linear, mirrored before C0", tof2(8, 2.5e11, 0, 0, 4, 10, 0.5), -28, -4, -40},
@@ -170,7 +171,7 @@ TEST(Law, TiltedQuadraticContinuesBeyondItsVertex) {
 TEST(Law, FtmsIndicesStayInsideTheArray) {
     const auto law = ftms(0, -24, 1024, 240, 160, 5);
     EXPECT_EQ(law->IndexToMass(-5), law->IndexToMass(0));
-    EXPECT_EQ(law->IndexToMass(12), law->IndexToMass(4));
+    EXPECT_EQ(law->IndexToMass(5), law->IndexToMass(4));
     EXPECT_EQ(law->DIndexToRaw(4.5), law->IndexToRaw(4) - 20);  // below the size: not the last point yet
     EXPECT_EQ(law->RawToIndex(1e6), 0);
     EXPECT_EQ(law->MassToIndex(0.0), 0);
@@ -197,6 +198,9 @@ TEST(Law, FtmsAxisFollowsTheModeOfTheLaw) {
     const auto axis = std::dynamic_pointer_cast<CalibrationConstantsPhysicalFTMS>(law->GetPhysicalConstants());
     EXPECT_EQ(axis->GetFreqLow(), -32);
     EXPECT_EQ(axis->GetFTMSRawMode(), 0);
+    EXPECT_EQ(std::dynamic_pointer_cast<CalibrationConstantsFunctionalFTMS04>(law->GetFunctionalConstants())
+                  ->GetFTMSRawMode(),
+              0);
     axis->SetCalibMode(2);
     EXPECT_EQ(axis->GetA0(), 0.0);
     EXPECT_EQ(axis->GetA1(), 1.0);

@@ -55,6 +55,9 @@ TEST(Psd, GivesTheValuesWorkedOutByHand) {
     EXPECT_NEAR(law->IndexToMass(-12), 36 * g_factor, 1e-12);
     EXPECT_NEAR(law->MassToRaw(36 * g_factor), 4, 1e-14);
     EXPECT_EQ(law->MassToIndex(36 * g_factor), -12 + 1) << "-11.5 is truncated";
+    Doubles many(200, 0.0);
+    law->RawsToMasses(many);
+    EXPECT_EQ(many, Doubles(200, law->RawToMass(0)));
 }
 
 TEST(Psd, WhatMakesNoLawOrHasNoInverseIsTold) {

@@ -101,6 +101,9 @@ TEST(Tof2Cubic, UsableRangeKeepsTheRoundTripWithinTheTolerance) {
     // The error is too great everywhere; a tolerance that nothing exceeds; a law without an upper end.
     const Range none = g_real->usableMassRange(500, -1.0);
     EXPECT_EQ(none.first, none.second);
+    // Less than the unit of mass that is left free at both ends: the middle of -4 and -3.75, where the law has the time
+    // at which its approximation turns.
+    expectNear(tof2(8, 2.5e11, -1, 2, 4, 10, 0.5)->usableMassRange(-3.9, 0), -3.875, -3.875, 1e-12);
     EXPECT_EQ(g_real->usableMassRange(500, 1e300), whole);
     EXPECT_GT(tof2(120.5, 250000.0, 1e-3, 1e-6, 0, 2e4, 0.2)->usableMassRange(500, 0.0).second, 1e300);
     EXPECT_GT(tof2(120.5, 250000.0, 1e-3, 1e-6, 0, 2e4, 0.2)->usableMassRange(500, 0.1).second, 2000);

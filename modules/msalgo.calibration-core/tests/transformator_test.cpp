@@ -120,6 +120,9 @@ TEST(Factory, ChoosesTheClassByTheHighestCoefficient) {
         {tof(0, 1, -0.0, 0, 1), "CalibrationTransformatorTOFLinear[ "},
         {tof(0, 1, 5e-324, 0, 1), "CalibrationTransformatorTOFQuadratic[ "},
         {tof(0, 1, std::nan(""), 0, 1), "CalibrationTransformatorTOFQuadratic[ "},
+        {tof2(0, 1, 0, 0, 0, 0, 1), "CalibrationTransformatorTOF2Linear[ "},
+        {tof2(0, 1, 1, 0, 0, 0, 1), "CalibrationTransformatorTOF2Quadratic[ "},
+        {tof2(0, 1, 0, 1, 0, 0, 1), "CalibrationTransformatorTOF2Cubic[ "},
         {paladin(0, 1, 0, 0, 1), "CalibrationTransformatorPaladinLinear[ "},
         {paladin(0, 1, 1e-9, 0, 1), "CalibrationTransformatorPaladinQuadratic[ "},
     };

@@ -11,7 +11,7 @@ namespace kvan::calibration {
 
 namespace {
 
-/// Laws around a time-of-flight axis of m/z 100 to 2,000, as instruments have them.
+/// Laws around a time-of-flight axis of m/z 1 to 2,000, as instruments have them.
 std::vector<TransformatorPtr> wrappingLaws() {
     return {
         factory().createTransformatorKite(12000, 0.5, 0, 6e5, 0, 1500.6, 120, {0.25, 1e-4, 6e-7, 2e-13}, 1046.5, 12000,
@@ -44,7 +44,7 @@ std::vector<TransformatorPtr> withKite2(std::vector<TransformatorPtr> laws) {
 Doubles massesOf(std::size_t count) {
     Doubles masses(count);
     for (std::size_t k = 0; k < count; ++k)
-        masses[k] = 1050 + 950 * std::sin(static_cast<double>(k));
+        masses[k] = 1050 + 1049 * std::sin(static_cast<double>(k));
     return masses;
 }
 

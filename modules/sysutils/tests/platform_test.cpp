@@ -14,7 +14,12 @@ namespace fs = boost::filesystem;
 class Platform : public ::testing::Test {
 protected:
     Platform() : m_directory(fs::temp_directory_path() / fs::unique_path()) { fs::create_directory(m_directory); }
-    ~Platform() override { fs::remove_all(m_directory); }
+    ~Platform() override {
+        EXPECT_EQ(openFiles(), m_openFiles);
+        fs::remove_all(m_directory);
+    }
+
+    static std::ptrdiff_t openFiles() { return std::distance(fs::directory_iterator("/proc/self/fd"), {}); }
 
     fs::path fileWith(const std::string& name, const std::string& bytes) const {
         fs::ofstream(m_directory / name) << bytes;
@@ -22,6 +27,7 @@ protected:
     }
 
     fs::path m_directory;
+    std::ptrdiff_t m_openFiles = openFiles();
 };
 
 TEST_F(Platform, PositionedFileReadsToTheEndAndRefusesWhatIsNoFile) {
