@@ -59,7 +59,7 @@ void openNew(cppsqlite::CppSQLite3DB& database, const fs::path& file) {
 void generate(const Analysis& analysis) {
     cppsqlite::CppSQLite3DB database;
     openNew(database, analysis.cacheFile());
-    io::CacheGenerator(analysis.mainFile(), database, false, {});
+    io::CacheGenerator::fillSqlCacheFromQsf(analysis.mainFile(), database, false, {});
     database.execDML("COMMIT TRANSACTION");
 }
 
@@ -116,7 +116,7 @@ public:
         };
         execute("PRAGMA journal_mode=MEMORY");
         execute("BEGIN TRANSACTION");
-        for (const char* const statement : io::qsf2sql::g_createTables)
+        for (const char* const statement : io::qsf2sql::cache::g_createTables)
             execute(statement);
         run(m_inserted, connection,
             "INSERT INTO Spectra (Id, Segment, LineIndexId, LineIntensityId, LineIndexWidthId, "
@@ -131,7 +131,7 @@ public:
             "INSERT INTO Steps (TargetSpectrum,Number,IsolationType,ReactionType,MsLevel,Mass) "
             "VALUES (?,?,?,?,?,?)");
         if (withIndexes)
-            for (const char* const statement : io::qsf2sql::g_createIndexes)
+            for (const char* const statement : io::qsf2sql::cache::g_createIndexes)
                 execute(statement);
         execute("COMMIT TRANSACTION");
         sqlite3_close(connection);

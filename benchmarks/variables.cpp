@@ -74,7 +74,7 @@ public:
         cppsqlite::CppSQLite3DB database;
         database.open(cacheFile(), cppsqlite::CppSQLite3DB::OpenMode::Private);
         database.execDML("BEGIN TRANSACTION");
-        io::CacheGenerator(m_directory / "analysis.qsf", database, true, {});
+        io::CacheGenerator::fillSqlCacheFromQsf(m_directory / "analysis.qsf", database, true, {});
         database.execDML("COMMIT TRANSACTION");
     }
     std::string cacheFile() const { return (m_directory / "cache.sqlite").string(); }
@@ -93,7 +93,7 @@ void insertBare(const std::string& file, const Rows& rowsOfASpectrum) {
     };
     execute("PRAGMA journal_mode=MEMORY");
     execute("BEGIN TRANSACTION");
-    for (const char* const statement : io::qsf2sql::g_createTables)
+    for (const char* const statement : io::qsf2sql::cache::g_createTables)
         execute(statement);
     {
         BareStatement insert(connection, "INSERT INTO PerSpectrumVariables (Variable,Value,Spectrum) VALUES (?,?,?)");

@@ -38,7 +38,7 @@ void generate(const fs::path& mainFile) {
     kvan::cppsqlite::CppSQLite3DB database;
     database.open(":memory:");
     database.execDML("BEGIN TRANSACTION");
-    kvan::io::CacheGenerator(mainFile, database, true, {});
+    kvan::io::CacheGenerator::fillSqlCacheFromQsf(mainFile, database, true, {});
     database.execDML("COMMIT TRANSACTION");
 }
 

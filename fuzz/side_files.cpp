@@ -11,6 +11,7 @@ namespace {
 
 using namespace KVAN::io::QSF;
 using namespace kvan::io;
+using namespace kvan::io::qsf2sql::passes;
 
 template <class ReadEntry>
 void scanFile(const std::string& bytes, const SideFileHead& head, ReadEntry readEntry) {

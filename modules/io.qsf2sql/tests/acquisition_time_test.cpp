@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kvan::io {
+namespace kvan::io::qsf2sql::passes {
 namespace {
 
 struct Utc {
@@ -51,4 +51,4 @@ TEST(UtcToLocalTimeIso8601, GivesLocalTimeOrNamesTheFirstFieldOutOfRange) {
 }
 
 }  // namespace
-}  // namespace kvan::io
+}  // namespace kvan::io::qsf2sql::passes

@@ -32,7 +32,7 @@ public:
         m_database = std::make_unique<cppsqlite::CppSQLite3DB>();
         m_database->open(":memory:");
         m_database->execDML("BEGIN TRANSACTION");
-        CacheGenerator(file(".qsf"), *m_database, allVariables, requested);
+        CacheGenerator::fillSqlCacheFromQsf(file(".qsf"), *m_database, allVariables, requested);
         m_database->execDML("COMMIT TRANSACTION");
     }
 

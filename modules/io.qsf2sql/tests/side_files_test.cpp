@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kvan::io {
+namespace kvan::io::qsf2sql::passes {
 namespace {
 
 using namespace KVAN::io::QSF;
@@ -84,4 +84,4 @@ TEST(QuickInfoEntry, ReadsMassesAndCalibrationWhereTheRecordSays) {
 }
 
 }  // namespace
-}  // namespace kvan::io
+}  // namespace kvan::io::qsf2sql::passes

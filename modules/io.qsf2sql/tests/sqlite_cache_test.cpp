@@ -18,7 +18,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-namespace kvan::io {
+namespace kvan::io::qsf2sql::cache {
 namespace {
 
 namespace fs = boost::filesystem;
@@ -312,4 +312,4 @@ TEST_F(SqliteCache, ManyBuildersAtOnceAllGiveRightAnswers) {
 }
 
 }  // namespace
-}  // namespace kvan::io
+}  // namespace kvan::io::qsf2sql::cache

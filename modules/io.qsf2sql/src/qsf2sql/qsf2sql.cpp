@@ -1,4 +1,5 @@
 #include "qsf2sql/cache/sqlite_cache.h"
+#include "qsf2sql/cache_generator.h"
 #include "qsf2sql/qsf2sql_impl.h"
 
 #include <cppsqlite/CppSQLite3.h>
@@ -21,7 +22,8 @@ std::unique_ptr<cppsqlite::CppSQLite3DB> Qsf2Sql::getValidSQLiteCache(const boos
                                                                       boost::filesystem::path& cacheFile,
                                                                       bool* isTemporary,
                                                                       const VariablesPrefs& settings) {
-    return io::getValidSQLiteCache(qsfFile, cacheFile, isTemporary, settings);
+    return qsf2sql::cache::getValidSQLiteCache(qsfFile, cacheFile, isTemporary, settings,
+                                               &CacheGenerator::fillSqlCacheFromQsf);
 }
 
 std::uint64_t Qsf2Sql::getArrayLength(std::uint64_t id) {

@@ -2,6 +2,7 @@
 
 #include "qsf2sql/cache/cache_owner.h"
 #include "qsf2sql/cache/sqlite_cache.h"
+#include "qsf2sql/cache_generator.h"
 
 #include <compression/compressor_registry.h>
 #include <cppsqlite/simple_checked_query.h>
@@ -13,6 +14,8 @@
 #include <boost/uuid/string_generator.hpp>
 
 namespace kvan::io {
+
+namespace cache = qsf2sql::cache;
 
 Qsf2SqlImpl::Qsf2SqlImpl(const logging::Logger& logger, const boost::filesystem::path& qsfFile,
                          const CalibrationPrefs& calibrationPrefs, const VariablesPrefs& variablesPrefs)
@@ -32,12 +35,13 @@ Qsf2SqlImpl::Qsf2SqlImpl(const logging::Logger& logger, const boost::filesystem:
 
 void Qsf2SqlImpl::openCache(const VariablesPrefs& variablesPrefs) {
     bool isTemporary = false;
-    auto database = getValidSQLiteCache(m_qsfFile, m_cacheFile, &isTemporary, variablesPrefs);
+    auto database = cache::getValidSQLiteCache(m_qsfFile, m_cacheFile, &isTemporary, variablesPrefs,
+                                               &CacheGenerator::fillSqlCacheFromQsf);
     if (isTemporary) {
-        CacheDeleter deleter(m_cacheFile);
+        cache::CacheDeleter deleter(m_cacheFile);
         m_database = std::shared_ptr<cppsqlite::CppSQLite3DB>(database.release(), std::move(deleter));
     } else {
-        m_database = std::shared_ptr<cppsqlite::CppSQLite3DB>(database.release(), CacheCloser());
+        m_database = std::shared_ptr<cppsqlite::CppSQLite3DB>(database.release(), cache::CacheCloser());
     }
     KVAN_LOG(m_logger, TRACE) << "Using SQLite cache: " << sys::pathToUtf8(m_cacheFile);
 }

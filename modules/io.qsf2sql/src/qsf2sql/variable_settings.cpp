@@ -1,4 +1,4 @@
-#include "qsf2sql/variable_settings.h"
+#include "qsf2sql/variables/variable_settings.h"
 
 #include <algorithm>
 #include <atomic>

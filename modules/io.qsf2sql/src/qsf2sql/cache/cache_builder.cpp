@@ -12,7 +12,7 @@
 #include <string_view>
 #include <utility>
 
-namespace kvan::io {
+namespace kvan::io::qsf2sql::cache {
 
 namespace {
 
@@ -145,4 +145,4 @@ void CacheBuilder::logRefusal(const fs::path& cacheFile, const error_code& fault
                               << fs::filesystem_error("boost::filesystem::remove", cacheFile, fault).what();
 }
 
-}  // namespace kvan::io
+}  // namespace kvan::io::qsf2sql::cache

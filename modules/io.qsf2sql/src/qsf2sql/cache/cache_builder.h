@@ -14,7 +14,7 @@ namespace kvan::sys {
 class PrivateFile;
 }
 
-namespace kvan::io {
+namespace kvan::io::qsf2sql::cache {
 
 /// Fills an open, empty database with the cache of the main file, inside a transaction that its caller begins and
 /// commits. Leaves no statement of the connection alive.
@@ -50,4 +50,4 @@ private:
     const CacheFill& m_fill;
 };
 
-}  // namespace kvan::io
+}  // namespace kvan::io::qsf2sql::cache

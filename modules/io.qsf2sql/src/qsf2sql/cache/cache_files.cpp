@@ -6,7 +6,7 @@
 #include <boost/filesystem/operations.hpp>
 #include <boost/throw_exception.hpp>
 
-namespace kvan::io {
+namespace kvan::io::qsf2sql::cache {
 
 namespace fs = boost::filesystem;
 using cppsqlite::CppSQLite3DB;
@@ -45,4 +45,4 @@ void throwCannotOpenCache() {
     BOOST_THROW_EXCEPTION(cppsqlite::CppSQLite3Exception(SQLITE_CANTOPEN, sqlite3_errstr(SQLITE_CANTOPEN)));
 }
 
-}  // namespace kvan::io
+}  // namespace kvan::io::qsf2sql::cache

@@ -5,7 +5,7 @@
 #include <boost/filesystem/operations.hpp>
 #include <memory>
 
-namespace kvan::io {
+namespace kvan::io::qsf2sql::cache {
 
 /// The cache's place beside the main file, as relative or absolute as that is given.
 boost::filesystem::path cachePathBeside(const boost::filesystem::path& qsfFile);
@@ -23,4 +23,4 @@ std::unique_ptr<cppsqlite::CppSQLite3DB> openCache(const boost::filesystem::path
 /// The exception of a file that SQLite cannot open.
 [[noreturn]] void throwCannotOpenCache();
 
-}  // namespace kvan::io
+}  // namespace kvan::io::qsf2sql::cache

@@ -5,7 +5,7 @@
 
 #include <boost/filesystem/operations.hpp>
 
-namespace kvan::io {
+namespace kvan::io::qsf2sql::cache {
 
 void CacheCloser::operator()(cppsqlite::CppSQLite3DB* database) const noexcept {
     std::default_delete<cppsqlite::CppSQLite3DB>()(database);
@@ -28,4 +28,4 @@ void CacheDeleter::operator()(cppsqlite::CppSQLite3DB* database) const noexcept 
     }
 }
 
-}  // namespace kvan::io
+}  // namespace kvan::io::qsf2sql::cache

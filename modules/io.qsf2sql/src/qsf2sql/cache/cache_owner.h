@@ -5,7 +5,7 @@
 #include <boost/filesystem/path.hpp>
 #include <memory>
 
-namespace kvan::io {
+namespace kvan::io::qsf2sql::cache {
 
 /// Deleter of the connection to a cache that stays on disk.
 struct CacheCloser {
@@ -23,4 +23,4 @@ private:
     std::shared_ptr<const boost::filesystem::path> m_cacheFile;
 };
 
-}  // namespace kvan::io
+}  // namespace kvan::io::qsf2sql::cache

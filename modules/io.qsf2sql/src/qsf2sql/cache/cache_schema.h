@@ -1,6 +1,6 @@
 #pragma once
 
-namespace kvan::io::qsf2sql {
+namespace kvan::io::qsf2sql::cache {
 
 /// Version of everything below and of the meaning of every stored value. A cache of any other version is made anew.
 inline constexpr char g_schemaVersion[] = "1.6.2c";
@@ -58,4 +58,4 @@ inline constexpr const char* g_createIndexes[] = {
     "CREATE INDEX TrafoProfileMzHelper ON Spectra (ProfileMzId)",
 };
 
-}  // namespace kvan::io::qsf2sql
+}  // namespace kvan::io::qsf2sql::cache

@@ -15,7 +15,7 @@
 #include <utility>
 #include <vector>
 
-namespace kvan::io {
+namespace kvan::io::qsf2sql::cache {
 
 namespace {
 
@@ -78,7 +78,7 @@ bool isCompatible(CppSQLite3DB& database, bool wantAll, const std::unordered_set
     const auto version = readOrReport(logger, g_noSchema, [&] { return schemaVersion(database); });
     if (!version)
         return false;
-    if (*version != qsf2sql::g_schemaVersion) {
+    if (*version != g_schemaVersion) {
         KVAN_LOG(logger, DEBUG) << "The SQLite cache has an incompatible schema version (" << *version << ").";
         return false;
     }
@@ -120,4 +120,4 @@ bool isConsistentSQLiteCache(CppSQLite3DB& database, const fs::path& qsfFile) {
     return false;
 }
 
-}  // namespace kvan::io
+}  // namespace kvan::io::qsf2sql::cache

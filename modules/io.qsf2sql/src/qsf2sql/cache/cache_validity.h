@@ -6,7 +6,7 @@
 #include <string>
 #include <unordered_set>
 
-namespace kvan::io {
+namespace kvan::io::qsf2sql::cache {
 
 /// Whether the cache has the schema of this system and the variables asked for. What cannot be read makes it
 /// incompatible; a lock that another process holds for too long throws `CppSQLite3Exception`.
@@ -17,4 +17,4 @@ bool isCompatible(cppsqlite::CppSQLite3DB& database, bool wantAll, const std::un
 /// numbers, `boost::filesystem::filesystem_error` when a side file is missing.
 bool isConsistentSQLiteCache(cppsqlite::CppSQLite3DB& database, const boost::filesystem::path& qsfFile);
 
-}  // namespace kvan::io
+}  // namespace kvan::io::qsf2sql::cache

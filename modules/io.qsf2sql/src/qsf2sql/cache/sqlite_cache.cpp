@@ -2,7 +2,6 @@
 
 #include "qsf2sql/cache/cache_files.h"
 #include "qsf2sql/cache/cache_validity.h"
-#include "qsf2sql/cache_generator.h"
 
 #include <logger/logger.h>
 #include <qsf2sql/errors.h>
@@ -10,7 +9,7 @@
 
 #include <boost/throw_exception.hpp>
 
-namespace kvan::io {
+namespace kvan::io::qsf2sql::cache {
 
 namespace {
 
@@ -44,15 +43,6 @@ std::unique_ptr<CppSQLite3DB> reuseCache(const fs::path& qsfFile, const fs::path
 }  // namespace
 
 std::unique_ptr<CppSQLite3DB> getValidSQLiteCache(const fs::path& qsfFile, fs::path& cacheFile, bool* isTemporary,
-                                                  const VariablesPrefs& settings) {
-    const CacheFill fill = [](const fs::path& mainFile, CppSQLite3DB& database, bool allVariables,
-                              const std::unordered_set<std::string>& requestedVariables) {
-        CacheGenerator(mainFile, database, allVariables, requestedVariables);
-    };
-    return getValidSQLiteCache(qsfFile, cacheFile, isTemporary, settings, fill);
-}
-
-std::unique_ptr<CppSQLite3DB> getValidSQLiteCache(const fs::path& qsfFile, fs::path& cacheFile, bool* isTemporary,
                                                   const VariablesPrefs& settings, const CacheFill& fill) {
     bool unasked = false;
     bool& temporary = isTemporary == nullptr ? unasked : *isTemporary;
@@ -71,4 +61,4 @@ std::unique_ptr<CppSQLite3DB> getValidSQLiteCache(const fs::path& qsfFile, fs::p
     }
 }
 
-}  // namespace kvan::io
+}  // namespace kvan::io::qsf2sql::cache

@@ -6,7 +6,7 @@
 #include <cstdlib>
 #include <stdexcept>
 
-namespace kvan::io {
+namespace kvan::io::qsf2sql::passes {
 
 namespace {
 
@@ -52,4 +52,4 @@ std::string utcToLocalTimeIso8601(int year, int month, int day, int hour, int mi
     return text;
 }
 
-}  // namespace kvan::io
+}  // namespace kvan::io::qsf2sql::passes

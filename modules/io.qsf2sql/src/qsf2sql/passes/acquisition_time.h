@@ -2,7 +2,7 @@
 
 #include <string>
 
-namespace kvan::io {
+namespace kvan::io::qsf2sql::passes {
 
 /// The local time of an acquisition as "YYYY-MM-DDThh:mm:ss.fff+hh:mm" out of its UTC fields and the minutes by which
 /// local time is ahead of UTC.
@@ -12,4 +12,4 @@ namespace kvan::io {
 std::string utcToLocalTimeIso8601(int year, int month, int day, int hour, int minute, int second, int milliseconds,
                                   int offsetMinutes);
 
-}  // namespace kvan::io
+}  // namespace kvan::io::qsf2sql::passes

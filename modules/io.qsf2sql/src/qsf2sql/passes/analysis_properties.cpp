@@ -2,7 +2,7 @@
 
 #include "qsf2sql/passes/acquisition_time.h"
 
-namespace kvan::io::qsf2sql {
+namespace kvan::io::qsf2sql::passes {
 
 using namespace KVAN::io::QSF;
 
@@ -55,4 +55,4 @@ std::string instrumentSerialNumber(const SerialNumberParts& parts) {
     return parts.textA + "." + parts.textB;
 }
 
-}  // namespace kvan::io::qsf2sql
+}  // namespace kvan::io::qsf2sql::passes

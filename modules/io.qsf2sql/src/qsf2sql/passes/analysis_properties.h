@@ -8,7 +8,7 @@
 #include <string>
 #include <string_view>
 
-namespace kvan::io::qsf2sql {
+namespace kvan::io::qsf2sql::passes {
 
 /// Fills the table `Properties`.
 class AnalysisProperties {
@@ -35,4 +35,4 @@ struct SerialNumberParts {
 
 std::string instrumentSerialNumber(const SerialNumberParts& parts);
 
-}  // namespace kvan::io::qsf2sql
+}  // namespace kvan::io::qsf2sql::passes

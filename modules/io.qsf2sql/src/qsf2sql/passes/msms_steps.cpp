@@ -2,7 +2,7 @@
 
 #include <utility>
 
-namespace kvan::io::qsf2sql {
+namespace kvan::io::qsf2sql::passes {
 
 bool measuresAutoMsMs(std::uint16_t instrumentFamily) {
     return instrumentFamily == 1 || instrumentFamily == 2 || (instrumentFamily >= 6 && instrumentFamily <= 9);
@@ -55,4 +55,4 @@ void MsMsSteps::write(std::uint32_t target, const std::vector<float>& masses) {
     }
 }
 
-}  // namespace kvan::io::qsf2sql
+}  // namespace kvan::io::qsf2sql::passes

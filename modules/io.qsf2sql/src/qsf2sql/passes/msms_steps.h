@@ -7,7 +7,7 @@
 #include <optional>
 #include <vector>
 
-namespace kvan::io::qsf2sql {
+namespace kvan::io::qsf2sql::passes {
 
 /// Whether the order of the spectra tells which spectrum an MS^n spectrum was taken from, by the instrument family of
 /// the analysis description.
@@ -37,4 +37,4 @@ private:
     bool m_missingParentReported = false;
 };
 
-}  // namespace kvan::io::qsf2sql
+}  // namespace kvan::io::qsf2sql::passes

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <vector>
 
-namespace kvan::io::qsf2sql {
+namespace kvan::io::qsf2sql::passes {
 
 /// A set of spectrum numbers: 4 bytes a number, filled in any order first and only asked afterwards.
 class NumberSet {
@@ -28,4 +28,4 @@ private:
     bool m_isSorted = true;
 };
 
-}  // namespace kvan::io::qsf2sql
+}  // namespace kvan::io::qsf2sql::passes

@@ -4,7 +4,7 @@
 
 #include <utility>
 
-namespace kvan::io::qsf2sql {
+namespace kvan::io::qsf2sql::passes {
 
 using calibration::ICalibrationTransformator;
 
@@ -80,4 +80,4 @@ std::shared_ptr<ICalibrationTransformator> ReferenceTransformatorMap::Level::use
     return entry.transformator;
 }
 
-}  // namespace kvan::io::qsf2sql
+}  // namespace kvan::io::qsf2sql::passes

@@ -11,7 +11,7 @@
 #include <unordered_map>
 #include <vector>
 
-namespace kvan::io::qsf2sql {
+namespace kvan::io::qsf2sql::passes {
 
 /// The reference calibrations of an analysis by acquisition key, those for MS^1 apart from those for MS^n. Remembers
 /// which of them were used: only these reach the cache.
@@ -55,4 +55,4 @@ private:
     Level m_msn;
 };
 
-}  // namespace kvan::io::qsf2sql
+}  // namespace kvan::io::qsf2sql::passes

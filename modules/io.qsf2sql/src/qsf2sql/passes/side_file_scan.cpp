@@ -2,7 +2,7 @@
 
 #include <ios>
 
-namespace kvan::io {
+namespace kvan::io::qsf2sql::passes {
 
 using namespace KVAN::io::QSF;
 
@@ -33,4 +33,4 @@ void SideFileScan::passHead() {
     }
 }
 
-}  // namespace kvan::io
+}  // namespace kvan::io::qsf2sql::passes

@@ -3,7 +3,7 @@
 #include <logger/logger.h>
 #include <qsf2sql/qsf_blocked_reader.h>
 
-namespace kvan::io {
+namespace kvan::io::qsf2sql::passes {
 
 /// How the head of a side file is told from its entries.
 struct SideFileHead {
@@ -42,4 +42,4 @@ private:
     bool m_inEntries = false;
 };
 
-}  // namespace kvan::io
+}  // namespace kvan::io::qsf2sql::passes

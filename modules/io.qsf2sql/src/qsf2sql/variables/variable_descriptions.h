@@ -56,8 +56,8 @@ class VariableDescriptions {
 public:
     VariableDescriptions(const KVAN::io::QSF::VarTabDescBlock& declarations, std::span<const BuiltInVariable> builtIns,
                          bool allVariables, const std::unordered_set<std::string>& requested);
-    VariableDescriptions(const VariableDescriptions&) = delete;
-    VariableDescriptions& operator=(const VariableDescriptions&) = delete;
+    /// Only moved: names are found through views into the records.
+    VariableDescriptions(VariableDescriptions&&) = default;
 
     /// Null for an index that is not declared or whose variable is not kept. Of two declarations of one index the first
     /// counts.
