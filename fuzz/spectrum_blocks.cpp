@@ -22,7 +22,8 @@ std::vector<double> scanElements(const std::string& bytes, Access access,
     std::vector<double> elements;
     try {
         scan.Read(*readerOf(bytes, access), compressor);
-        scan.GetScanDataSave(elements);
+        elements.resize(scan.GetNumberOfEntries());
+        scan.GetScanDataSave(std::span(elements));
     } catch (const kvan::io::Qsf2SqlFileFormatError&) {
         if (scan.GetElementType() != ELEMENT_UNKNOWN)
             std::abort();
@@ -33,13 +34,12 @@ std::vector<double> scanElements(const std::string& bytes, Access access,
 }
 
 std::uint64_t fieldPosition(const std::string& bytes, Access access, std::uint8_t field) {
-    LineSpectrumBlock lines;
     try {
-        lines.ReadHeaderAndSeekToFieldData(*readerOf(bytes, access), field);
+        return LineSpectrumBlock::Locate(*readerOf(bytes, access), 0, field).position;
     } catch (const kvan::io::Qsf2SqlFileFormatError&) {
     } catch (const std::invalid_argument&) {
     }
-    return lines.GetDataPosition();
+    return 0;
 }
 
 bool sameBits(const std::vector<double>& first, const std::vector<double>& second) {

@@ -20,6 +20,7 @@
 
 namespace {
 
+using kvan::io::c::rememberFailure;
 using kvan::io::c::StorageHandle;
 using kvan::logging::Logger;
 
@@ -27,19 +28,12 @@ Logger boundaryLogger() {
     return Logger::getLogger("kvan.io.qsf2sql.c_dll");
 }
 
-/// Runs `work` and gives its result, or 0 when it throws, with the reason kept for this thread.
-template <class Result, class Work>
-Result guarded(Work work) {
-    try {
-        return work();
-    } catch (const std::exception& fault) {
-        kvan::io::c::rememberFailure(fault);
-        return 0;
-    }
+StorageHandle& instance(std::uint64_t handle) {
+    return *reinterpret_cast<StorageHandle*>(handle);
 }
 
-StorageHandle& storage(std::uint64_t handle) {
-    return *reinterpret_cast<StorageHandle*>(handle);
+kvan::io::Qsf2Sql& storage(std::uint64_t handle) {
+    return instance(handle).storage();
 }
 
 void checkUtf8(const std::string& text) {
@@ -62,50 +56,51 @@ std::string sqliteCacheFilename(const std::string& path, bool allVariables) {
     return kvan::sys::pathToUtf8(cacheFile);
 }
 
-template <class T>
-int readArray(std::uint64_t handle, std::uint64_t id, T* out) {
-    return guarded<int>([&] {
-        storage(handle).readArray(id, out);
-        return 1;
-    });
-}
-
 }  // namespace
 
 extern "C" {
 
-std::uint64_t qsf2sql_array_open_storage(int raw_calibration, const char* path) {
-    return guarded<std::uint64_t>([&] {
-        KVAN_LOG(boundaryLogger(), TRACE) << "Opening " << path << ", raw_calibration = " << raw_calibration;
-        checkUtf8(path);
-        auto handle = std::make_unique<StorageHandle>(path, raw_calibration != 0);
-        return static_cast<std::uint64_t>(reinterpret_cast<std::uintptr_t>(handle.release()));
-    });
+std::uint64_t qsf2sql_array_open_storage(int raw_calibration, const char* path) try {
+    KVAN_LOG(boundaryLogger(), TRACE) << "Opening " << path << ", raw_calibration = " << raw_calibration;
+    checkUtf8(path);
+    auto handle = std::make_unique<StorageHandle>(path, raw_calibration != 0);
+    return static_cast<std::uint64_t>(reinterpret_cast<std::uintptr_t>(handle.release()));
+} catch (const std::exception& fault) {
+    return rememberFailure(fault);
 }
 
 void qsf2sql_array_close_storage(std::uint64_t handle) {
     KVAN_LOG(boundaryLogger(), TRACE) << "Closing handle " << handle;
     if (handle != 0)
-        std::unique_ptr<StorageHandle>(&storage(handle)).reset();
+        std::unique_ptr<StorageHandle>(&instance(handle)).reset();
 }
 
-int qsf2sql_array_get_num_elements(std::uint64_t handle, std::uint64_t id, std::uint64_t* out_count) {
-    return guarded<int>([&] {
-        *out_count = storage(handle).getArrayLength(id);
-        return 1;
-    });
+int qsf2sql_array_get_num_elements(std::uint64_t handle, std::uint64_t id, std::uint64_t* out_count) try {
+    *out_count = storage(handle).getArrayLength(id);
+    return 1;
+} catch (const std::exception& fault) {
+    return rememberFailure(fault);
 }
 
-int qsf2sql_array_read_double(std::uint64_t handle, std::uint64_t id, double* out) {
-    return readArray(handle, id, out);
+int qsf2sql_array_read_double(std::uint64_t handle, std::uint64_t id, double* out) try {
+    storage(handle).readArrayData(id, out);
+    return 1;
+} catch (const std::exception& fault) {
+    return rememberFailure(fault);
 }
 
-int qsf2sql_array_read_float(std::uint64_t handle, std::uint64_t id, float* out) {
-    return readArray(handle, id, out);
+int qsf2sql_array_read_float(std::uint64_t handle, std::uint64_t id, float* out) try {
+    storage(handle).readArrayData(id, out);
+    return 1;
+} catch (const std::exception& fault) {
+    return rememberFailure(fault);
 }
 
-int qsf2sql_array_read_uint32(std::uint64_t handle, std::uint64_t id, std::uint32_t* out) {
-    return readArray(handle, id, out);
+int qsf2sql_array_read_uint32(std::uint64_t handle, std::uint64_t id, std::uint32_t* out) try {
+    storage(handle).readArrayData(id, out);
+    return 1;
+} catch (const std::exception& fault) {
+    return rememberFailure(fault);
 }
 
 std::uint32_t qsf2sql_get_last_error_string(char* buffer, std::uint32_t size) {
@@ -124,16 +119,16 @@ std::uint32_t qsf2sql_get_sqlite_cache_filename(char* buffer, std::uint32_t size
 }
 
 std::uint32_t qsf2sql_get_sqlite_cache_filename_v2(char* buffer, std::uint32_t size, const char* path,
-                                                   int all_variables) {
-    return guarded<std::uint32_t>([&]() -> std::uint32_t {
-        KVAN_LOG(boundaryLogger(), TRACE) << "Get SQLite cache for " << path;
-        const std::string cacheFile = sqliteCacheFilename(path, all_variables != 0);
-        const std::size_t needed = cacheFile.size() + 1;
-        if (size < needed)
-            return static_cast<std::uint32_t>(needed);
-        std::memcpy(buffer, cacheFile.c_str(), needed);
-        return size;
-    });
+                                                   int all_variables) try {
+    KVAN_LOG(boundaryLogger(), TRACE) << "Get SQLite cache for " << path;
+    const std::string cacheFile = sqliteCacheFilename(path, all_variables != 0);
+    const std::size_t needed = cacheFile.size() + 1;
+    if (size < needed)
+        return static_cast<std::uint32_t>(needed);
+    std::memcpy(buffer, cacheFile.c_str(), needed);
+    return size;
+} catch (const std::exception& fault) {
+    return rememberFailure(fault);
 }
 
 void qsf2sql_set_num_threads(int count) {

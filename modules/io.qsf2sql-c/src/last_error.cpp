@@ -33,18 +33,19 @@ void setLastError(const std::string& text) {
     *slot() = text;
 }
 
-void rememberFailure(const std::exception& fault) noexcept {
+int rememberFailure(const std::exception& fault) noexcept {
     try {
         setLastError(inUtf8(fault.what()));
         const auto logger = logging::Logger::getLogger("kvan.io.qsf2sql.c_dll");
         if (!logger.isEnabled(logging::Level::DEBUG))
-            return;
+            return 0;
         const std::string diagnostics = boost::diagnostic_information(fault, true);
         if (!diagnostics.empty())
             KVAN_LOG(logger, DEBUG) << "Caught std::exception with boost::diagnostic_information = \n" << diagnostics;
     } catch (...) {
         // No memory for the text: the caller still sees the failure in the return value.
     }
+    return 0;
 }
 
 const char* lastErrorText() {

@@ -5,8 +5,9 @@
 
 namespace kvan::io::c {
 
-/// Logs the fault with its full diagnostic text at DEBUG and keeps its plain text for this thread. Never throws.
-void rememberFailure(const std::exception& fault) noexcept;
+/// Logs the fault with its full diagnostic text at DEBUG and keeps its plain text for this thread. Never throws. Gives
+/// 0, the result of every exported function that has failed.
+int rememberFailure(const std::exception& fault) noexcept;
 
 /// Keeps a text as the last error of this thread.
 void setLastError(const std::string& text);

@@ -18,9 +18,10 @@ namespace fs = boost::filesystem;
 TEST(QSFBlockedReader, FailsWhereTheFileEndsAndStaysFailed) {
     using Step = std::function<void(QSFBlockedReader&)>;
     char bytes[16];
+    std::vector<std::uint32_t> words;
     const Step failures[] = {
-        [&](QSFBlockedReader& reader) { reader.read(bytes, 11); },
-        [&](QSFBlockedReader& reader) { reader.read(bytes, -1); },
+        [&](QSFBlockedReader& reader) { readArray(reader, std::span(bytes, 11)); },
+        [&](QSFBlockedReader& reader) { readArray(reader, std::uint64_t{1} << 62, words); },
         [&](QSFBlockedReader& reader) { reader.seekTo(std::uint64_t{1} << 63); },
         [&](QSFBlockedReader& reader) { reader.skip(-1); },
         [&](QSFBlockedReader& reader) { reader.requireAvailable(11, 1); },
@@ -28,12 +29,13 @@ TEST(QSFBlockedReader, FailsWhereTheFileEndsAndStaysFailed) {
         [&](QSFBlockedReader& reader) { reader.requireAvailable((std::uint64_t{1} << 61) + 1, 8); },
         [&](QSFBlockedReader& reader) {
             reader.seekTo(INT64_MAX);
-            reader.read(bytes, 1);
+            readRecord<char>(reader);
         },
     };
     const Step laterSteps[] = {
-        [&](QSFBlockedReader& reader) { reader.read(bytes, 1); },
-        [&](QSFBlockedReader& reader) { reader.read(bytes, 0); },
+        [&](QSFBlockedReader& reader) { readRecord<char>(reader); },
+        [&](QSFBlockedReader& reader) { readArray(reader, std::span<char>()); },
+        [&](QSFBlockedReader& reader) { reader.requireSound(); },
         [&](QSFBlockedReader& reader) { reader.seekTo(0); },
         [&](QSFBlockedReader& reader) { reader.skip(0); },
         [&](QSFBlockedReader& reader) { reader.requireAvailable(0, 1); },
@@ -49,16 +51,14 @@ TEST(QSFBlockedReader, FailsWhereTheFileEndsAndStaysFailed) {
 
 TEST(QSFBlockedReader, PositionsBehindTheEndAreNoFailure) {
     const auto reader = readerOf("0123456789");
-    char byte = 0;
     for (const std::uint64_t position : {0U, 10U, 5000U}) {
         reader->seekTo(position);
-        reader->read(nullptr, 0);
+        readArray(*reader, std::span<double>());
         reader->requireAvailable(0, 8);
     }
     reader->skip(-4991);
     reader->requireAvailable(1, 1);
-    reader->read(&byte, 1);
-    EXPECT_EQ(byte, '9');
+    EXPECT_EQ(readRecord<char>(*reader), '9');
     EXPECT_EQ(reader->tell(), 10u);
 }
 
@@ -75,9 +75,9 @@ TEST(QSFBlockedReader, AnyPatternOfReadsGivesTheBytesOfTheFile) {
             if (random() % 3 == 0)
                 position = random() % bytes.size();
             const std::uint64_t count = std::min<std::uint64_t>(random() % reach, bytes.size() - position);
-            std::string got(count, '\0');
+            std::string got;
             reader->seekTo(position);
-            reader->read(got.data(), static_cast<std::int64_t>(count));
+            readArray(*reader, count, got);
             ASSERT_EQ(got.compare(0, count, bytes, position, count), 0) << position << " " << count;
             position = reader->tell();
         }
@@ -89,13 +89,12 @@ TEST(QSFBlockedReader, FollowsAFileThatGrows) {
     fs::ofstream writer(path);
     writer << "01234567" << std::flush;
     QSFBlockedReader reader(path, Access::Scan);
-    std::string bytes(24, '\0');
     reader.requireAvailable(8, 1);
-    reader.read(bytes.data(), 4);
+    EXPECT_EQ(readRecord<std::uint32_t>(reader), 0x33323130u);
     writer << "89abcdefghijklmn" << std::flush;
-    reader.requireAvailable(20, 1);
-    reader.read(bytes.data() + 4, 20);
-    EXPECT_EQ(bytes, "0123456789abcdefghijklmn");
+    std::string bytes;
+    readArray(reader, 20, bytes);
+    EXPECT_EQ(bytes, "456789abcdefghijklmn");
     fs::remove(path);
 }
 

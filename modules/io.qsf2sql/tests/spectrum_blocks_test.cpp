@@ -35,9 +35,9 @@ ScanSpectrumBlock readScan(const Bytes& bytes, bool withCompressor = false) {
 
 template <class To>
 std::vector<To> elementsAs(const ScanSpectrumBlock& scan) {
-    std::vector<To> scratch{To(99)};
-    const std::span<const To> elements = scan.GetScanDataSave(scratch);
-    return {elements.begin(), elements.end()};
+    std::vector<To> elements(scan.GetNumberOfEntries());
+    scan.GetScanDataSave(std::span(elements));
+    return elements;
 }
 
 template <class Stored>
@@ -104,7 +104,7 @@ TEST(ScanSpectrumBlock, AFailureLeavesTheTypeUnknownAndSaysWhy) {
         EXPECT_EQ(scan.GetElementType(), ELEMENT_UNKNOWN);
         EXPECT_EQ(failureOf([&] { scan.GetNumberOfEntries(); }),
                   "FAULT_BASE_UNKNOWN_DATA_TYPE, __FILE__,__LINE__, ScanSpectrumBlock::GetNumberOfEntries");
-        EXPECT_EQ(failureOf([&] { elementsAs<float>(scan); }),
+        EXPECT_EQ(failureOf([&] { scan.GetScanDataSave(std::span<float>()); }),
                   "FAULT_BASE_UNKNOWN_DATA_TYPE, __FILE__,__LINE__, unknown scan data type");
     }
     for (std::size_t size = 0; size < whole.size(); ++size)
@@ -129,34 +129,30 @@ TEST(LineSpectrumBlock, EveryLayoutTellsTypeAndPlaceOfEveryField) {
         for (std::uint8_t field = 16; field <= 21; ++field) {
             // The claim of four billion lines takes no memory, and the fields need not lie in the file.
             const auto reader = readerOf("ab" + lineBlock(layout, 4294967295u), Access::Arrays);
-            reader->seekTo(2);
-            LineSpectrumBlock lines;
-            ASSERT_TRUE(lines.ReadHeaderAndSeekToFieldData(*reader, field));
-            EXPECT_EQ(lines.GetNativeType(), types[layout - 1][field == 16 ? 0 : 1]);
-            EXPECT_EQ(lines.GetNumberOfEntries(), 4294967295u);
-            EXPECT_EQ(lines.GetDataPosition(), 2u + 52 + 44 + 100 * (field - 16u));
-            EXPECT_EQ(reader->tell(), lines.GetDataPosition());
+            const kvan::io::StoredArray stored = LineSpectrumBlock::Locate(*reader, 2, field);
+            EXPECT_EQ(stored.type, types[layout - 1][field == 16 ? 0 : 1]);
+            EXPECT_EQ(stored.count, 4294967295u);
+            EXPECT_EQ(stored.position, 2u + 52 + 44 + 100 * (field - 16u));
         }
     }
 }
 
 TEST(LineSpectrumBlock, AnAbsentFieldHasNoEntriesAndAnImpossibleOneIsRefused) {
-    LineSpectrumBlock lines;
-    EXPECT_FALSE(lines.ReadHeaderAndSeekToFieldData(*readerOf(lineBlock(1, 5, 19)), 19));
-    EXPECT_EQ(lines.GetNumberOfEntries(), 0u);
-    EXPECT_EQ(lines.GetDataPosition(), 0u);
-    EXPECT_TRUE(lines.ReadHeaderAndSeekToFieldData(*readerOf(lineBlock(1, 0)), 19));
+    const kvan::io::StoredArray absent = LineSpectrumBlock::Locate(*readerOf(lineBlock(1, 5, 19)), 0, 19);
+    EXPECT_EQ(absent.type, NativeType::Absent);
+    EXPECT_EQ(absent.count, 0u);
+    EXPECT_EQ(LineSpectrumBlock::Locate(*readerOf(lineBlock(1, 0)), 0, 19).type, NativeType::Float);
 
     for (const int field : {15, 22}) {
         try {
-            lines.ReadHeaderAndSeekToFieldData(*readerOf(lineBlock(1, 5)), static_cast<std::uint8_t>(field));
+            LineSpectrumBlock::Locate(*readerOf(lineBlock(1, 5)), 0, static_cast<std::uint8_t>(field));
             ADD_FAILURE() << field;
         } catch (const std::invalid_argument& failure) {
             EXPECT_EQ(failure.what(), "Requested field ID out of range: #" + std::to_string(field));
         }
     }
     const auto failureFor = [&](const Bytes& bytes) {
-        return failureOf([&] { lines.ReadHeaderAndSeekToFieldData(*readerOf(bytes), 16); });
+        return failureOf([&] { LineSpectrumBlock::Locate(*readerOf(bytes), 0, 16); });
     };
     for (const std::uint32_t layout : {0u, 4u, 0x10001u})
         EXPECT_EQ(failureFor(lineBlock(layout, 5)), "Shouldn't happen");

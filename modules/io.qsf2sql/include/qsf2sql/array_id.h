@@ -49,4 +49,13 @@ enum class NativeType : int {
 
 }  // namespace qsf2sql_detail
 
+/// What locating an array gives: of what type its elements are, how many there are, and where they begin. Holds
+/// whatever is read in between, and promises nothing about any reader.
+struct StoredArray {
+    qsf2sql_detail::NativeType type = qsf2sql_detail::NativeType::Absent;
+    std::uint64_t count = 0;
+    /// In the main file: of the first element of a line field, of the block of a scan, whose elements are decoded.
+    std::uint64_t position = 0;
+};
+
 }  // namespace kvan::io

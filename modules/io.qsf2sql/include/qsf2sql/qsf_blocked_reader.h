@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <cstring>
 #include <memory>
+#include <span>
 #include <type_traits>
 #include <vector>
 
@@ -38,17 +39,6 @@ public:
     QSFBlockedReader(const QSFBlockedReader&) = delete;
     QSFBlockedReader& operator=(const QSFBlockedReader&) = delete;
 
-    /// Reads `count` bytes at the position and moves behind them.
-    void read(char* destination, std::int64_t count) {
-        const std::uint64_t offset = m_position - m_windowStart;  // huge ahead of the window
-        const auto wanted = static_cast<std::uint64_t>(count);
-        if (m_failed || count <= 0 || offset >= m_windowSize || wanted > m_windowSize - offset) [[unlikely]]
-            return readBeyondWindow(destination, count);
-        std::memcpy(destination, m_window.data() + offset, wanted);
-        m_position += wanted;
-        ++m_windowReads;
-    }
-
     /// Moves to `offset` from the file's first byte, which may lie behind the end.
     void seekTo(std::uint64_t offset) {
         if (m_failed || offset > g_lastOffset) [[unlikely]]
@@ -61,9 +51,15 @@ public:
 
     std::uint64_t tell() const { return m_position; }
 
-    /// Fails as a read of `count` elements of `size` bytes (not 0) at the position would, before memory is taken for
-    /// them.
+    /// Fails as a read of `count` elements of `size` bytes (not 0) at the position would. For what is checked and not
+    /// read; `readArray` asks by itself.
     void requireAvailable(std::uint64_t count, std::uint64_t size);
+
+    /// Fails if something has failed before.
+    void requireSound() {
+        if (m_failed) [[unlikely]]
+            readError();
+    }
 
     /// Finds the block at `blockPosition`, sets `blockSize` and gives the size: of a container without its own 24
     /// bytes, leaving the position at the contained entry; of any other block whole, leaving the position at its first
@@ -80,8 +76,28 @@ public:
 private:
     static constexpr std::uint64_t g_lastOffset = INT64_MAX;
 
-    void readBeyondWindow(char* destination, std::int64_t count);
-    void refill(std::uint64_t wanted);
+    // The only ways to bytes of the file, so that nobody takes an array whose claim was not held against the file.
+    template <class Record>
+    friend Record readRecord(QSFBlockedReader& reader);
+    template <class Container>
+    friend void readArray(QSFBlockedReader& reader, std::uint64_t count, Container& to);
+    template <class Element>
+    friend void readArray(QSFBlockedReader& reader, std::span<Element> to);
+
+    /// The next `count` bytes, which it moves behind, if the window holds them all; else null, and nothing has
+    /// happened.
+    const char* takeFromWindow(std::uint64_t count) {
+        const std::uint64_t offset = m_position - m_windowStart;  // huge before the window
+        if (m_failed || count == 0 || offset >= m_windowSize || count > m_windowSize - offset) [[unlikely]]
+            return nullptr;
+        m_position += count;
+        ++m_windowReads;
+        return m_window.data() + offset;
+    }
+
+    /// Reads `count` bytes at the position and moves behind them.
+    void readBytes(void* destination, std::uint64_t count);
+    std::uint64_t nextWindowSize(std::uint64_t wanted);
     std::uint64_t bytesLeft() const { return m_position < m_fileSize ? m_fileSize - m_position : 0; }
 
     logging::Logger m_logger;
@@ -104,8 +120,29 @@ template <class Record>
 Record readRecord(QSFBlockedReader& reader) {
     static_assert(std::is_trivially_copyable_v<Record>);
     Record record;
-    reader.read(reinterpret_cast<char*>(&record), sizeof record);
+    if (const char* const bytes = reader.takeFromWindow(sizeof record))
+        std::memcpy(&record, bytes, sizeof record);
+    else
+        reader.readBytes(&record, sizeof record);
     return record;
+}
+
+/// Reads `count` elements at the reader's position into a vector or string, which gets that size. A count that the file
+/// cannot hold fails before it takes memory.
+template <class Container>
+void readArray(QSFBlockedReader& reader, std::uint64_t count, Container& to) {
+    using Element = typename Container::value_type;
+    static_assert(std::is_trivially_copyable_v<Element>);
+    reader.requireAvailable(count, sizeof(Element));
+    to.resize(count);
+    reader.readBytes(to.data(), count * sizeof(Element));
+}
+
+/// The same into memory that is there; what it held is lost also where the read fails.
+template <class Element>
+void readArray(QSFBlockedReader& reader, std::span<Element> to) {
+    static_assert(std::is_trivially_copyable_v<Element>);
+    reader.readBytes(to.data(), to.size_bytes());
 }
 
 }  // namespace kvan::io

@@ -9,8 +9,6 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
-#include <span>
-#include <vector>
 
 namespace kvan::cppsqlite {
 class CppSQLite3DB;
@@ -44,13 +42,14 @@ public:
     /// Number of elements of the array, 0 if its block does not have this component.
     std::uint64_t getArrayLength(std::uint64_t id);
 
+    /// How its elements are stored; m/z are doubles. Scans of signed integers are refused.
     qsf2sql_detail::NativeType getNativeStorageFormat(std::uint64_t id);
 
-    /// The elements of the array as `T` (`double`, `float` or `unsigned int`), converted where they are stored
-    /// otherwise: in the decoded block where it holds them as `T`, else in `scratch`. Valid until the next call.
-    /// Nothing, and `scratch` as it was, if the block does not have this component.
+    /// Fills `out`, of `getArrayLength(id)` elements, with the array as `T` (`double`, `float` or `unsigned int`),
+    /// converted where it is stored otherwise. False if the block does not have this component. `out` is untouched
+    /// then, and where it throws.
     template <class T>
-    std::optional<std::span<const T>> readArrayData(std::uint64_t id, std::vector<T>& scratch);
+    bool readArrayData(std::uint64_t id, T* out);
 
 private:
     logging::Logger m_logger;

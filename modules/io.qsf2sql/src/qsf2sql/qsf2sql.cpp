@@ -26,21 +26,4 @@ std::unique_ptr<cppsqlite::CppSQLite3DB> Qsf2Sql::getValidSQLiteCache(const boos
                                                &CacheGenerator::fillSqlCacheFromQsf);
 }
 
-std::uint64_t Qsf2Sql::getArrayLength(std::uint64_t id) {
-    return m_impl->getArrayLength(id);
-}
-
-qsf2sql_detail::NativeType Qsf2Sql::getNativeStorageFormat(std::uint64_t id) {
-    return m_impl->getNativeStorageFormat(id);
-}
-
-template <class T>
-std::optional<std::span<const T>> Qsf2Sql::readArrayData(std::uint64_t id, std::vector<T>& scratch) {
-    return m_impl->readArrayData<T>(id, scratch);
-}
-
-template std::optional<std::span<const double>> Qsf2Sql::readArrayData(std::uint64_t, std::vector<double>&);
-template std::optional<std::span<const float>> Qsf2Sql::readArrayData(std::uint64_t, std::vector<float>&);
-template std::optional<std::span<const unsigned int>> Qsf2Sql::readArrayData(std::uint64_t, std::vector<unsigned int>&);
-
 }  // namespace kvan::io

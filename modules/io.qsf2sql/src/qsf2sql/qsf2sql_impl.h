@@ -1,6 +1,5 @@
 #pragma once
 
-#include "qsf2sql/qsflib/LineSpectrumBlock.h"
 #include "qsf2sql/qsflib/ScanSpectrumBlock.h"
 #include "qsf2sql/recalibration/spectrum_calibrations.h"
 
@@ -22,17 +21,30 @@
 
 namespace kvan::io {
 
-/// State of an open analysis. Holds the block that was read last of each kind, so that length, intensities and m/z of
-/// one spectrum decode it once.
+/// State of an open analysis, and the steps of a read. Remembers the scan and the line field that were asked for last,
+/// so that length, intensities and m/z of one spectrum look at the file once.
 class Qsf2SqlImpl {
 public:
     Qsf2SqlImpl(const logging::Logger& logger, const boost::filesystem::path& qsfFile,
                 const CalibrationPrefs& calibrationPrefs, const VariablesPrefs& variablesPrefs);
 
-    std::uint64_t getArrayLength(std::uint64_t id);
-    qsf2sql_detail::NativeType getNativeStorageFormat(std::uint64_t id);
+    /// The Id, with a line in the trace that begins with `what`. Throws `Qsf2SqlCacheError` for one without a kind.
+    ArrayId checkId(std::uint64_t id, const char* what) const;
+    /// The lines about a read as `T` of an array that is stored as `native`.
     template <class T>
-    std::optional<std::span<const T>> readArrayData(std::uint64_t id, std::vector<T>& scratch);
+    void traceRead(ArrayId id, qsf2sql_detail::NativeType native) const;
+
+    /// Where the array lies; of m/z, how many there are, as doubles. Throws `Qsf2SqlFileFormatError`, also for a scan
+    /// of signed integers, and `std::runtime_error` "Shouldn't happen." for a kind that is none.
+    StoredArray locate(ArrayId id);
+
+    /// The scan at `offset` in the main file, decoded; stays until another one is asked for.
+    const KVAN::io::QSF::ScanSpectrumBlock& scanAt(std::uint64_t offset);
+
+    /// Fills `to`, of `stored.count` elements, with the array that `locate` has found for `id`, converted from its
+    /// stored type. Nothing is written to `to` before all that can fail is done.
+    template <class T>
+    void fetch(ArrayId id, const StoredArray& stored, std::span<T> to);
 
 private:
     void openCache(const VariablesPrefs& variablesPrefs);
@@ -41,19 +53,16 @@ private:
     void completeStateSelector();
     void openCalibratorAmi(const boost::filesystem::path& file);
 
-    void checkId(std::uint64_t id, const char* what) const;
-    void loadScanBlock(std::uint64_t offset);
-    bool loadLineHeader(ArrayId id);
+    void traceId(ArrayId id, const char* what) const;
+    const StoredArray& lineField(ArrayId id);
 
+    /// The elements of a line field as they are stored; `T` is their type.
     template <class T>
-    std::span<const T> readNativeArrayData(std::uint64_t id, std::vector<T>& scratch);
-    template <class T>
-    std::span<const T> lowLevelReadNativeArrayData(ArrayId id, std::vector<T>& scratch);
-    template <class T, class Native>
-    std::span<const T> readAs(std::uint64_t id, std::vector<T>& scratch);
+    std::span<const T> lowLevelReadNativeArrayData(const StoredArray& stored, std::vector<T>& elements);
 
-    std::span<const double> readLineMz(ArrayId id, std::vector<double>& scratch);
-    std::span<const double> readProfileMz(ArrayId id, std::vector<double>& scratch);
+    // In Th, in `m_doubles`.
+    std::span<const double> lineMz(ArrayId id);
+    std::span<const double> profileMz(ArrayId id);
 
     logging::Logger m_logger;
     logging::Logger m_idLogger;
@@ -65,9 +74,10 @@ private:
     std::shared_ptr<compression::ICompressor> m_compressor;
     KVAN::io::QSF::ScanSpectrumBlock m_scan;
     std::uint64_t m_lastScanOffset = 0;  // no block lies at 0
-    KVAN::io::QSF::LineSpectrumBlock m_lines;
-    std::uint64_t m_lastLineId = 0;
-    bool m_lastLineFieldExists = false;
+    StoredArray m_lastLineField;
+    std::uint64_t m_lastLineId = 0;  // no Id is 0
+    std::vector<double> m_doubles;   // line fields and m/z on their way; keep their capacity
+    std::vector<float> m_floats;
     CalibrationPrefs m_calibrationPrefs;
     std::unique_ptr<CalibratorAmiReader> m_amiReader;  // one of the two at most
     std::unique_ptr<calibration::CalibrationReaderSqlite> m_calibrationReader;

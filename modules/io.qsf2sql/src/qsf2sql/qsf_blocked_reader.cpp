@@ -42,49 +42,50 @@ QSFBlockedReader::QSFBlockedReader(std::unique_ptr<sys::PositionedFile> file, Ac
       m_shortestLookAhead(m_lookAhead),
       m_longestLookAhead(access == Access::Scan ? g_scanLongest : g_arraysLookAhead) {}
 
-void QSFBlockedReader::readBeyondWindow(char* destination, std::int64_t count) {
-    if (m_failed || count < 0)
-        readError();
-    auto wanted = static_cast<std::uint64_t>(count);
-    if (wanted == 0)
+void QSFBlockedReader::readBytes(void* destination, std::uint64_t count) {
+    requireSound();
+    if (count == 0)
         return;
+    auto* to = static_cast<char*>(destination);
     const std::uint64_t offset = m_position - m_windowStart;
     if (offset < m_windowSize) {
-        const std::uint64_t held = m_windowSize - offset;
-        std::memcpy(destination, m_window.data() + offset, held);
-        destination += held;
+        const std::uint64_t held = std::min(count, m_windowSize - offset);
+        std::memcpy(to, m_window.data() + offset, held);
+        to += held;
         m_position += held;
-        wanted -= held;
+        count -= held;
+        if (count == 0) {
+            ++m_windowReads;
+            return;
+        }
     }
-    if (wanted >= m_lookAhead) {
-        if (m_file->readAt(destination, static_cast<std::int64_t>(wanted), m_position) !=
-            static_cast<std::int64_t>(wanted))
-            readError();
-    } else {
-        refill(wanted);
-        std::memcpy(destination, m_window.data(), wanted);
+    // What is no shorter than a window goes straight to its place; the rest comes with what follows it in the file.
+    const bool isDirect = count >= m_lookAhead;
+    const std::uint64_t size = isDirect ? count : nextWindowSize(count);
+    if (!isDirect && m_window.size() < size)
+        m_window.resize(size);
+    const std::int64_t got =
+        m_file->readAt(isDirect ? to : m_window.data(), static_cast<std::int64_t>(size), m_position);
+    if (got < static_cast<std::int64_t>(count))
+        readError();
+    if (!isDirect) {
+        m_windowStart = m_position;
+        m_windowSize = static_cast<std::uint64_t>(got);
+        m_windowReads = 1;
+        std::memcpy(to, m_window.data(), count);
     }
-    m_position += wanted;
+    m_position += count;
 }
 
-void QSFBlockedReader::refill(std::uint64_t wanted) {
-    const std::uint64_t beyond = m_position - m_windowStart;  // huge ahead of the window
+std::uint64_t QSFBlockedReader::nextWindowSize(std::uint64_t wanted) {
+    const std::uint64_t beyond = m_position - m_windowStart;  // huge before the window
     const bool isDense = beyond <= 2 * m_windowSize && m_windowReads * g_sparsestReads >= m_windowSize;
     m_lookAhead = isDense ? std::min(2 * m_lookAhead, m_longestLookAhead) : m_shortestLookAhead;
-    const std::uint64_t size = std::max(m_lookAhead, wanted);
-    if (m_window.size() < size)
-        m_window.resize(size);
-    const std::int64_t got = m_file->readAt(m_window.data(), static_cast<std::int64_t>(size), m_position);
-    if (got < static_cast<std::int64_t>(wanted))
-        readError();
-    m_windowStart = m_position;
-    m_windowSize = static_cast<std::uint64_t>(got);
-    m_windowReads = 1;
+    return std::max(m_lookAhead, wanted);
 }
 
 void QSFBlockedReader::requireAvailable(std::uint64_t count, std::uint64_t size) {
-    if (m_failed)
-        readError();
+    requireSound();
     if (count > bytesLeft() / size)
         m_fileSize = m_file->size();  // another process may be writing to the file
     if (count > bytesLeft() / size)

@@ -16,9 +16,7 @@ std::uint64_t CalibrationBlock::PassOver(kvan::io::QSFBlockedReader& reader) {
 }
 
 void CalibrationBlock::Read(kvan::io::QSFBlockedReader& reader) {
-    const std::uint64_t size = PassOver(reader);
-    blob.resize(size);
-    reader.read(reinterpret_cast<char*>(blob.data()), static_cast<std::int64_t>(size));
+    kvan::io::readArray(reader, PassOver(reader), blob);
 }
 
 }  // namespace KVAN::io::QSF

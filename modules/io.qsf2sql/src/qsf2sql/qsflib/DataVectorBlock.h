@@ -2,10 +2,8 @@
 
 #include <compression/icompressor.h>
 #include <qsf2sql/errors.h>
-#include <qsf2sql/qsf_blocked_reader.h>
 
 #include <boost/throw_exception.hpp>
-#include <cstdint>
 #include <exception>
 #include <memory>
 #include <string>
@@ -17,13 +15,6 @@ namespace KVAN::io::QSF {
 template <class T>
 class DataVectorBlock {
 public:
-    /// Reads `count` elements at the reader's position.
-    void Read(kvan::io::QSFBlockedReader& reader, std::uint32_t count) {
-        reader.requireAvailable(count, sizeof(T));
-        m_elements.resize(count);
-        reader.read(reinterpret_cast<char*>(m_elements.data()), static_cast<std::int64_t>(count * sizeof(T)));
-    }
-
     /// Takes the elements that the compressor makes of `bytes`. Throws `Qsf2SqlFileFormatError` "Decompression failed;
     /// std::exception::what() = " and the compressor's text.
     void AcceptForDecompression(const std::vector<unsigned char>& bytes,
@@ -36,7 +27,9 @@ public:
         }
     }
 
-    const std::vector<T>& GetElements() const { return m_elements; }
+    /// To be filled.
+    std::vector<T>& Elements() { return m_elements; }
+    const std::vector<T>& Elements() const { return m_elements; }
 
 private:
     std::vector<T> m_elements;

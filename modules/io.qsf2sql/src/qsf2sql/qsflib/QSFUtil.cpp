@@ -18,9 +18,8 @@ void CQSFUtil::BlockVerify(const RESOURCE_HEADER& header, _RESOURCE_TYPE expecte
 
 std::string CQSFUtil::ReadText(kvan::io::QSFBlockedReader& reader, std::uint64_t position, std::uint64_t length) {
     reader.seekTo(position);
-    reader.requireAvailable(length, 1);
-    std::string text(length, '\0');
-    reader.read(text.data(), static_cast<std::int64_t>(length));
+    std::string text;
+    kvan::io::readArray(reader, length, text);
     text.resize(text.find_last_not_of('\0') + 1);
     return text;
 }

@@ -1,6 +1,7 @@
 #include "qsf2sql/qsflib/QuickInfoEntry.h"
 
 #include <algorithm>
+#include <span>
 
 namespace KVAN::io::QSF {
 
@@ -18,11 +19,11 @@ void QuickInfoEntry::Read(kvan::io::QSFBlockedReader& reader, std::uint64_t cont
     record = kvan::io::readRecord<QuickInfoRecord>(reader);
 
     const std::size_t massCount = record.massOffset != 0 ? record.msLevel : 0;
-    masses.resize(massCount);
+    masses.clear();
     if (massCount != 0) {
         requireInside(recordStart + record.massOffset, massCount * sizeof(float));
         reader.seekTo(recordStart + record.massOffset);
-        reader.read(reinterpret_cast<char*>(masses.data()), static_cast<std::int64_t>(massCount * sizeof(float)));
+        kvan::io::readArray(reader, massCount, masses);
     }
 
     constexpr std::size_t headSize = sizeof record.calibrationHead;
@@ -33,7 +34,7 @@ void QuickInfoEntry::Read(kvan::io::QSFBlockedReader& reader, std::uint64_t cont
     std::copy_n(record.calibrationHead, headSize, calibration.begin());
     if (byteCount != 0) {
         reader.seekTo(recordStart + record.calibrationOffset);
-        reader.read(reinterpret_cast<char*>(calibration.data() + headSize), static_cast<std::int64_t>(byteCount));
+        kvan::io::readArray(reader, std::span(calibration).subspan(headSize));
     }
 }
 

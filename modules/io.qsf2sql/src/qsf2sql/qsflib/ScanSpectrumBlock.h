@@ -3,6 +3,7 @@
 #include "qsf2sql/qsflib/DataVectorBlock.h"
 #include "qsf2sql/qsflib/element_conversion.h"
 
+#include <qsf2sql/qsf_blocked_reader.h>
 #include <qsf2sql/qsflib/SpectrumRecords.h>
 
 #include <span>
@@ -23,16 +24,13 @@ public:
 
     std::uint64_t GetNumberOfEntries() const;
 
-    /// The elements as `T` (`unsigned int`, `float` or `double`): where they stand if they are stored so, else
-    /// converted into `scratch`. Valid until the next read.
+    /// Copies the elements to `to`, which has room for all of them, as `T` (`unsigned int`, `float` or `double`).
     template <class T>
-    std::span<const T> GetScanDataSave(std::vector<T>& scratch) const {
-        std::span<const T> elements;
+    void GetScanDataSave(std::span<T> to) const {
         visit(*this, m_elementType, "FAULT_BASE_UNKNOWN_DATA_TYPE, __FILE__,__LINE__, unknown scan data type",
               [&]<class Stored>(const DataVectorBlock<Stored>& block) {
-                  elements = kvan::io::convertElements(std::span(block.GetElements()), scratch);
+                  kvan::io::convertElements(std::span(block.Elements()), to);
               });
-        return elements;
     }
 
 private:
@@ -53,6 +51,11 @@ private:
             default:
                 throwUnknownType(failure);
         }
+    }
+
+    template <class T>
+    std::vector<T>& elements() {
+        return std::get<DataVectorBlock<T>>(m_vectors).Elements();
     }
 
     [[noreturn]] static void throwUnknownType(const char* failure);

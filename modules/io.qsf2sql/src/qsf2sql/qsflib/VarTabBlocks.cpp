@@ -3,6 +3,7 @@
 #include "qsf2sql/qsflib/QSFUtil.h"
 
 #include <algorithm>
+#include <span>
 
 namespace KVAN::io::QSF {
 
@@ -59,8 +60,9 @@ void VarTabDataEntries::Read(QSFBlockedReader& reader, std::uint32_t count, std:
         const auto head = kvan::io::readRecord<VarTabEntryHead>(reader);
         if (head.size < sizeof head || head.size > left)
             reader.readError();
-        const std::string_view bytes(free, head.size - sizeof head);
-        reader.read(free, static_cast<std::int64_t>(bytes.size()));
+        const std::span bytesOfEntry(free, head.size - sizeof head);
+        kvan::io::readArray(reader, bytesOfEntry);
+        const std::string_view bytes(bytesOfEntry.data(), bytesOfEntry.size());
         bool fits = true;
         m_entries.push_back({head.variable, dataOf(bytes, head.count, fits)});
         if (!fits)
@@ -73,10 +75,7 @@ void VarTabDataEntries::Read(QSFBlockedReader& reader, std::uint32_t count, std:
 template <class Header>
 void VarTabValueBlock_Generic<Header>::Read(QSFBlockedReader& reader, std::uint64_t poolEnd) {
     readHeader(reader, type, poolEnd, sizeof(VarTabValueEntry), header);
-    reader.requireAvailable(header.entryCount, sizeof(VarTabValueEntry));
-    entries.resize(header.entryCount);
-    reader.read(reinterpret_cast<char*>(entries.data()),
-                static_cast<std::int64_t>(entries.size() * sizeof(VarTabValueEntry)));
+    kvan::io::readArray(reader, header.entryCount, entries);
 }
 
 template <class Header>

@@ -4,7 +4,6 @@
 #include <cstdint>
 #include <span>
 #include <type_traits>
-#include <vector>
 
 namespace kvan::io {
 
@@ -21,16 +20,13 @@ To convertElement(From value) {
     }
 }
 
-/// A native array as `To`: itself if it is of that type, else converted into `scratch`.
+/// Copies a native array to `to`, which has room for it, as `To`.
 template <class To, class From>
-std::span<const To> convertElements(std::span<const From> elements, std::vector<To>& scratch) {
-    if constexpr (std::is_same_v<To, From>) {
-        return elements;
-    } else {
-        scratch.resize(elements.size());
-        std::transform(elements.begin(), elements.end(), scratch.begin(), convertElement<To, From>);
-        return scratch;
-    }
+void convertElements(std::span<const From> elements, std::span<To> to) {
+    if constexpr (std::is_same_v<To, From>)
+        std::copy(elements.begin(), elements.end(), to.begin());
+    else
+        std::transform(elements.begin(), elements.end(), to.begin(), convertElement<To, From>);
 }
 
 }  // namespace kvan::io
