@@ -3,9 +3,6 @@
 #include "compression/bit_writer.h"
 #include "compression/difference_decoder.h"
 #include "compression/integer_block.h"
-#include "compression/unsupported_slot.h"
-
-#include <qsf2sql/qsflib/SpectrumRecords.h>
 
 #include <boost/numeric/conversion/cast.hpp>
 
@@ -84,20 +81,21 @@ private:
 /// Gives the text of the failure, or null.
 template <class T>
 const char* decodeBlock(const std::vector<unsigned char>& source, std::vector<T>& destination) {
-    if (source.size() < g_compressionOffset)
+    const std::optional<IntegerBlock> block = readIntegerBlock(source);
+    if (!block)
         return g_tooShort;
-    const std::uint32_t count = elementCountOf(source);
-    const std::size_t streamBytes = source.size() - g_compressionOffset;
-    if (streamBytes == 0) {
+    const std::uint32_t count = block->head.count;
+    const std::span<const unsigned char> stream = block->rest.left();
+    if (stream.empty()) {
         destination.clear();
         return count == 0 ? nullptr : g_wrongCount;
     }
-    const VlcCode code(streamBytes);
+    const VlcCode code(stream.size());
     if (count > std::min<std::uint64_t>(code.mostElements(), g_maximumElements))
         return g_wrongCount;
     destination.resize(count);
 
-    DifferenceDecoder<VlcCode> decoder(code, source.data() + g_compressionOffset, streamBytes);
+    DifferenceDecoder<VlcCode> decoder(code, stream.data(), stream.size());
     DecoderCursor& cursor = decoder.cursor();
     cursor.next = reinterpret_cast<std::uint32_t*>(destination.data());  // signed elements have the same bits
     cursor.end = cursor.next + count;
@@ -106,13 +104,9 @@ const char* decodeBlock(const std::vector<unsigned char>& source, std::vector<T>
 
 }  // namespace
 
-bool CompressVLCImpl::SupportsType(std::uint32_t code) const {
-    return code == KVAN::io::QSF::ELEMENT_INT32 || code == KVAN::io::QSF::ELEMENT_UINT32;
-}
-
 void CompressVLCImpl::compressBlock(std::uint32_t magic, const std::uint32_t* source, unsigned count,
                                     unsigned char** destination, unsigned* destinationBytes) {
-    beginBlock(m_output, magic, count);
+    beginBlock(m_output, {magic, count});
     BitWriter stream(m_output, g_compressionOffset);
     for (unsigned index = 0; index < count; ++index) {
         const std::uint32_t difference = source[index] - (index > 0 ? source[index - 1] : 0);
@@ -133,29 +127,23 @@ void CompressVLCImpl::compressBlock(std::uint32_t magic, const std::uint32_t* so
     *destination = m_output.data();
 }
 
-void CompressVLCImpl::Compress(const std::uint32_t* source, unsigned count, unsigned char** destination,
-                               unsigned* destinationBytes) {
-    if (!source || !destination || !destinationBytes)
-        BOOST_THROW_EXCEPTION(std::invalid_argument("vlc compressor - invalid uint32 compression input"));
+void CompressVLCImpl::compressArray(const std::uint32_t* source, unsigned count, unsigned char** destination,
+                                    unsigned* destinationBytes) {
     compressBlock(g_magicUnsigned, source, count, destination, destinationBytes);
 }
 
-void CompressVLCImpl::Compress(const std::int32_t* source, unsigned count, unsigned char** destination,
-                               unsigned* destinationBytes) {
-    if (!source || !destination || !destinationBytes)
-        BOOST_THROW_EXCEPTION(std::invalid_argument("vlc compressor - invalid int32 compression input"));
+void CompressVLCImpl::compressArray(const std::int32_t* source, unsigned count, unsigned char** destination,
+                                    unsigned* destinationBytes) {
     compressBlock(g_magicSigned, reinterpret_cast<const std::uint32_t*>(source), count, destination, destinationBytes);
 }
 
-void CompressVLCImpl::Decompress(const std::vector<unsigned char>& source, std::vector<std::uint32_t>& destination) {
-    if (source.empty())
-        BOOST_THROW_EXCEPTION(std::invalid_argument("vlc compressor: uint32_t decompression invalid source data"));
+void CompressVLCImpl::decompressArray(const std::vector<unsigned char>& source,
+                                      std::vector<std::uint32_t>& destination) {
     DecompressUInt32(source, destination);
 }
 
-void CompressVLCImpl::Decompress(const std::vector<unsigned char>& source, std::vector<std::int32_t>& destination) {
-    if (source.empty())
-        BOOST_THROW_EXCEPTION(std::invalid_argument("vlc compressor: int32_t decompression invalid source data"));
+void CompressVLCImpl::decompressArray(const std::vector<unsigned char>& source,
+                                      std::vector<std::int32_t>& destination) {
     DecompressInt32(source, destination);
 }
 
@@ -169,30 +157,6 @@ void CompressVLCImpl::DecompressInt32(const std::vector<unsigned char>& source,
                                       std::vector<std::int32_t>& destination) {
     if (const char* failure = decodeBlock(source, destination))
         BOOST_THROW_EXCEPTION(std::runtime_error(failure));
-}
-
-void CompressVLCImpl::Compress(const double*, unsigned, unsigned char**, unsigned*) {
-    throwUnsupported("vlc", "double compression");
-}
-
-void CompressVLCImpl::Compress(const float*, unsigned, unsigned char**, unsigned*) {
-    throwUnsupported("vlc", "float compression");
-}
-
-void CompressVLCImpl::Compress(const std::int64_t*, unsigned, unsigned char**, unsigned*) {
-    throwUnsupported("vlc", "int64_t compression");
-}
-
-void CompressVLCImpl::Decompress(const std::vector<unsigned char>&, std::vector<double>&) {
-    throwUnsupported("vlc", "double decompression");
-}
-
-void CompressVLCImpl::Decompress(const std::vector<unsigned char>&, std::vector<float>&) {
-    throwUnsupported("vlc", "float decompression");
-}
-
-void CompressVLCImpl::Decompress(const std::vector<unsigned char>&, std::vector<std::int64_t>&) {
-    throwUnsupported("vlc", "int64_t decompression");
 }
 
 }  // namespace kvan::compression

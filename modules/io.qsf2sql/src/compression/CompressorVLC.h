@@ -1,6 +1,6 @@
 #pragma once
 
-#include <compression/icompressor.h>
+#include "compression/compressor_slots.h"
 
 namespace kvan::compression {
 
@@ -15,28 +15,29 @@ namespace kvan::compression {
 ///     4..10    0 to 2031      n - 4 zero bits, a one bit, n bits of magnitude - base, the sign; base = 2^n - 16
 ///     raw      any            00000001, 32 bits of the element itself
 ///     end                     00000000 00000001
-class CompressVLCImpl final : public ICompressor {
+///
+/// A block is decoded whatever its magic says. One whose count is not that of the elements in its stream fails.
+class CompressVLCImpl final : public CompressorSlots<CompressVLCImpl> {
 public:
     static constexpr char g_id[] = "4F1EA0CB-5A6A-43ED-9562-D6D873034577";
+    static constexpr char g_name[] = "vlc";
+    static constexpr char g_description[] = "DPCM/VLC based compressor";
 
-    std::string GetId() const override { return g_id; }
-    std::string GetDescription() const override { return "DPCM/VLC based compressor"; }
-    bool SupportsType(std::uint32_t code) const override;
+    template <class T>
+    static constexpr bool isSupported() {
+        return std::is_same_v<T, std::uint32_t> || std::is_same_v<T, std::int32_t>;
+    }
+    template <class T>
+    static constexpr const char* inputName() {
+        return std::is_signed_v<T> ? "int32 compression input" : "uint32 compression input";
+    }
 
-    void Compress(const double*, unsigned, unsigned char**, unsigned*) override;
-    void Compress(const float*, unsigned, unsigned char**, unsigned*) override;
-    void Compress(const std::int64_t*, unsigned, unsigned char**, unsigned*) override;
-    void Compress(const std::uint32_t* source, unsigned count, unsigned char** destination,
-                  unsigned* destinationBytes) override;
-    void Compress(const std::int32_t* source, unsigned count, unsigned char** destination,
-                  unsigned* destinationBytes) override;
-
-    void Decompress(const std::vector<unsigned char>&, std::vector<double>&) override;
-    void Decompress(const std::vector<unsigned char>&, std::vector<float>&) override;
-    void Decompress(const std::vector<unsigned char>&, std::vector<std::int64_t>&) override;
-    /// Any magic is accepted. Fails if the count is not that of the elements in the stream.
-    void Decompress(const std::vector<unsigned char>& source, std::vector<std::uint32_t>& destination) override;
-    void Decompress(const std::vector<unsigned char>& source, std::vector<std::int32_t>& destination) override;
+    void compressArray(const std::uint32_t* source, unsigned count, unsigned char** destination,
+                       unsigned* destinationBytes);
+    void compressArray(const std::int32_t* source, unsigned count, unsigned char** destination,
+                       unsigned* destinationBytes);
+    void decompressArray(const std::vector<unsigned char>& source, std::vector<std::uint32_t>& destination);
+    void decompressArray(const std::vector<unsigned char>& source, std::vector<std::int32_t>& destination);
 
 private:
     void compressBlock(std::uint32_t magic, const std::uint32_t* source, unsigned count, unsigned char** destination,

@@ -4,9 +4,6 @@
 #include "compression/difference_decoder.h"
 #include "compression/integer_block.h"
 #include "compression/special_zero_table.h"
-#include "compression/unsupported_slot.h"
-
-#include <qsf2sql/qsflib/SpectrumRecords.h>
 
 #include <boost/numeric/conversion/cast.hpp>
 #include <utility>
@@ -112,11 +109,10 @@ void writeDifference(BitWriter& stream, std::uint32_t difference) {
 /// Decodes `stream` into `destination`; false if it does not hold `count` elements. A run can be much longer than its
 /// code, so the array grows beyond one element a bit only by runs that were read.
 template <class T>
-bool decodeStream(const unsigned char* stream, std::size_t streamBytes, std::uint32_t count,
-                  std::vector<T>& destination) {
-    const std::size_t mostSingles = streamBytes * 8;
+bool decodeStream(std::span<const unsigned char> stream, std::uint32_t count, std::vector<T>& destination) {
+    const std::size_t mostSingles = stream.size() * 8;
     destination.resize(std::min<std::size_t>(count, std::max(destination.capacity(), mostSingles)));
-    DifferenceDecoder<Vli2Code> decoder(Vli2Code{}, stream, streamBytes);
+    DifferenceDecoder<Vli2Code> decoder(Vli2Code{}, stream.data(), stream.size());
     DecoderCursor& cursor = decoder.cursor();
     std::size_t produced = 0;
     for (;;) {
@@ -137,30 +133,24 @@ bool decodeStream(const unsigned char* stream, std::size_t streamBytes, std::uin
 
 template <class T>
 void DecompressHelper(const std::vector<unsigned char>& source, std::vector<T>& destination) {
-    if (source.size() < g_compressionOffset)
+    std::optional<IntegerBlock> block = readIntegerBlock(source);
+    if (!block)
         BOOST_THROW_EXCEPTION(std::runtime_error(g_tooShort));
-    if (loadLittleEndian32(source.data()) != g_magicNumber)
+    if (block->head.magic != g_magicNumber)
         BOOST_THROW_EXCEPTION(std::runtime_error("!(magic == g_magicNumber)"));
-    const std::uint32_t count = elementCountOf(source);
-    const std::size_t tableBegin = g_compressionOffset + 4;
-    const std::size_t left = source.size() < tableBegin ? 0 : source.size() - tableBegin;
-    const std::uint32_t tableBytes = left > 0 ? loadBigEndian32(source.data() + g_compressionOffset) : 0;
-    if (count > g_maximumElements || tableBytes >= left ||
-        !decodeStream(source.data() + tableBegin + tableBytes, left - tableBytes, count, destination))
+    const std::uint32_t count = block->head.count;
+    std::array<unsigned char, 4> tableBytes{};
+    if (count > g_maximumElements || !block->rest.take(tableBytes) ||
+        !block->rest.skip(loadBigEndian32(tableBytes.data())) || block->rest.left().empty() ||
+        !decodeStream(block->rest.left(), count, destination))
         BOOST_THROW_EXCEPTION(std::runtime_error(g_wrongCount));
 }
 
 }  // namespace
 
-bool CompressVariableVLI2Impl::SupportsType(std::uint32_t code) const {
-    return code == KVAN::io::QSF::ELEMENT_INT32 || code == KVAN::io::QSF::ELEMENT_UINT32;
-}
-
-void CompressVariableVLI2Impl::compressBlock(const std::uint32_t* source, unsigned count, unsigned char** destination,
+void CompressVariableVLI2Impl::compressArray(const std::uint32_t* source, unsigned count, unsigned char** destination,
                                              unsigned* destinationBytes) {
-    if (!source || !destination || !destinationBytes)
-        BOOST_THROW_EXCEPTION(std::invalid_argument("vli2 compressor - invalid compression input"));
-    beginBlock(m_output, g_magicNumber, count);
+    beginBlock(m_output, {g_magicNumber, count});
     BitWriter stream(m_output, g_compressionOffset);
     writeTable(stream);
     std::uint32_t zeros = 0;
@@ -182,52 +172,19 @@ void CompressVariableVLI2Impl::compressBlock(const std::uint32_t* source, unsign
     *destination = m_output.data();
 }
 
-void CompressVariableVLI2Impl::Compress(const std::uint32_t* source, unsigned count, unsigned char** destination,
-                                        unsigned* destinationBytes) {
-    compressBlock(source, count, destination, destinationBytes);
+void CompressVariableVLI2Impl::compressArray(const std::int32_t* source, unsigned count, unsigned char** destination,
+                                             unsigned* destinationBytes) {
+    compressArray(reinterpret_cast<const std::uint32_t*>(source), count, destination, destinationBytes);
 }
 
-void CompressVariableVLI2Impl::Compress(const std::int32_t* source, unsigned count, unsigned char** destination,
-                                        unsigned* destinationBytes) {
-    compressBlock(reinterpret_cast<const std::uint32_t*>(source), count, destination, destinationBytes);
-}
-
-void CompressVariableVLI2Impl::Decompress(const std::vector<unsigned char>& source,
-                                          std::vector<std::uint32_t>& destination) {
-    if (source.empty())
-        BOOST_THROW_EXCEPTION(std::invalid_argument("vli2 compressor: uint32_t decompression invalid source data"));
+void CompressVariableVLI2Impl::decompressArray(const std::vector<unsigned char>& source,
+                                               std::vector<std::uint32_t>& destination) {
     DecompressHelper(source, destination);
 }
 
-void CompressVariableVLI2Impl::Decompress(const std::vector<unsigned char>& source,
-                                          std::vector<std::int32_t>& destination) {
-    if (source.empty())
-        BOOST_THROW_EXCEPTION(std::invalid_argument("vli2 compressor: int32_t decompression invalid source data"));
+void CompressVariableVLI2Impl::decompressArray(const std::vector<unsigned char>& source,
+                                               std::vector<std::int32_t>& destination) {
     DecompressHelper(source, destination);
-}
-
-void CompressVariableVLI2Impl::Compress(const double*, unsigned, unsigned char**, unsigned*) {
-    throwUnsupported("vli2", "double compression");
-}
-
-void CompressVariableVLI2Impl::Compress(const float*, unsigned, unsigned char**, unsigned*) {
-    throwUnsupported("vli2", "float compression");
-}
-
-void CompressVariableVLI2Impl::Compress(const std::int64_t*, unsigned, unsigned char**, unsigned*) {
-    throwUnsupported("vli2", "int64_t compression");
-}
-
-void CompressVariableVLI2Impl::Decompress(const std::vector<unsigned char>&, std::vector<double>&) {
-    throwUnsupported("vli2", "double decompression");
-}
-
-void CompressVariableVLI2Impl::Decompress(const std::vector<unsigned char>&, std::vector<float>&) {
-    throwUnsupported("vli2", "float decompression");
-}
-
-void CompressVariableVLI2Impl::Decompress(const std::vector<unsigned char>&, std::vector<std::int64_t>&) {
-    throwUnsupported("vli2", "int64_t decompression");
 }
 
 }  // namespace kvan::compression

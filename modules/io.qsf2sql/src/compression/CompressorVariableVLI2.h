@@ -1,6 +1,6 @@
 #pragma once
 
-#include <compression/icompressor.h>
+#include "compression/compressor_slots.h"
 
 namespace kvan::compression {
 
@@ -23,34 +23,32 @@ namespace kvan::compression {
 ///     9        any            32 bits of the difference itself
 ///     10       0              32 bits: so many differences of zero
 ///     16                      the end
-class CompressVariableVLI2Impl final : public ICompressor {
+///
+/// The table in a block is skipped, whatever it says. A block whose count is not that of the elements in its stream
+/// fails.
+class CompressVariableVLI2Impl final : public CompressorSlots<CompressVariableVLI2Impl> {
 public:
     static constexpr char g_id[] = "7F88E97F-2038-40ba-8F3A-FCA9A9719569";
+    static constexpr char g_name[] = "vli2";
+    static constexpr char g_description[] = "Variable VLI2 based compressor";
 
-    std::string GetId() const override { return g_id; }
-    std::string GetDescription() const override { return "Variable VLI2 based compressor"; }
-    bool SupportsType(std::uint32_t code) const override;
+    template <class T>
+    static constexpr bool isSupported() {
+        return std::is_same_v<T, std::uint32_t> || std::is_same_v<T, std::int32_t>;
+    }
+    template <class T>
+    static constexpr const char* inputName() {
+        return "compression input";
+    }
 
-    void Compress(const double*, unsigned, unsigned char**, unsigned*) override;
-    void Compress(const float*, unsigned, unsigned char**, unsigned*) override;
-    void Compress(const std::int64_t*, unsigned, unsigned char**, unsigned*) override;
-    void Compress(const std::uint32_t* source, unsigned count, unsigned char** destination,
-                  unsigned* destinationBytes) override;
-    void Compress(const std::int32_t* source, unsigned count, unsigned char** destination,
-                  unsigned* destinationBytes) override;
-
-    void Decompress(const std::vector<unsigned char>&, std::vector<double>&) override;
-    void Decompress(const std::vector<unsigned char>&, std::vector<float>&) override;
-    void Decompress(const std::vector<unsigned char>&, std::vector<std::int64_t>&) override;
-    /// The table in the block is skipped, whatever it says. Fails if the count is not that of the elements in the
-    /// stream.
-    void Decompress(const std::vector<unsigned char>& source, std::vector<std::uint32_t>& destination) override;
-    void Decompress(const std::vector<unsigned char>& source, std::vector<std::int32_t>& destination) override;
+    void compressArray(const std::uint32_t* source, unsigned count, unsigned char** destination,
+                       unsigned* destinationBytes);
+    void compressArray(const std::int32_t* source, unsigned count, unsigned char** destination,
+                       unsigned* destinationBytes);
+    void decompressArray(const std::vector<unsigned char>& source, std::vector<std::uint32_t>& destination);
+    void decompressArray(const std::vector<unsigned char>& source, std::vector<std::int32_t>& destination);
 
 private:
-    void compressBlock(const std::uint32_t* source, unsigned count, unsigned char** destination,
-                       unsigned* destinationBytes);
-
     std::vector<unsigned char> m_output;
 };
 

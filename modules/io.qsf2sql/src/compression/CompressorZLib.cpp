@@ -1,10 +1,8 @@
 #include "compression/CompressorZLib.h"
 
 #include "compression/integer_block.h"
-#include "compression/unsupported_slot.h"
 
 #include <binaryio/compressed_binary.h>
-#include <qsf2sql/qsflib/SpectrumRecords.h>
 
 #include <boost/numeric/conversion/cast.hpp>
 #include <new>
@@ -18,11 +16,6 @@ namespace {
 
 constexpr int g_level = 0;
 constexpr std::uint64_t g_bufferSize = 0x10000;
-
-template <class T>
-unsigned char* bytesOf(std::vector<T>& elements) {
-    return reinterpret_cast<unsigned char*>(elements.data());
-}
 
 }  // namespace
 
@@ -44,11 +37,11 @@ public:
         m_stream.next_in = const_cast<unsigned char*>(source.data());
         m_stream.avail_in = boost::numeric_cast<uInt>(source.size());
         for (std::size_t bytes = 0;;) {
-            const std::size_t room = destination.size() * sizeof(T) - bytes;
-            m_stream.next_out = bytesOf(destination) + bytes;
-            m_stream.avail_out = static_cast<uInt>(room);
+            const std::span<unsigned char> room = bytesAfter(destination, bytes);
+            m_stream.next_out = room.data();
+            m_stream.avail_out = static_cast<uInt>(room.size());
             const int result = inflate(&m_stream, Z_FINISH);
-            bytes += room - m_stream.avail_out;
+            bytes += room.size() - m_stream.avail_out;
             if (result == Z_STREAM_END)
                 return bytes;
             if (result != Z_BUF_ERROR || m_stream.avail_out > 0)
@@ -67,16 +60,9 @@ CompressZLibImpl::CompressZLibImpl() : m_inflater(std::make_unique<Inflater>()) 
 
 CompressZLibImpl::~CompressZLibImpl() = default;
 
-bool CompressZLibImpl::SupportsType(std::uint32_t code) const {
-    return code == KVAN::io::QSF::ELEMENT_INT32 || code == KVAN::io::QSF::ELEMENT_UINT32 ||
-           code == KVAN::io::QSF::ELEMENT_FLOAT32;
-}
-
 template <class T>
-void CompressZLibImpl::CompressHelper(const T* source, unsigned count, unsigned char** destination,
-                                      unsigned* destinationBytes) {
-    if (!source || !destination || !destinationBytes)
-        BOOST_THROW_EXCEPTION(std::invalid_argument("ZLib compressor - invalid compression input"));
+void CompressZLibImpl::compressArray(const T* source, unsigned count, unsigned char** destination,
+                                     unsigned* destinationBytes) {
     m_output.clear();
     binaryio::OCompressBinary stream(m_output, g_level, g_bufferSize);
     stream.write(reinterpret_cast<const unsigned char*>(source), std::uint64_t{count} * sizeof(T));
@@ -87,7 +73,7 @@ void CompressZLibImpl::CompressHelper(const T* source, unsigned count, unsigned 
 
 /// A stream without its end gives what comes out of its bytes a buffer at a time, and damage is told with those words.
 template <class T>
-void CompressZLibImpl::DecompressHelper(const std::vector<unsigned char>& source, std::vector<T>& destination) {
+void CompressZLibImpl::decompressArray(const std::vector<unsigned char>& source, std::vector<T>& destination) {
     static_assert(sizeof(T) == 4);
     constexpr std::size_t leastRoom = 64;
     destination.resize(std::max({destination.size(), source.size() / sizeof(T), leastRoom}));
@@ -95,58 +81,17 @@ void CompressZLibImpl::DecompressHelper(const std::vector<unsigned char>& source
     if (!bytes) {
         binaryio::IHeapBinary heap(source.data(), source.size());
         binaryio::IDecompressBinary stream(heap, g_bufferSize);
-        bytes = stream.readSome(bytesOf(destination), destination.size() * sizeof(T));
+        const std::span<unsigned char> room = bytesAfter(destination, 0);
+        bytes = stream.readSome(room.data(), room.size());
     }
     destination.resize(*bytes / sizeof(T));
 }
 
-void CompressZLibImpl::Compress(const float* source, unsigned count, unsigned char** destination,
-                                unsigned* destinationBytes) {
-    CompressHelper(source, count, destination, destinationBytes);
-}
-
-void CompressZLibImpl::Compress(const std::uint32_t* source, unsigned count, unsigned char** destination,
-                                unsigned* destinationBytes) {
-    CompressHelper(source, count, destination, destinationBytes);
-}
-
-void CompressZLibImpl::Compress(const std::int32_t* source, unsigned count, unsigned char** destination,
-                                unsigned* destinationBytes) {
-    CompressHelper(source, count, destination, destinationBytes);
-}
-
-void CompressZLibImpl::Decompress(const std::vector<unsigned char>& source, std::vector<float>& destination) {
-    if (source.empty())
-        BOOST_THROW_EXCEPTION(std::invalid_argument("ZLib compressor: float decompression invalid source data"));
-    DecompressHelper(source, destination);
-}
-
-void CompressZLibImpl::Decompress(const std::vector<unsigned char>& source, std::vector<std::uint32_t>& destination) {
-    if (source.empty())
-        BOOST_THROW_EXCEPTION(std::invalid_argument("ZLib compressor: uint32_t decompression invalid source data"));
-    DecompressHelper(source, destination);
-}
-
-void CompressZLibImpl::Decompress(const std::vector<unsigned char>& source, std::vector<std::int32_t>& destination) {
-    if (source.empty())
-        BOOST_THROW_EXCEPTION(std::invalid_argument("ZLib compressor: int32_t decompression invalid source data"));
-    DecompressHelper(source, destination);
-}
-
-void CompressZLibImpl::Compress(const double*, unsigned, unsigned char**, unsigned*) {
-    throwUnsupported("ZLib", "double compression");
-}
-
-void CompressZLibImpl::Compress(const std::int64_t*, unsigned, unsigned char**, unsigned*) {
-    throwUnsupported("ZLib", "int64_t compression");
-}
-
-void CompressZLibImpl::Decompress(const std::vector<unsigned char>&, std::vector<double>&) {
-    throwUnsupported("ZLib", "double decompression");
-}
-
-void CompressZLibImpl::Decompress(const std::vector<unsigned char>&, std::vector<std::int64_t>&) {
-    throwUnsupported("ZLib", "int64_t decompression");
-}
+template void CompressZLibImpl::compressArray(const float*, unsigned, unsigned char**, unsigned*);
+template void CompressZLibImpl::compressArray(const std::uint32_t*, unsigned, unsigned char**, unsigned*);
+template void CompressZLibImpl::compressArray(const std::int32_t*, unsigned, unsigned char**, unsigned*);
+template void CompressZLibImpl::decompressArray(const std::vector<unsigned char>&, std::vector<float>&);
+template void CompressZLibImpl::decompressArray(const std::vector<unsigned char>&, std::vector<std::uint32_t>&);
+template void CompressZLibImpl::decompressArray(const std::vector<unsigned char>&, std::vector<std::int32_t>&);
 
 }  // namespace kvan::compression
