@@ -15,8 +15,18 @@
  * Strings are UTF-8 and end with a zero byte, in both directions. No function keeps a pointer that it was given, and
  * none gives out memory that the caller would have to free.
  *
+ * Handles are 64-bit numbers on every platform. One that is closed, or that never was one, is undefined and is not
+ * detected.
+ *
  * Threads: a handle may be used by one thread at a time; distinct handles, also on one analysis, at the same time.
  * No function throws.
+ *
+ * Fork: a handle belongs to the process that opened it. A child neither reads through it nor closes it, which would
+ * remove a temporary cache that the parent still uses; it opens its own, and may call every function. A child that
+ * converts long m/z arrays calls qsf2sql_set_num_threads(1) before: where the parent has converted on several threads,
+ * a runtime such as GNU OpenMP waits forever for threads that only the parent has.
+ *
+ * All ten functions are there since version 1.0; a function that comes later names its version.
  */
 #ifndef IO_QSF2SQL_QSF2SQL_H
 #define IO_QSF2SQL_QSF2SQL_H
@@ -49,10 +59,7 @@ extern "C" {
  */
 QSF2SQL_API uint64_t qsf2sql_array_open_storage(int raw_calibration, const char* path);
 
-/**
- * Closes a handle and frees what belongs to it. 0 is accepted and does nothing; any other number that is not an open
- * handle is undefined.
- */
+/** Closes a handle and frees what belongs to it. 0 is accepted and does nothing. */
 QSF2SQL_API void qsf2sql_array_close_storage(uint64_t handle);
 
 /**
@@ -89,8 +96,8 @@ QSF2SQL_API int qsf2sql_array_read_uint32(uint64_t handle, uint64_t id, uint32_t
 /**
  * Text of the last failure on the calling thread, "<no error>" if there was none. A later success does not clear it.
  *
- * @param buffer  receives as much of the text as fits, always with a terminator; untouched if size is 0. A text that is
- *                too long is cut by bytes, also within a UTF-8 sequence.
+ * @param buffer  receives as much of the text as fits, always with a terminator; a text that is too long is cut by
+ *                bytes, also within a UTF-8 sequence. Untouched if size is 0, and may be NULL then, to ask for the size.
  * @param size    bytes at buffer.
  * @return bytes that the whole text needs, terminator included, whatever size was. A result above size tells that the
  *         text was cut.
@@ -106,7 +113,8 @@ QSF2SQL_API uint32_t qsf2sql_get_sqlite_cache_filename(char* buffer, uint32_t si
  * If the analysis directory may not be written, each call makes a new cache in the system's temporary directory, which
  * is the caller's to remove.
  *
- * @param buffer         receives the path and its terminator, if they fit; otherwise untouched.
+ * @param buffer         receives the path and its terminator, if they fit; otherwise untouched. May be NULL if size is
+ *                       0, to ask for the size; this makes the cache as well.
  * @param size           bytes at buffer.
  * @param path           the main file (".../analysis.qsf"). Not NULL.
  * @param all_variables  not 0: the cache must hold all acquisition variables; 0: the minimal set is enough.
@@ -117,10 +125,12 @@ QSF2SQL_API uint32_t qsf2sql_get_sqlite_cache_filename_v2(char* buffer, uint32_t
                                                           int all_variables);
 
 /**
- * Number of threads that the calling thread's m/z conversions of long arrays may use from now on. The results do not
- * depend on it.
+ * Number of threads that the calling thread's m/z conversions of long arrays may use from now on. This is the OpenMP
+ * setting of that thread (omp_set_num_threads), which holds for the host's own parallel regions on it, too, and for no
+ * other thread. Without a call it is that of the OpenMP runtime, such as the environment's OMP_NUM_THREADS. The results
+ * do not depend on it.
  *
- * @param count  at least 1.
+ * @param count  less than 1 counts as 1.
  */
 QSF2SQL_API void qsf2sql_set_num_threads(int count);
 
