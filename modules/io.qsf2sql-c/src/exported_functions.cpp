@@ -18,6 +18,12 @@
 #include <omp.h>
 #include <utf8.h>
 
+// The boundary to C. Inside, failures are exceptions and nothing else; here each becomes the last error of its thread
+// and a result of 0. Results are stored last, so that a failure leaves the caller's memory as it was.
+//
+// A handle is the address of its object: nothing is looked up, and a wrong one cannot be detected. Closing, the error
+// text and the number of threads have no guard, since nothing in them throws.
+
 namespace {
 
 using kvan::io::c::rememberFailure;
@@ -36,6 +42,7 @@ kvan::io::Qsf2Sql& storage(std::uint64_t handle) {
     return instance(handle).storage();
 }
 
+// Checked before the conversion to a path, which could not say which byte is wrong.
 void checkUtf8(const std::string& text) {
     const auto fault = utf8::find_invalid(text.begin(), text.end());
     if (fault != text.end())
@@ -123,6 +130,7 @@ std::uint32_t qsf2sql_get_sqlite_cache_filename_v2(char* buffer, std::uint32_t s
     KVAN_LOG(boundaryLogger(), TRACE) << "Get SQLite cache for " << path;
     const std::string cacheFile = sqliteCacheFilename(path, all_variables != 0);
     const std::size_t needed = cacheFile.size() + 1;
+    // Whether the path was written shows in the result alone: room that was enough comes back as it was given.
     if (size < needed)
         return static_cast<std::uint32_t>(needed);
     std::memcpy(buffer, cacheFile.c_str(), needed);

@@ -8,6 +8,8 @@
 
 #include <utf8.h>
 
+// One text a thread, of the failure that was last there. A success does not clear it, and neither does reading it: a
+// caller asks twice, for the size and for the text.
 namespace kvan::io::c {
 
 namespace {

@@ -17,7 +17,7 @@ namespace kvan::io {
 ///
 /// A short read, a failed seek or a claim that the file cannot hold throws `Qsf2SqlFileFormatError` "Error reading QSF
 /// files." and leaves the reader failed: each later read and seek ends in the same words, also a seek back. Standing at
-/// or behind the end of the file is no failure, and a read of 0 bytes succeeds at any position.
+/// or beyond the end of the file is no failure, and a read of 0 bytes succeeds at any position.
 ///
 /// Bytes are read ahead and kept for a while: a file that grows is followed, one that is rewritten in place may be seen
 /// partly as it was.
@@ -39,14 +39,14 @@ public:
     QSFBlockedReader(const QSFBlockedReader&) = delete;
     QSFBlockedReader& operator=(const QSFBlockedReader&) = delete;
 
-    /// Moves to `offset` from the file's first byte, which may lie behind the end.
+    /// Moves to `offset` from the file's first byte, which may lie beyond the end.
     void seekTo(std::uint64_t offset) {
         if (m_failed || offset > g_lastOffset) [[unlikely]]
             readError();
         m_position = offset;
     }
 
-    /// Moves on by `count` bytes, or back if it is negative, but not ahead of the file's first byte.
+    /// Moves on by `count` bytes, or back if it is negative, but not before the file's first byte.
     void skip(std::int64_t count) { seekTo(m_position + static_cast<std::uint64_t>(count)); }
 
     std::uint64_t tell() const { return m_position; }
@@ -84,7 +84,7 @@ private:
     template <class Element>
     friend void readArray(QSFBlockedReader& reader, std::span<Element> to);
 
-    /// The next `count` bytes, which it moves behind, if the window holds them all; else null, and nothing has
+    /// The next `count` bytes, after moving over them, if the window holds all of them; else null, and nothing has
     /// happened.
     const char* takeFromWindow(std::uint64_t count) {
         const std::uint64_t offset = m_position - m_windowStart;  // huge before the window
@@ -95,7 +95,7 @@ private:
         return m_window.data() + offset;
     }
 
-    /// Reads `count` bytes at the position and moves behind them.
+    /// Reads `count` bytes at the position and moves over them.
     void readBytes(void* destination, std::uint64_t count);
     std::uint64_t nextWindowSize(std::uint64_t wanted);
     std::uint64_t bytesLeft() const { return m_position < m_fileSize ? m_fileSize - m_position : 0; }

@@ -6,6 +6,14 @@
 
 #include <boost/numeric/conversion/cast.hpp>
 
+// Comes in: a block of the format in the header. Writing is one pass over the elements, into room for the worst of
+// them: 40 bits each and the end marker. Reading is the decoder that both integer coders share, over the table of all
+// short codes, and `takeToken` here for what is no short code.
+//
+// The count is a claim: a token costs 6 bits at least, so a stream bounds its elements, and memory is taken within that
+// bound only. Arithmetic is on 32-bit unsigned numbers throughout and wraps; signed elements have the same bits.
+//
+// All faults of a stream are one text, that of a wrong count: nothing else in a stream can be held against anything.
 namespace kvan::compression {
 
 namespace {
@@ -14,7 +22,7 @@ constexpr std::uint32_t g_magicUnsigned = 0xBCA2;
 constexpr std::uint32_t g_magicSigned = 0xBCA3;
 
 constexpr unsigned g_firstClass = 4;
-constexpr std::uint32_t g_magnitudeLimit = 2032;  // behind the last class
+constexpr std::uint32_t g_magnitudeLimit = 2032;  // the first after the last class
 
 constexpr std::uint32_t baseOf(unsigned classNumber) {
     return (1u << classNumber) - 16;
@@ -40,14 +48,15 @@ struct VlcCode {
 
     explicit VlcCode(std::size_t streamBytes) : m_bitLimit((streamBytes * 8 + 32) / 32 * 32) {}
 
-    /// Each round of tokens costs this many bits at least, and none begins behind the limit.
+    /// Each round of tokens costs this many bits at least, and none begins after the limit.
     std::uint64_t mostElements() const { return m_bitLimit / g_leastWidth + 1; }
 
     [[gnu::always_inline]] Rest takeToken(DecoderCursor& at) const {
-        // The stream was read in words of 32 bits, which end up to one word behind its last byte; a missing end marker
-        // thus gives a few more elements out of zero bits.
+        // Tolerated: no end marker. The stream is one of words of 32 bits, which end up to one word after its last
+        // byte, so it goes on with a few elements out of zero bits, and is good if the count fits.
         if (at.window.consumed() > m_bitLimit)
             return Rest::End;
+        // All elements are there, so only the end marker may follow.
         if (at.next == at.end)
             return at.window.look() >> 48 == 1 ? Rest::End : Rest::Full;
         if (at.window.take(8) == 1)
@@ -61,7 +70,7 @@ struct VlcCode {
     }
 
 private:
-    /// Eight zero bits that no end marker follows: tolerated. Zero bits again repeat the element, other bits are a code
+    /// Tolerated: eight zero bits that no end marker follows. Zero bits again repeat the element, other bits are a code
     /// of the class before, whatever their leading zeros.
     static std::uint32_t differenceBehindZeros(std::uint32_t bits, DecoderCursor& at) {
         const unsigned classNumber = g_firstClass + at.lastClass;
@@ -75,12 +84,13 @@ private:
         return bits & 1 ? 0 - magnitude : magnitude;
     }
 
-    std::uint64_t m_bitLimit;  // a token begins at this bit or ahead of it
+    std::uint64_t m_bitLimit;  // a token begins at this bit or before it
 };
 
 /// Gives the text of the failure, or null.
 template <class T>
 const char* decodeBlock(const std::vector<unsigned char>& source, std::vector<T>& destination) {
+    // Tolerated: any magic.
     const std::optional<IntegerBlock> block = readIntegerBlock(source);
     if (!block)
         return g_tooShort;

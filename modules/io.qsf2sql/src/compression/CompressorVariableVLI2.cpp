@@ -8,6 +8,13 @@
 #include <boost/numeric/conversion/cast.hpp>
 #include <utility>
 
+// Comes in: a block of the format in the header, whose table of code lengths every writer has filled alike. Reading
+// takes its codes from the table that is built in, through the decoder that both integer coders share; `takeToken` here
+// has what is no short code: raw differences, runs of zeros, the end.
+//
+// A run of four billion zeros takes 42 bits, so a count can be right in a block of any size. Memory is taken for one
+// element a bit at first, and beyond that only for runs that were really met. All faults of a stream are one text; what
+// the destination holds after one is of no use to anybody.
 namespace kvan::compression {
 
 namespace {
@@ -15,7 +22,7 @@ namespace {
 using Table = SpecialZeroTable;
 
 constexpr std::uint32_t g_magicNumber = 0xEE77;
-constexpr std::size_t g_surplusBytes = 3;  // behind the last word of each block that is written
+constexpr std::size_t g_surplusBytes = 3;  // after the last word of each block that is written
 
 /// For each class of short codes: the bits of the whole code, one byte a class.
 constexpr std::uint64_t packedWidths() {
@@ -60,6 +67,7 @@ struct Vli2Code {
             *at.next++ = at.value;
             return Rest::None;
         }
+        // Tolerated: a run of no zeros. One that does not fit is left to the caller, who may make room for it.
         if (codeLength == Table::g_zeroRunCodeLength) {
             at.window.skip(Table::g_zeroRunCodeLength);
             at.zeroRun = static_cast<std::uint32_t>(at.window.take(32));
@@ -83,6 +91,7 @@ void writeTable(BitWriter& stream) {
     stream.put(Table::g_zeroRunCodeLength, 32);
 }
 
+/// A zero alone is one bit, a run 42 whatever its length.
 void writeZeros(BitWriter& stream, std::uint32_t count) {
     if (count >= Table::g_zeroRunCodeLength + 32) {
         stream.put(1, Table::g_zeroRunCodeLength);
@@ -93,6 +102,8 @@ void writeZeros(BitWriter& stream, std::uint32_t count) {
         stream.put(1, 1);
 }
 
+/// The least 32-bit difference has no magnitude that is a signed number: it wraps to itself, and goes out raw like all
+/// large ones.
 void writeDifference(BitWriter& stream, std::uint32_t difference) {
     const std::uint32_t sign = difference >> 31;
     const std::uint32_t magnitude = (difference ^ -sign) + sign;
@@ -139,6 +150,8 @@ void DecompressHelper(const std::vector<unsigned char>& source, std::vector<T>& 
     if (block->head.magic != g_magicNumber)
         BOOST_THROW_EXCEPTION(std::runtime_error("!(magic == g_magicNumber)"));
     const std::uint32_t count = block->head.count;
+    // Tolerated: a table of any content and length, since it is stepped over. Only its length is held against the
+    // block.
     std::array<unsigned char, 4> tableBytes{};
     if (count > g_maximumElements || !block->rest.take(tableBytes) ||
         !block->rest.skip(loadBigEndian32(tableBytes.data())) || block->rest.left().empty() ||

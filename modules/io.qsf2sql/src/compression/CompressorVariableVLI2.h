@@ -10,14 +10,14 @@ namespace kvan::compression {
 ///     0   magic 0xEE77              30  special-zero flag 1, big-endian
 ///     4   element count             34  code length of a zero run, 10, big-endian
 ///     8   26, big-endian, the       38  code stream, most significant bit first, padded to a word of 32 bits,
-///         length of the table           with three zero bytes behind it
+///         length of the table           and three zero bytes after it
 ///     12  bit lengths of 9 classes
 ///     21  their code lengths
 ///
 /// A code of length k begins with k - 1 zero bits and a one bit. `base` is the least magnitude of a class; the first
 /// element is a difference from zero.
 ///
-///     k        magnitudes     behind the prefix
+///     k        magnitudes     after the prefix
 ///     1        0              nothing: a single difference of zero
 ///     2..8     1 to 3824      4, 5, 6, 7, 9, 10, 11 bits of magnitude - base, the sign
 ///     9        any            32 bits of the difference itself

@@ -10,6 +10,12 @@
 
 #include <zlib.h>
 
+// Comes in: a zlib stream of nothing but the elements. Its length says nothing about theirs, so the destination is what
+// the caller has left there or the size of the stream, and doubles while the stream goes on, up to the 4 GiB that a
+// native file can count. Most arrays are as long as the one before and inflate in one step, without a copy.
+//
+// Tolerated: bytes after the end of the stream; a stream that is cut off; bytes that make no whole element. Damage
+// throws zlib's own message.
 namespace kvan::compression {
 
 namespace {
@@ -71,7 +77,8 @@ void CompressZLibImpl::compressArray(const T* source, unsigned count, unsigned c
     *destination = m_output.data();
 }
 
-/// A stream without its end gives what comes out of its bytes a buffer at a time, and damage is told with those words.
+// A stream that does not reach its end is read again, a buffer at a time: that gives the elements before the cut, and
+// for damage the words of the stream class.
 template <class T>
 void CompressZLibImpl::decompressArray(const std::vector<unsigned char>& source, std::vector<T>& destination) {
     static_assert(sizeof(T) == 4);

@@ -26,7 +26,7 @@ inline std::uint64_t loadBigEndian64(const unsigned char* bytes) {
 }
 
 /// The front of a bit stream, most significant bit first, in a register. Only `refill` touches memory, eight bytes at a
-/// time; whoever calls it has asked `canRefill`, and near the end goes on in a copy with zeros behind it.
+/// time; whoever calls it has asked `canRefill`, and near the end goes on in a copy with zeros after it.
 class BitWindow {
 public:
     /// Bits that are there at least after a refill.
@@ -42,7 +42,7 @@ public:
         m_count |= g_refilled;
     }
 
-    /// The next bits, left-aligned. Those behind the ones that are there are zero or already the right ones.
+    /// The next bits, left-aligned. Those after the ones that are there are zero or already the right ones.
     std::uint64_t look() const { return m_bits; }
 
     /// Moves on by `width` bits, 63 at most and not more than are there.
@@ -85,7 +85,7 @@ private:
     const unsigned char* m_bytes;
     std::size_t m_size;
     std::size_t m_position = 0;
-    std::uint64_t m_before = 0;  // bytes of the stream ahead of m_bytes
+    std::uint64_t m_before = 0;  // bytes of the stream before m_bytes
     std::uint64_t m_bits = 0;
     unsigned m_count = 0;
 };

@@ -25,6 +25,7 @@ RegisteredCompressor registered() {
             []() -> std::shared_ptr<ICompressor> { return std::make_shared<Compressor>(); }};
 }
 
+// Compared as 16 bytes, so the case of a GUID's text does not matter; parsed once, at the first call of any thread.
 const auto& registeredCompressors() {
     static const RegisteredCompressor compressors[] = {
         registered<CompressVLCImpl>(),

@@ -6,7 +6,7 @@
 
 namespace kvan::compression {
 
-/// The classes of the VLI2 code, told by the number of bits up to and including the first one bit (the code length).
+/// The classes of the VLI2 code, known by the number of bits up to and including the first one bit (the code length).
 /// All that a stream says about its own table is ignored: this one is built into both sides.
 ///
 /// Class 0 is a single difference of zero. The magnitudes of a class follow on those of the class before, as many as

@@ -13,6 +13,12 @@
 #include <boost/throw_exception.hpp>
 #include <boost/uuid/string_generator.hpp>
 
+// An open in the order of its steps: the main file, the cache (made if none fits), the compressor that the cache names,
+// the source of calibrations. A step that fails unwinds those before it, and a cache that was made in the temporary
+// directory goes with them; so an open succeeds whole or leaves nothing.
+//
+// Destruction runs against the order of the members: the calibrations and their readers before the database, which lets
+// go of the cache, and the native file and the loggers last.
 namespace kvan::io {
 
 namespace cache = qsf2sql::cache;
@@ -46,6 +52,8 @@ void Qsf2SqlImpl::openCache(const VariablesPrefs& variablesPrefs) {
     KVAN_LOG(m_logger, TRACE) << "Using SQLite cache: " << sys::pathToUtf8(m_cacheFile);
 }
 
+// An empty text is a compressor as well: the analysis has none, and all its scans are plain. A missing one is a cache
+// that nobody can read packed scans by.
 void Qsf2SqlImpl::initCompressor() {
     auto query = m_database->execQuery("SELECT Compressor FROM Info");
     if (query.eof() || query.fieldIsNull(0))
@@ -55,6 +63,9 @@ void Qsf2SqlImpl::initCompressor() {
         m_compressor = compression::getCompressor(boost::uuids::string_generator()(m_compressorId));
 }
 
+// The database beats the archive: the archive is looked for only where the database has no state that fits. Of the two
+// readers one is kept at most; with none, the calibrations stored at acquisition are in force, which is worth a line
+// only to somebody who wanted another.
 void Qsf2SqlImpl::initCalibrationReader() {
     const boost::filesystem::path directory = m_qsfFile.parent_path();
     if (m_calibrationPrefs.stateSelector) {
@@ -77,6 +88,8 @@ void Qsf2SqlImpl::initCalibrationReader() {
     m_calibrations.emplace(*m_database, m_amiReader.get(), m_calibrationReader.get());
 }
 
+// Anything at this place but nothing counts as an archive. One that cannot be read fails the open: whoever wants
+// re-calibrated m/z must not get others without knowing.
 void Qsf2SqlImpl::openCalibratorAmi(const boost::filesystem::path& file) {
     boost::system::error_code ignored;
     if (boost::filesystem::status(file, ignored).type() == boost::filesystem::file_not_found)
@@ -86,6 +99,8 @@ void Qsf2SqlImpl::openCalibratorAmi(const boost::filesystem::path& file) {
         BOOST_THROW_EXCEPTION(std::runtime_error("Couldn't open AMI file " + sys::pathToUtf8(file)));
 }
 
+// Which state of the database fits depends on the polarities and the number of spectra, of which the cache knows. A
+// polarity that is not negative counts as positive.
 void Qsf2SqlImpl::completeStateSelector() {
     if (!m_calibrationPrefs.stateSelector->needsAnalysisInfo())
         return;

@@ -5,6 +5,12 @@
 #include <boost/throw_exception.hpp>
 #include <ios>
 
+// Bytes reach a parser by one of two roads: out of a window of the file that was read before, or, when it asks for no
+// less than a window, by a system call straight into its memory. Which one it was makes no difference to what it gets.
+//
+// What never changes: nothing is read before it is asked for, positions beyond the file are no fault, and after the
+// first fault every call fails in the same words, as a stream in a failed state does. A count that a file claims takes
+// no memory before the size of the file allows it.
 namespace kvan::io {
 
 using namespace KVAN::io::QSF;
@@ -86,6 +92,7 @@ std::uint64_t QSFBlockedReader::nextWindowSize(std::uint64_t wanted) {
 
 void QSFBlockedReader::requireAvailable(std::uint64_t count, std::uint64_t size) {
     requireSound();
+    // Divided, since a product could wrap. The size is asked for anew only where the last known one does not do.
     if (count > bytesLeft() / size)
         m_fileSize = m_file->size();  // another process may be writing to the file
     if (count > bytesLeft() / size)

@@ -10,7 +10,7 @@
  *   2. qsf2sql_array_open_storage opens the analysis for reading arrays;
  *   3. for each Id: qsf2sql_array_get_num_elements, make room, one of the read functions;
  *   4. qsf2sql_array_close_storage.
- * After a result of failure, qsf2sql_get_last_error_string tells the reason, on the thread that saw the failure.
+ * After a result of failure, qsf2sql_get_last_error_string gives the reason, on the thread that saw the failure.
  *
  * Strings are UTF-8 and end with a zero byte, in both directions. No function keeps a pointer that it was given, and
  * none gives out memory that the caller would have to free.
@@ -97,9 +97,10 @@ QSF2SQL_API int qsf2sql_array_read_uint32(uint64_t handle, uint64_t id, uint32_t
  * Text of the last failure on the calling thread, "<no error>" if there was none. A later success does not clear it.
  *
  * @param buffer  receives as much of the text as fits, always with a terminator; a text that is too long is cut by
- *                bytes, also within a UTF-8 sequence. Untouched if size is 0, and may be NULL then, to ask for the size.
+ *                bytes, also within a UTF-8 sequence. Untouched if size is 0, and may be NULL then, to ask for the
+ * size.
  * @param size    bytes at buffer.
- * @return bytes that the whole text needs, terminator included, whatever size was. A result above size tells that the
+ * @return bytes that the whole text needs, terminator included, whatever size was. A result above size means that the
  *         text was cut.
  */
 QSF2SQL_API uint32_t qsf2sql_get_last_error_string(char* buffer, uint32_t size);

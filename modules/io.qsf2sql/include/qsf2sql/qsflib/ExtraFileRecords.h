@@ -14,7 +14,7 @@ struct QuickInfoHead {
 };
 KVAN_PACKED_RECORD(QuickInfoHead, 12, (recordOffset, 4));
 
-/// The summary of one spectrum. Masses and calibration bytes lie behind it, at offsets from the record's first byte.
+/// The summary of one spectrum. Masses and calibration bytes follow it, at offsets from the record's first byte.
 struct QuickInfoRecord {
     std::uint16_t size;               //  0  of the record, masses and calibration included
     std::uint16_t massOffset;         //  2  of the mass list, `msLevel` 32-bit floats; 0: none

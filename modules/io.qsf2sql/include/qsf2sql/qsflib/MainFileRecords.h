@@ -65,7 +65,7 @@ struct AnalysisDescriptionRecord {
 KVAN_PACKED_RECORD(AnalysisDescriptionRecord, 64, (resource, 0), (textOffset, 8), (instrumentSourceType, 50),
                    (instrumentFamily, 52), (serialFallback, 56), (instrumentRevision, 60));
 
-/// Texts about the instrument; a list of entries, not used, lies behind.
+/// Texts about the instrument; a list of entries, not used, follows.
 struct InstrumentInfoRecord {
     RESOURCE_HEADER resource;     //  0  INSTRUMENT_INFO
     std::uint8_t unread8[8];      //  8

@@ -12,6 +12,7 @@ namespace KVAN::io::QSF {
 
 namespace {
 
+/// The first three fields are numbers, stored low byte first; the canonical text has their high byte first.
 std::string guidText(const CompressionInfoEntry& entry) {
     boost::uuids::uuid guid;
     std::copy(std::begin(entry.guid), std::end(entry.guid), guid.begin());
@@ -23,6 +24,8 @@ std::string guidText(const CompressionInfoEntry& entry) {
 
 }  // namespace
 
+// Entries follow one another by the size that each claims. A size of 0 reads the same entry again, as often as the head
+// counts, 255 times at most; so nothing here needs to be refused for the walk to end.
 void CompressionInfoBlock::Read(kvan::io::QSFBlockedReader& reader) {
     const std::uint64_t start = reader.tell();
     const auto header = CQSFUtil::ReadHeader<CompressionInfoHeader>(reader, COMPRESSION_INFO);

@@ -12,6 +12,8 @@ constexpr std::uint64_t g_listEntryHead = 24;
 
 }  // namespace
 
+// Three texts, of which the middle one is not used, and a list of which only the heads must fit into the file: what was
+// never needed is held against the file, not understood.
 void InstrumentInfoBlock::Read(kvan::io::QSFBlockedReader& reader) {
     const std::uint64_t start = reader.tell();
     const auto record = CQSFUtil::ReadHeader<InstrumentInfoRecord>(reader, INSTRUMENT_INFO);

@@ -4,6 +4,7 @@
 
 namespace KVAN::io::QSF {
 
+// Tolerated: any version. Nobody reads the words, but a block without them is a damaged one.
 void MSMSParameterBlock::PassOver(kvan::io::QSFBlockedReader& reader) {
     const std::uint64_t start = reader.tell();
     const auto header = kvan::io::readRecord<MSMSParameterHeader>(reader);

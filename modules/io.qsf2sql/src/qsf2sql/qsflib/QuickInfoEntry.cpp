@@ -5,6 +5,11 @@
 
 namespace KVAN::io::QSF {
 
+// An entry is a short head, at a distance from it the record, and at distances from the record its masses and
+// calibration bytes; neither has a type nor a version to verify. What bounds them is the container.
+//
+// Tolerated: a level without masses, which gives an empty list; calibration bytes that begin at or after the record's
+// end, which leaves the 4 in the record.
 void QuickInfoEntry::Read(kvan::io::QSFBlockedReader& reader, std::uint64_t containerEnd) {
     // Else many small containers could share one large record, and a small file ask for a huge cache.
     const auto requireInside = [&](std::uint64_t position, std::uint64_t size) {

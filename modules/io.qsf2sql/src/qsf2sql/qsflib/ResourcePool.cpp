@@ -7,6 +7,12 @@
 
 namespace KVAN::io::QSF {
 
+// One pass over the heads notes where the blocks of the pool are; what is in them is read when they are taken. The walk
+// is bounded by the block around the pool, never by what an entry says: sizes only move it on.
+//
+// Tolerated: an entry that reaches beyond the pool, which is noted and is the last; less than a head at the end; an
+// entry smaller than its own head, which is dropped with all that follows. An entry of size 0 would stand still, so it
+// fails.
 void ResourcePool::Read(kvan::io::QSFBlockedReader& reader, std::uint64_t blockStart, std::uint32_t blockSize,
                         std::uint32_t poolOffset) {
     m_blocks.clear();
@@ -36,6 +42,7 @@ std::optional<std::uint64_t> ResourcePool::RemoveFirst(_RESOURCE_TYPE type) {
     return position;
 }
 
+// Blocks keep the order of the file, which is that of the rows in the cache.
 std::vector<std::uint64_t> ResourcePool::RemoveAll(_RESOURCE_TYPE type) {
     std::vector<std::uint64_t> positions;
     std::erase_if(m_blocks, [&](const auto& block) {

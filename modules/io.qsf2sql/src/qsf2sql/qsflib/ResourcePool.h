@@ -15,8 +15,8 @@ public:
     /// Walks the pool of the block that starts at `blockStart` and has `blockSize` bytes by the heads of its entries.
     /// A `poolOffset` of 0 means an empty pool. What was in here is forgotten, its memory is used again.
     ///
-    /// The walk ends at the block's end, or ahead of it at an entry that is smaller than its head or leaves no room for
-    /// another head. Throws `Qsf2SqlFileFormatError` for an entry of size 0, behind which there is no next one.
+    /// The walk ends at the block's end, or before it at an entry that is smaller than its head or leaves no room for
+    /// another head. Throws `Qsf2SqlFileFormatError` for an entry of size 0, after which there is no next one.
     void Read(kvan::io::QSFBlockedReader& reader, std::uint64_t blockStart, std::uint32_t blockSize,
               std::uint32_t poolOffset);
 

@@ -4,6 +4,8 @@
 
 namespace KVAN::io::QSF {
 
+// The order of taking is part of the format: of several values of one variable the first one counts. Tables for all
+// keys come once each, a second one of a kind is dropped; tables for one key come as often as there are keys.
 void SegmentConditionBlock::Read(kvan::io::QSFBlockedReader& reader) {
     const std::uint64_t start = reader.tell();
     header = CQSFUtil::ReadHeader<SegmentConditionRecord>(reader, RESTYPE_SEGMENT_CONDITION);

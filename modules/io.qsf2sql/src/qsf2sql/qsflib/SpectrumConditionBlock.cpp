@@ -6,6 +6,8 @@
 
 namespace KVAN::io::QSF {
 
+// The calibration and the MS/MS parameters are taken in their turn but not kept: nobody uses them, the calibration in
+// force comes from elsewhere. Their damage is the block's damage.
 void SpectrumConditionBlock::Read(kvan::io::QSFBlockedReader& reader) {
     const std::uint64_t start = reader.tell();
     header = CQSFUtil::ReadHeader<SpectrumConditionRecord>(reader, RESTYPE_SPECTRUM_CONDITION);

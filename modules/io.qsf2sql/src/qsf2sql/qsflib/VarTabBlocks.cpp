@@ -5,6 +5,13 @@
 #include <algorithm>
 #include <span>
 
+// The tables of values in the pools of the conditions: a head, then entries of fixed size (scalar numbers) or with a
+// head of their own (texts and vectors). A generation reads some of them for every spectrum, so the bytes of a table go
+// into one block of memory that only grows, and an entry is a view of it.
+//
+// Counts and sizes are claims. A head's count is held against the bytes that the block and its pool leave, an entry's
+// size against what is left of those, an entry's count against its size; each fault is a read error. Bytes of an entry
+// after what its count needs are not looked at.
 namespace KVAN::io::QSF {
 
 namespace {
@@ -35,12 +42,14 @@ std::string_view textOf(std::string_view bytes, std::uint16_t count, bool& fits)
 
 template <class Element>
 std::string_view vectorOf(std::string_view bytes, std::uint16_t count, bool& fits) {
+    // Tolerated: an entry that is only its head, with any count, is an empty vector.
     fits = bytes.empty() || count <= bytes.size() / sizeof(Element);
     return bytes.substr(0, count * sizeof(Element));
 }
 
 template <>
 std::string_view vectorOf<std::string>(std::string_view bytes, std::uint16_t count, bool&) {
+    // Tolerated: another number of texts than counted gives an empty vector.
     const auto parts = std::count(bytes.begin(), bytes.end(), '\0') + 1;
     return parts == count ? bytes : std::string_view();
 }

@@ -25,7 +25,7 @@ struct VarTabDataEntry {
     std::string_view data;  ///< as the kind of table says; lies in the table
 };
 
-/// The entries of a table that have a head, with the bytes behind it.
+/// The entries of a table that have a head, with their bytes.
 class VarTabDataEntries {
 public:
     /// What of the bytes of an entry is its value, for the count in its head. Sets `fits` to false where they are too
@@ -43,7 +43,7 @@ public:
     const VarTabDataEntry* end() const { return m_entries.data() + m_entries.size(); }
 
 private:
-    std::vector<char> m_bytes;  // of all entries; grows ahead of them only
+    std::vector<char> m_bytes;  // of all entries, which point into it; grows before the first is read
     std::vector<VarTabDataEntry> m_entries;
 };
 

@@ -6,6 +6,7 @@
 
 namespace KVAN::io::QSF {
 
+// A size below the fixed part would let a small file declare 65535 variables out of the same bytes.
 void VarTabDescEntryBlock::Read(kvan::io::QSFBlockedReader& reader) {
     const std::uint64_t start = reader.tell();
     const auto record = kvan::io::readRecord<VarTabDescEntryRecord>(reader);
@@ -18,6 +19,7 @@ void VarTabDescEntryBlock::Read(kvan::io::QSFBlockedReader& reader) {
     texts = CQSFUtil::ReadTexts(reader, record, start, record.size);
 }
 
+// Entries follow one another by their sizes. The last one may end with the block, none after it.
 void VarTabDescBlock::Read(kvan::io::QSFBlockedReader& reader) {
     const std::uint64_t start = reader.tell();
     const auto header = CQSFUtil::ReadHeader<VarTabDescHeader>(reader, RESTYPE_VAR_TAB_DESCRIPTION);
