@@ -11,8 +11,18 @@ namespace kvan::io::qsf2sql {
 
 using namespace KVAN::io::QSF;
 
+// In comes a condition block whose tables have been read; out come its settings, typed as the variables are declared,
+// sorted by name and key. The bytes of texts and vectors stay in the block.
+//
+// Sorting one vector is cheaper than a map a block: names are compared by their rank, and a setting is a few words. The
+// order of entry decides among settings of one name and key, so the sort has it as the last part of its key.
+//
+// Tolerated, setting by setting: a variable that is not declared or not wanted, silently; one whose table is of another
+// kind than its declaration, with a warning. Tables for a key that no quick-info record has are not looked at.
+
 namespace {
 
+/// An integer stands in the low half of the entry's eight bytes.
 template <class T>
 T numberIn(const VarTabValueEntry& entry) {
     static_assert(sizeof(T) <= sizeof entry.value);
@@ -81,6 +91,7 @@ std::ostream& operator<<(std::ostream& stream, const Printed& printed) {
     return stream << "<VariableType=" << static_cast<int>(printed.setting.description->type) << ">";
 }
 
+/// Blocks of these kinds hold no variables; the words come whether or not a condition has them.
 void logOncePerProcess(const logging::Logger& logger) {
     static std::atomic<bool> logged = false;
     if (logged.exchange(true, std::memory_order_relaxed))

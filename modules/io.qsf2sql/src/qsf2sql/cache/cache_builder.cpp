@@ -20,6 +20,7 @@ namespace fs = boost::filesystem;
 using boost::system::error_code;
 using cppsqlite::CppSQLite3DB;
 
+// The first is a file that still grows, removed by the next builder if its owner was killed; the second a whole cache.
 constexpr std::string_view g_privatePattern = "qsf-cache-%%%%-%%%%-%%%%-%%%%.building";
 constexpr char g_temporaryPattern[] = "%%%%-%%%%-%%%%-%%%%-qsf.sqlite";
 
@@ -57,6 +58,14 @@ error_code replaceCache(const fs::path& cacheFile, sys::PrivateFile& file) {
 
 }  // namespace
 
+// In come the main file and what the caller wants; out comes an open cache that is whole, or an exception.
+//
+// Nothing ever grows at the path of the cache itself: a reader finds the old cache, the new one or none, and of two
+// builders the later one replaces the file of the earlier one. The private file is made first, since making it is the
+// only sure test of whether the directory can be written; a share mounted for reading has modes that say otherwise.
+//
+// A bad native file leaves nothing at the path. Any other failure leaves an empty database there, which
+// no open takes for a cache and the next one replaces.
 CacheBuilder::CacheBuilder(const fs::path& qsfFile, const VariablesPrefs& settings, const CacheFill& fill)
     : m_logger(logging::Logger::getLogger("kvan.io.qsf2sql")), m_qsfFile(qsfFile), m_settings(settings), m_fill(fill) {}
 
@@ -107,6 +116,7 @@ std::unique_ptr<CppSQLite3DB> CacheBuilder::generateInAnalysisDirectory(const fs
             replaceCache(cacheFile, *file);
         throw;
     }
+    // Somebody may hold the old cache open in a way that keeps it where it is; the caller then gets a cache of its own.
     if (const error_code fault = replaceCache(cacheFile, *file)) {
         logRefusal(cacheFile, fault);
         return nullptr;
@@ -133,6 +143,7 @@ std::unique_ptr<CppSQLite3DB> CacheBuilder::generateInTemporaryDirectory(fs::pat
 
 void CacheBuilder::fillDatabase(const fs::path& file) {
     CppSQLite3DB database;
+    // Nobody else knows the file, so it needs neither locks nor a journal on disk.
     database.open(sys::pathToUtf8(file), CppSQLite3DB::OpenMode::Private);
     database.execDML("BEGIN TRANSACTION");
     m_fill(m_qsfFile, database, m_settings.mode == VariablesPrefs::All, m_settings.requested);

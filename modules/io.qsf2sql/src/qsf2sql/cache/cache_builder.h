@@ -24,7 +24,7 @@ using CacheFill = std::function<void(const boost::filesystem::path& mainFile, cp
 /// Makes a new cache: beside the main file, or in the system's temporary directory where that cannot be.
 ///
 /// A cache grows in a private file and gets its name when it is whole, so that any number of processes may build, open
-/// and replace the cache of one analysis at the same time. What a killed builder leaves behind is removed by the next.
+/// and replace the cache of one analysis at the same time. What a killed builder leaves is removed by the next.
 class CacheBuilder {
 public:
     /// Keeps references to its arguments.

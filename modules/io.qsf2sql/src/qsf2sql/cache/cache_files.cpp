@@ -11,6 +11,9 @@ namespace kvan::io::qsf2sql::cache {
 namespace fs = boost::filesystem;
 using cppsqlite::CppSQLite3DB;
 
+// Paths stay as the caller gave them, relative or not: log lines, failures and the name of the cache repeat them. A
+// status that cannot be read counts as that of a missing file.
+
 fs::path cachePathBeside(const fs::path& qsfFile) {
     return fs::path(qsfFile).replace_extension(".sqlite");
 }
@@ -33,11 +36,12 @@ fs::file_type typeAt(const fs::path& path) {
 }
 
 std::unique_ptr<CppSQLite3DB> openCache(const fs::path& cacheFile) {
+    // A link could lead to anything, and a pipe would block.
     if (typeAt(cacheFile) != fs::regular_file)
         throwCannotOpenCache();
     auto database = std::make_unique<CppSQLite3DB>();
     database->open(sys::pathToUtf8(cacheFile), CppSQLite3DB::OpenMode::Existing);
-    database->distrustContent();
+    database->distrustContent();  // anybody may have written it
     return database;
 }
 

@@ -13,7 +13,7 @@ boost::filesystem::path cachePathBeside(const boost::filesystem::path& qsfFile);
 /// Throws `Qsf2SqlFileNotFoundError` unless the path leads to a regular file.
 void checkIfQsfExists(const boost::filesystem::path& qsfFile);
 
-/// What stands at the path itself, links not followed; `file_not_found` also where that cannot be told.
+/// What stands at the path itself, links not followed; `file_not_found` also where that cannot be found out.
 boost::filesystem::file_type typeAt(const boost::filesystem::path& path);
 
 /// Opens the cache that stands at `cacheFile`, as a file that anybody may have written. Reads nothing of it. Anything

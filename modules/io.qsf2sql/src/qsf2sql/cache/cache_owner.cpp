@@ -7,6 +7,9 @@
 
 namespace kvan::io::qsf2sql::cache {
 
+// Both run when the last owner of a storage's connection lets go, often inside a destructor, so nothing may escape. The
+// connection is closed before the file goes: a system that keeps open files would refuse to remove it.
+
 void CacheCloser::operator()(cppsqlite::CppSQLite3DB* database) const noexcept {
     std::default_delete<cppsqlite::CppSQLite3DB>()(database);
 }

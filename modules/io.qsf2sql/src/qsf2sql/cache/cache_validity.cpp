@@ -73,6 +73,10 @@ std::uint64_t sizeBeside(fs::path file, const char* extension) {
 
 }  // namespace
 
+// Three questions in this order, each of which may end the matter: is the schema this system's own, letter for letter;
+// does the cache hold all variables; was it asked for the names that are wanted now. What cannot be read is answered
+// with no, and the cache is made anew, since anybody may write that file. Its tables are read only where they are plain
+// ones: a view in their place would compute its rows by SQL of somebody else.
 bool isCompatible(CppSQLite3DB& database, bool wantAll, const std::unordered_set<std::string>& requested) {
     const auto logger = logging::Logger::getLogger("kvan.io.qsf2sql");
     const auto version = readOrReport(logger, g_noSchema, [&] { return schemaVersion(database); });
@@ -100,11 +104,15 @@ bool isCompatible(CppSQLite3DB& database, bool wantAll, const std::unordered_set
     return missing && missing->empty();
 }
 
+// Sizes only: times change when data are copied, and reading the contents would cost what the cache saves. Native files
+// of other contents and equal sizes therefore pass. A side file that is missing is a failure and no difference: a new
+// cache could not be made without it either.
 bool isConsistentSQLiteCache(CppSQLite3DB& database, const fs::path& qsfFile) {
     checkIfQsfExists(qsfFile);
     const CppSQLite3Query query = database.execQuery("SELECT QSFSize, XTRSize, IDXSize FROM Info");
     if (query.eof())
         BOOST_THROW_EXCEPTION(Qsf2SqlCacheError("Can't read consistency info from SQLite cache."));
+    // Through text, so that what is no number is refused instead of read as 0.
     const auto recorded = [&query](int column) {
         return boost::lexical_cast<std::int64_t>(std::string(query.fieldValue(column)));
     };

@@ -42,6 +42,11 @@ std::unique_ptr<CppSQLite3DB> reuseCache(const fs::path& qsfFile, const fs::path
 
 }  // namespace
 
+// A cache that stands beside the main file is asked two things before it is taken: whether it fits the settings, then
+// whether it fits the native files. The first that fails sends the caller to the builder; the log says which it was.
+//
+// SQLite's own failures become one type here, with their text. A file that SQLite cannot open is such a failure and
+// stays where it is; one that opens and holds no cache is replaced.
 std::unique_ptr<CppSQLite3DB> getValidSQLiteCache(const fs::path& qsfFile, fs::path& cacheFile, bool* isTemporary,
                                                   const VariablesPrefs& settings, const CacheFill& fill) {
     bool unasked = false;

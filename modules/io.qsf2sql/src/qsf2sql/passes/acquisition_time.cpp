@@ -10,6 +10,12 @@ namespace kvan::io::qsf2sql::passes {
 
 namespace {
 
+// In come the UTC fields of the analysis header. Fields out of range, years outside 1400 to 10000 and days that do not
+// exist in the Gregorian calendar are refused in these words and in this order, which callers see as the reason why an
+// analysis does not open. Both the UTC date and the local one must be in range.
+//
+// Tolerated: a clock beyond its range, which carries over into the date.
+
 void require(bool condition, const char* failure) {
     if (!condition)
         BOOST_THROW_EXCEPTION(std::out_of_range(failure));

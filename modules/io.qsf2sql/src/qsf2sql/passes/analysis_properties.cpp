@@ -8,6 +8,9 @@ using namespace KVAN::io::QSF;
 
 namespace {
 
+// The rows and their order are the format's. Texts go in byte for byte, in the code page of the file; the two rows of
+// vendors are constants.
+
 std::string acquisitionTime(const AnalysisHeaderRecord& utc) {
     return utcToLocalTimeIso8601(utc.year, utc.month, utc.day, utc.hour, utc.minute, utc.second, utc.milliseconds,
                                  utc.timeZoneMinutes);
@@ -47,6 +50,8 @@ void AnalysisProperties::insertAll(const AnalysisHeaderRecord& header, const Ana
     insert("AcquisitionDateTime", acquisitionTime(header));
 }
 
+// Text B whole if it has a full stop in it, else texts A and B joined by one. Where no instrument block was read before
+// the pass ended, both texts are "-1" and the number of the analysis description follows.
 std::string instrumentSerialNumber(const SerialNumberParts& parts) {
     if (parts.textB == "-1")
         return "-1." + std::to_string(parts.fallback);

@@ -82,6 +82,7 @@ private:
         const std::uint32_t number = record.spectrum - 1;
         KVAN_LOG(m_logger, TRACE) << "Quickinfo entry for spectrum condition #" << number;
 
+        // One row a spectrum, also where two calibrations are equal.
         m_insertTransformator.bindBorrowed(1, entry.calibration.data(), entry.calibration.size());
         m_insertTransformator.execDML();
         const std::int64_t transformatorId = m_database.lastRowId();
@@ -114,6 +115,7 @@ private:
         if (const Transformator transformator = transformatorOf(entry.calibration, key)) {
             const std::int32_t lower = boost::math::iround(transformator->DIndexToMass(double{record.acquiredLower}));
             std::int32_t upper = boost::math::iround(transformator->DIndexToMass(double{record.acquiredUpper}));
+            // Tolerated: a range that is empty or reversed.
             if (upper <= lower)
                 upper = boost::math::iround(lower + 1.0);  // refuses what 32 bits do not hold
             m_updateSpectrum.bind(MZ_ACQ_RANGE_LOWER, lower);
@@ -126,6 +128,7 @@ private:
         m_updateSpectrum.bind(MAX_INTENSITY, double{record.maxIntensity});
     }
 
+    /// The two faults are logged once a generation: a file that has one of them has it in every spectrum.
     Transformator transformatorOf(const std::vector<unsigned char>& blob, const AcquisitionKey& key) {
         if (const Transformator reference = m_references.lookup(key))
             return reference;
@@ -141,6 +144,7 @@ private:
         return own;
     }
 
+    /// Tolerated: a calibration that cannot be read. Whoever asks for the m/z array of the spectrum gets the failure.
     Transformator deserialize(const std::vector<unsigned char>& blob) {
         try {
             return m_serialization.DeserializeFromBlob(blob);

@@ -25,7 +25,8 @@ struct IndexedSpectrum {
     std::optional<ArrayId> profile = {};
 };
 
-/// A column of array Ids: all arrays of one block share its offset and differ in kind.
+/// A column of array Ids: all arrays of one block share its offset and differ in kind. Every kind gets its Id, whether
+/// or not the block holds it, which only a look into the main file would tell.
 struct ArrayColumn {
     const char* name;
     ArrayKind kind;
@@ -70,7 +71,8 @@ public:
         while (const std::uint64_t containedSize = scan.nextEntry()) {
             const auto entry = readRecord<FILE_CONTAINER_INDEX_ENTRY>(reader);
             KVAN_LOG(m_logger, TRACE) << "IDX: entry type = 0x" << std::hex << entry.type;
-            if (containedSize != sizeof entry) {  // read as an entry all the same
+            // Tolerated: a container that is larger than its entry.
+            if (containedSize != sizeof entry) {
                 KVAN_LOG(m_logger, WARN) << "IDX: contained data size non-zero, expected zero.";
             }
             handle(entry);

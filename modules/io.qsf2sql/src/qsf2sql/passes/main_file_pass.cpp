@@ -81,12 +81,14 @@ private:
         KVAN_LOG(m_logger, TRACE) << "Timebase is " << m_facts.timebase << "s";
         KVAN_LOG(m_logger, TRACE) << "Analysis header pool contains " << block.calibrations.size()
                                   << " reference transformators.";
+        // Before the properties: a reference that cannot be read is the failure that is reported.
         m_references.populate(block.calibrations);
         if (!block.description)
             failFormat("Analysis description missing from main QSF file.");
         m_serialNumber.fallback = block.description->serialFallback;
         m_properties.insertAll(block.header, *block.description);
         m_facts.instrumentFamily = block.description->instrumentFamily;
+        // Tolerated: a file without declarations declares no variables.
         m_variables.emplace(block.variables ? *block.variables : VarTabDescBlock(), g_builtInVariables, m_wanted.all,
                             m_wanted.requested);
     }

@@ -4,6 +4,14 @@
 
 namespace kvan::io::qsf2sql::passes {
 
+// In come spectra in file order. The files do not say which spectrum a fragment spectrum was taken from; where the
+// instrument chooses precursors by itself, it is the MS^1 spectrum measured last, for any n of MS^n. MS level 0 is
+// MS^1, level n - 1 is MS^n.
+//
+// Tolerated: an MS^n spectrum before any MS^1 spectrum, which has no parent. That, and a family that does not tell, is
+// logged once a generation. Masses are stored for every family.
+
+/// By the instrument family codes of the native format.
 bool measuresAutoMsMs(std::uint16_t instrumentFamily) {
     return instrumentFamily == 1 || instrumentFamily == 2 || (instrumentFamily >= 6 && instrumentFamily <= 9);
 }
@@ -14,6 +22,7 @@ MsMsSteps::MsMsSteps(cppsqlite::CppSQLite3DB& database, std::uint16_t instrument
                                          "Mass) VALUES (?,?,?,?,?,?)")),
       m_family(instrumentFamily),
       m_autoMsMs(measuresAutoMsMs(instrumentFamily)) {
+    // Isolation and reaction type; -1 where the family does not tell.
     m_insert.bind(3, m_autoMsMs ? 1 : -1);
     m_insert.bind(4, m_autoMsMs ? 1 : -1);
 }

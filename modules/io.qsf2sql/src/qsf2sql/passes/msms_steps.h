@@ -18,7 +18,7 @@ class MsMsSteps {
 public:
     MsMsSteps(cppsqlite::CppSQLite3DB& database, std::uint16_t instrumentFamily, const logging::Logger& logger);
 
-    /// Id of the latest MS^1 spectrum ahead of spectrum `number` (from 0), none for an MS^1 spectrum and where the
+    /// Id of the latest MS^1 spectrum before spectrum `number` (from 0), none for an MS^1 spectrum and where the
     /// family does not tell. Spectra are given in file order.
     std::optional<std::int64_t> parentOf(std::uint32_t number, std::uint8_t msLevel);
 

@@ -10,6 +10,13 @@ using calibration::ICalibrationTransformator;
 
 namespace {
 
+// In come the calibrations of the analysis header, each for one acquisition key. The range of acquired masses of a
+// spectrum is computed with the reference of its key where there is one.
+//
+// Tolerated: a reference that gives no transformator or does not say its key, and a second one of a key; all three are
+// passed over. One that cannot be read at all ends the generation, as any damaged block does.
+
+// MS/MS counts as a variant of MS where the reference for MS^1 stands in.
 constexpr std::uint32_t g_scanModeMs = 0;
 constexpr std::uint32_t g_scanModeMsMs = 2;
 
@@ -49,6 +56,8 @@ std::shared_ptr<ICalibrationTransformator> ReferenceTransformatorMap::lookup(Acq
     return m_ms1.use(key);
 }
 
+// References follow the spectra's own calibrations in `Transformators`. Keys are looked up and not added: the table of
+// keys lists what spectra have.
 void ReferenceTransformatorMap::writeTo(cppsqlite::CppSQLite3DB& database, const AcquisitionKeyMap& keys,
                                         cppsqlite::CppSQLite3Statement& transformatorInsert) const {
     auto insert =

@@ -6,6 +6,10 @@ namespace kvan::io::qsf2sql::passes {
 
 using namespace KVAN::io::QSF;
 
+// Both side files are a run of plain blocks, one of which announces the entries, and then containers with one entry
+// each. Tolerated: unknown blocks in the head, which are logged, and a head that announces nothing, after which every
+// container counts as a block of the head and the file has no entries. Block walk and its faults are the reader's.
+
 SideFileScan::SideFileScan(QSFBlockedReader& reader, const SideFileHead& head, const logging::Logger& logger)
     : m_reader(reader), m_head(head), m_logger(logger) {}
 

@@ -5,11 +5,11 @@
 
 namespace kvan::io::qsf2sql::passes {
 
-/// How the head of a side file is told from its entries.
+/// Where the head of a side file ends and its entries begin.
 struct SideFileHead {
     std::uint16_t passedOver;      ///< block type that is expected and skipped
-    std::uint16_t entriesFollow;   ///< block type behind which the entries begin
-    const char* traceOfBlockType;  ///< text ahead of the type in a TRACE line for each head block; null: no line
+    std::uint16_t entriesFollow;   ///< block type after which the entries begin
+    const char* traceOfBlockType;  ///< text before the type in a TRACE line for each head block; null: no line
 };
 
 inline constexpr SideFileHead g_indexFileHead{KVAN::io::QSF::RESTYPE_INDEX_HEAD,

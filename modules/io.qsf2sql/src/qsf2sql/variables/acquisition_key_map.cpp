@@ -19,6 +19,9 @@ std::ostream& operator<<(std::ostream& stream, const AcquisitionKey& key) {
                   << unsigned{key.msLevel} << " ]";
 }
 
+// Quick-info records add keys as they come, so the Ids follow the order of the extra file. Everything else, references
+// and tables of settings, only finds them: a key that no spectrum has gets no row.
+
 std::int32_t AcquisitionKeyMap::getOrAddId(const AcquisitionKey& key) {
     const auto [found, added] = m_ids.try_emplace(key, static_cast<std::int32_t>(m_keys.size()) + 1);
     if (added)

@@ -72,6 +72,12 @@ std::int64_t topOf(const VarTabDescBlock& declarations, std::span<const BuiltInV
 
 const std::span<const BuiltInVariable> g_builtInVariables(g_builtInTable);
 
+// In come the declarations of the file in their order. Callers ask for the built-in variables by number, so these have
+// the same Ids in every cache, and any other variable whose index in the file is one of these numbers moves above all
+// indices. What the file does not declare follows as a row without values.
+//
+// A type that is not known is logged and the variable passed over; if it is a built-in one, it counts as not declared.
+// A name that is declared twice is kept twice, and the first declaration is the one that the name finds.
 VariableDescriptions::VariableDescriptions(const VarTabDescBlock& declarations,
                                            std::span<const BuiltInVariable> builtIns, bool allVariables,
                                            const std::unordered_set<std::string>& requested)
@@ -109,6 +115,7 @@ VariableDescriptions::VariableDescriptions(const VarTabDescBlock& declarations,
     rankNames();
 }
 
+/// Comparing two numbers stands for comparing two names when the settings of a block are sorted.
 void VariableDescriptions::rankNames() {
     for (std::size_t index = 0; index < m_records.size(); ++index)
         m_byName.try_emplace(m_records[index].permanentName(), index);
@@ -142,6 +149,7 @@ VariableType VariableDescriptions::getVariableType(const std::string& permanentN
 void VariableDescriptions::writeTo(cppsqlite::CppSQLite3DB& database) const {
     auto insert = database.compileStatement("INSERT INTO SupportedVariables VALUES (?,?,?,?,?,?,?,?)");
     for (const VariableDescription& record : m_records) {
+        // Units have a degree or micro sign in them; of the display texts only they are converted.
         const std::string dimension = windows1252ToUtf8(record.texts[VarTabDescEntryBlock::DisplayDimension]);
         KVAN_LOG(m_logger, TRACE) << "Supported variable ID = " << record.schemaId
                                   << ", permname = " << record.permanentName() << ", dimension = " << dimension;

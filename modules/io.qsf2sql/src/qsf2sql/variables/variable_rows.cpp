@@ -11,6 +11,13 @@
 
 namespace kvan::io::qsf2sql {
 
+// In come the settings of one condition; each becomes a row, or is logged and passed over. Both tables take them alike:
+// a setting must be of the table's sort, its name must be one that the cache keeps, and the first row of a key stays.
+//
+// Text and vectors are bound where they lie, in the condition or in the buffer of the conversion. They are unbound when
+// the settings are done, before the next condition takes their place. Values go in under the type of the first
+// declaration of their name, since that is what `SupportedVariables` says of the column.
+
 namespace {
 
 enum Parameter : int { OWNER = 1, ACQUISITION_KEY, VARIABLE, VALUE };
@@ -71,7 +78,7 @@ void VariableRows::insert(std::uint32_t owner, const VariableSettings& settings)
                                      << ". Ignoring this and all other duplicates.";
         }
     }
-    m_insert.bindNull(VALUE);  // the bytes bound last are the condition's, which is read anew
+    m_insert.bindNull(VALUE);
 }
 
 bool VariableRows::hasPlaceFor(const VariableSetting& setting) const {
@@ -105,7 +112,7 @@ void VariableRows::bindValue(VariableType type, const VariableValue& value) {
     BOOST_THROW_EXCEPTION(std::runtime_error("Not implemented yet."));
 }
 
-/// False where the table holds a row of the same key already: the first value stays.
+/// Tolerated: a condition that repeats a variable of an earlier one. False then, and the first value stays.
 bool VariableRows::insertRow() {
     try {
         m_insert.execDML();
