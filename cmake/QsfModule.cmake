@@ -21,7 +21,7 @@ function(qsf_tests name)
     cmake_parse_arguments(ARG "" "" "SOURCES;LINKS" ${ARGN})
     add_executable(${name} ${ARG_SOURCES})
     target_include_directories(${name} PRIVATE "${CMAKE_CURRENT_SOURCE_DIR}/src" "${CMAKE_CURRENT_SOURCE_DIR}/tests")
-    target_link_libraries(${name} PRIVATE ${ARG_LINKS} GTest::gtest_main qsf_compile_settings)
+    target_link_libraries(${name} PRIVATE ${ARG_LINKS} test-support GTest::gtest_main qsf_compile_settings)
     gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 300)
 endfunction()
 

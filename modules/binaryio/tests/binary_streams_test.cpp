@@ -1,6 +1,7 @@
 #include <binaryio/binary_failure.h>
 #include <binaryio/compressed_binary.h>
 #include <binaryio/heap_binary.h>
+#include <test-support/support.h>
 
 #include <boost/numeric/conversion/cast.hpp>
 #include <limits>
@@ -14,15 +15,7 @@ namespace {
 
 using Bytes = std::vector<unsigned char>;
 
-template <class Action>
-std::string failureOf(Action action) {
-    try {
-        action();
-    } catch (const BinaryFailure& failure) {
-        return failure.what();
-    }
-    return {};
-}
+using test::failureOf;
 
 Bytes written(OHeapBinary& heap) {
     return {heap.data(), heap.data() + heap.size()};

@@ -2,6 +2,7 @@
 #include <binaryio/heap_binary.h>
 #include <binaryio/magic_number.h>
 #include <binaryio/version_number.h>
+#include <test-support/support.h>
 
 #include <cstring>
 
@@ -10,15 +11,7 @@
 namespace kvan::binaryio {
 namespace {
 
-template <class Action>
-std::string failureOf(Action action) {
-    try {
-        action();
-    } catch (const BinaryFailure& failure) {
-        return failure.what();
-    }
-    return {};
-}
+using test::failureOf;
 
 template <class... Fields>
 std::string record(Fields... fields) {

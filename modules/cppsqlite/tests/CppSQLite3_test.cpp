@@ -1,9 +1,8 @@
 #include <cppsqlite/CppSQLite3.h>
 #include <cppsqlite/plain_tables.h>
 #include <cppsqlite/simple_checked_query.h>
+#include <test-support/support.h>
 
-#include <boost/filesystem/fstream.hpp>
-#include <boost/filesystem/operations.hpp>
 #include <functional>
 #include <limits>
 #include <utility>
@@ -15,14 +14,7 @@ namespace {
 
 namespace fs = boost::filesystem;
 
-std::string failureOf(const std::function<void()>& action) {
-    try {
-        action();
-    } catch (const std::exception& fault) {
-        return fault.what();
-    }
-    return "no failure";
-}
+using test::failureOf;
 
 class CppSQLite3 : public ::testing::Test {
 protected:
@@ -166,20 +158,21 @@ TEST_F(CppSQLite3, TablesThatComputeAreFoundWithoutRunningThem) {
 }
 
 TEST_F(CppSQLite3, OpensLazilyAndOnlyWhatIsThere) {
-    const fs::path path = fs::temp_directory_path() / fs::unique_path();
+    const test::TemporaryDirectory directory;
+    const fs::path path = directory / "file";
     CppSQLite3DB file;
     EXPECT_EQ(failureOf([&] { file.open(path.string(), CppSQLite3DB::OpenMode::Existing); }),
               "SQLITE_CANTOPEN[14]: unable to open database file");
     EXPECT_FALSE(fs::exists(path));
-    fs::ofstream(path) << std::string(4096, 'x');
+    test::writeFile(path, std::string(4096, 'x'));
     file.open(path.string(), CppSQLite3DB::OpenMode::Existing);
     file.distrustContent();
     EXPECT_EQ(failureOf([&] { file.execQuery("SELECT * FROM t"); }), "UNKNOWN_ERROR[26]: file is not a database");
-    fs::remove(path);
 }
 
 TEST_F(CppSQLite3, AFrozenFileIsReadAsItStands) {
-    const fs::path path = fs::temp_directory_path() / fs::unique_path("frozen %41-%%%%%%%%");
+    const test::TemporaryDirectory directory;
+    const fs::path path = directory / "frozen %41";
     CppSQLite3DB writer;
     writer.open(path.string());
     writer.execDML("PRAGMA journal_mode=WAL; CREATE TABLE t (v); INSERT INTO t VALUES (1)");
@@ -190,14 +183,11 @@ TEST_F(CppSQLite3, AFrozenFileIsReadAsItStands) {
     EXPECT_FALSE(fs::exists(path.string() + "-shm")) << "nothing stands beside it";
     EXPECT_EQ(failureOf([&] { frozen.execDML("DELETE FROM t"); }),
               "SQLITE_READONLY[8]: attempt to write a readonly database");
-    frozen.close();
-    fs::remove(path);
 }
 
 TEST_F(CppSQLite3, NamesOfFilesAreNoMoreThanNames) {
     const fs::path home = fs::current_path();
-    const fs::path directory = fs::temp_directory_path() / fs::unique_path();
-    fs::create_directory(directory);
+    const test::TemporaryDirectory directory;
     fs::current_path(directory);
     const std::pair<const char*, CppSQLite3DB::OpenMode> cases[] = {
         {"file:plain?mode=memory", CppSQLite3DB::OpenMode::Create},
@@ -215,7 +205,6 @@ TEST_F(CppSQLite3, NamesOfFilesAreNoMoreThanNames) {
         }
     }
     fs::current_path(home);
-    fs::remove_all(directory);
 }
 
 }  // namespace

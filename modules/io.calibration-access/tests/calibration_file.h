@@ -1,29 +1,20 @@
 #pragma once
 
 #include <cppsqlite/CppSQLite3.h>
+#include <test-support/support.h>
 
-#include <boost/filesystem/operations.hpp>
-#include <functional>
 #include <string>
 
 #include <gtest/gtest.h>
 
 namespace kvan::io::calibration {
 
-inline std::string failureOf(const std::function<void()>& action) {
-    try {
-        action();
-    } catch (const std::exception& fault) {
-        return fault.what();
-    }
-    return "no failure";
-}
+using test::failureOf;
 
 /// A directory with a calibration database of three spectra, gone after the test.
 class CalibrationFile : public ::testing::Test {
 protected:
     CalibrationFile() {
-        boost::filesystem::create_directory(m_directory);
         sql("CREATE TABLE GlobalMetadata (Key TEXT, Value TEXT);"
             "INSERT INTO GlobalMetadata VALUES ('SchemaType','CALIBRATION_SQLITE'),('SchemaVersionMajor','1'),"
             "('SchemaVersionMinor','3');"
@@ -39,7 +30,6 @@ protected:
             "CREATE TABLE FrameMzCalibration (Id INTEGER, ModelType INTEGER, CalibrationState INTEGER, C0, C1, C2, C3,"
             "C4, C5, C6, C7, C8, C9, PRIMARY KEY (CalibrationState, Id))");
     }
-    ~CalibrationFile() override { boost::filesystem::remove_all(m_directory); }
 
     boost::filesystem::path file() const { return m_directory / "calibration.sqlite"; }
 
@@ -49,8 +39,7 @@ protected:
         database.execDML("PRAGMA synchronous=OFF; " + statements);
     }
 
-    const boost::filesystem::path m_directory =
-        boost::filesystem::temp_directory_path() / boost::filesystem::unique_path("calibration-%%%%%%%%");
+    const test::TemporaryDirectory m_directory;
 };
 
 }  // namespace kvan::io::calibration

@@ -210,7 +210,7 @@ TEST_F(Reader, WhatIsWrongWithTheFileIsToldAtOpen) {
         sql(change);
         EXPECT_EQ(failureOf([&] { CalibrationReaderSqlite::find(m_directory, {.key = "frames"}); }), text) << change;
     }
-    fs::ofstream(file(), std::ios::binary) << std::string(4096, 'x');
+    test::writeFile(file(), std::string(4096, 'x'));
     EXPECT_EQ(failureOf([&] { open("frames"); }), "UNKNOWN_ERROR[26]: file is not a database");
 }
 
@@ -348,24 +348,6 @@ TEST_F(Reader, WaitsForAnotherProcess) {
     EXPECT_EQ(status, 0);
 }
 
-/// What a child that is nobody, and may write nothing that is not everybody's, is told.
-std::string toldToNobody(const std::function<std::string()>& action) {
-    int toParent[2];
-    EXPECT_EQ(::pipe(toParent), 0);
-    const pid_t child = ::fork();
-    if (child == 0) {
-        const bool isNobody = ::geteuid() != 0 || ::setresuid(65534, 65534, 0) == 0;
-        const std::string text = isNobody ? action() : "somebody";
-        ::_exit(::write(toParent[1], text.data(), text.size()) < 0 ? 1 : 0);
-    }
-    ::close(toParent[1]);
-    char text[200];
-    const ssize_t length = ::read(toParent[0], text, sizeof text);
-    ::close(toParent[0]);
-    ::waitpid(child, nullptr, 0);
-    return {text, static_cast<std::size_t>(std::max<ssize_t>(length, 0))};
-}
-
 TEST_F(Reader, LeavesNothingBesideTheDatabase) {
     sql("PRAGMA journal_mode=WAL");
     const auto names = [&] {
@@ -377,11 +359,11 @@ TEST_F(Reader, LeavesNothingBesideTheDatabase) {
     fs::permissions(file(), static_cast<fs::perms>(0444));
     for (const bool hasEmptyLog : {false, true}) {
         if (hasEmptyLog)
-            fs::ofstream(m_directory / "calibration.sqlite-wal");
+            test::writeFile(m_directory / "calibration.sqlite-wal", "");
         const auto before = names();
         for (const int permissions : {0555, 0777}) {
             fs::permissions(m_directory, static_cast<fs::perms>(permissions));
-            EXPECT_EQ(toldToNobody([&] { return failureOf([&] { open("frames")->getMzTrafo(1); }); }), "no failure");
+            EXPECT_EQ(test::asNobody([&] { return failureOf([&] { open("frames")->getMzTrafo(1); }); }), "");
             EXPECT_EQ(names(), before) << permissions << hasEmptyLog;
         }
     }
@@ -404,7 +386,7 @@ TEST_F(Reader, WhereNothingMayBeWrittenAChangeIsTold) {
     watchRows();
     for (const bool isWhileReading : {false, true}) {
         permit(0555, 0444);
-        EXPECT_EQ(toldToNobody([&] {
+        EXPECT_EQ(test::asNobody([&] {
                       const auto reader = open("frames");
                       reader->getMzTrafo(3);
                       isWhileReading ? void(g_atNextRow = change) : change();
@@ -417,7 +399,7 @@ TEST_F(Reader, WhereNothingMayBeWrittenAChangeIsTold) {
     writer.open(file().string());
     writer.execDML("UPDATE FrameMzCalibration SET C0 = 3; PRAGMA wal_checkpoint(TRUNCATE)");
     permit(0555, 0444);
-    EXPECT_EQ(toldToNobody([&] {
+    EXPECT_EQ(test::asNobody([&] {
                   const auto reader = open("frames");
                   change();
                   return std::to_string(reader->getMzTrafo(3)->RawToMass(0.0));
@@ -444,8 +426,8 @@ TEST_F(Reader, WhereNothingMayBeWrittenAnInterruptedWriterIsTold) {
     fs::create_symlink(real / "calibration.sqlite", file());
     fs::permissions(real / "calibration.sqlite", static_cast<fs::perms>(0444));
     fs::permissions(real, static_cast<fs::perms>(0555));
-    for (const fs::path& directory : {m_directory, real})
-        EXPECT_EQ(toldToNobody([&] { return failureOf([&] { open(directory, "frames"); }); }),
+    for (const fs::path& directory : {fs::path(m_directory), real})
+        EXPECT_EQ(test::asNobody([&] { return failureOf([&] { open(directory, "frames"); }); }),
                   "SQLITE_READONLY[8]: attempt to write a readonly database");
     fs::permissions(real, static_cast<fs::perms>(0755));
 }

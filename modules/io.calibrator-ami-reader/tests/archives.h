@@ -4,8 +4,8 @@
 
 #include <calibration-core/interfaces/ICalibrationTransformator.h>
 #include <sample-analysis/archive_writer.h>
+#include <test-support/support.h>
 
-#include <boost/filesystem/operations.hpp>
 #include <cstring>
 #include <string>
 
@@ -17,17 +17,9 @@ using namespace kvan;
 using kvan::sample::Bytes;
 using kvan::sample::CalibratorArchive;
 
-/// A calibration blob written by hand: type, no further correction, doubles.
-inline Bytes blob(std::uint16_t type, const std::vector<double>& constants) {
-    Bytes bytes(4 + 8 * constants.size());
-    std::memcpy(bytes.data(), &type, 2);
-    std::memcpy(bytes.data() + 4, constants.data(), 8 * constants.size());
-    return bytes;
-}
-
 /// A straight line that gives mass `c0` at index 0.
 inline Bytes line(double c0) {
-    return blob(4098, {c0, 1});
+    return kvan::test::calibrationBlob(4098, {c0, 1});
 }
 
 inline std::string lineText(const char* c0) {
@@ -44,12 +36,8 @@ inline Bytes payload(const CalibratorArchive& archive) {
 inline std::string extract(const Bytes& bytes, CDataFileCalibrationOrganizer& organizer) {
     kvan::binaryio::IHeapBinary stream(bytes.data(), bytes.size());
     stream.setFlags(1);
-    try {
-        organizer.ExtractFromBlob(stream);
-    } catch (const std::exception& failure) {
-        return failure.what();
-    }
-    return stream.isAtEnd() ? "" : "bytes left";
+    const std::string failure = kvan::test::failureOf([&] { organizer.ExtractFromBlob(stream); });
+    return failure.empty() && !stream.isAtEnd() ? "bytes left" : failure;
 }
 
 inline std::string extract(const CalibratorArchive& archive) {

@@ -5,7 +5,6 @@
 #include <calibration-core/interfaces/CalibrationTransformatorFactory.h>
 #include <calibrator-ami-reader/calibrator_ami_reader.h>
 
-#include <boost/filesystem/fstream.hpp>
 #include <cmath>
 
 #include <gtest/gtest.h>
@@ -71,11 +70,11 @@ struct MergeCase {
 /// Constants of time of flight: delay, base, c0 to c4. At index 4 the axis of `tof(...)` stands at 22; c1 = 4e12 makes
 /// the factor C1 under the root 0.25.
 Bytes tof(double c0, double c1, double c2, double delay = 20) {
-    return blob(1, {delay, 0.5, c0, c1, c2});
+    return kvan::test::calibrationBlob(1, {delay, 0.5, c0, c1, c2});
 }
 
 Bytes tof2(double c0, double c1, double c2, double c3, double c4, double delay = 20) {
-    return blob(9, {delay, 0.5, c0, c1, c2, c3, c4});
+    return kvan::test::calibrationBlob(9, {delay, 0.5, c0, c1, c2, c3, c4});
 }
 
 /// A block of doubles with an integer and one more double behind it: compensation code 0, and the temperature.
@@ -181,12 +180,6 @@ TEST(CalibratorOfASpectrum, OfPostSourceDecayTheLawInsideIsReplaced) {
 
 class ArchiveFile : public ::testing::Test {
 protected:
-    ArchiveFile() : m_path(fs::temp_directory_path() / fs::unique_path("ami-%%%%-%%%%-%%%%")) {}
-    ~ArchiveFile() override {
-        boost::system::error_code ignored;
-        fs::remove(m_path, ignored);
-    }
-
     /// "" or what the log says.
     std::string open() {
         ::testing::internal::CaptureStdout();
@@ -198,8 +191,7 @@ protected:
     }
 
     std::string openWith(const Bytes& bytes) {
-        fs::ofstream(m_path, std::ios::binary)
-            .write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+        kvan::test::writeFile(m_path, bytes);
         return open();
     }
 
@@ -209,15 +201,11 @@ protected:
 
     std::string failureOfAsking() const {
         TransformatorPtr calibrator;
-        try {
-            m_reader.getCalibrator(0, POLARITY_POSITIVE, calibrator);
-        } catch (const std::runtime_error& failure) {
-            return failure.what();
-        }
-        return "";
+        return kvan::test::failureOf([&] { m_reader.getCalibrator(0, POLARITY_POSITIVE, calibrator); });
     }
 
-    fs::path m_path;
+    const kvan::test::TemporaryDirectory m_directory;
+    const fs::path m_path = m_directory / "Calibrator.ami";
     CalibratorAmiReader m_reader;
 };
 

@@ -88,7 +88,7 @@ TEST_F(CacheRoad, AFailedGenerationLeavesWhatItShould) {
     EXPECT_EQ(lastError(), "Error reading QSF files.");
     EXPECT_FALSE(fs::exists(cacheFile())) << "nothing stays of a damaged analysis";
 
-    write({{.profile = std::vector<float>{1}, .info = {.calibration = blob(1, {20, 0.5, 0, 4e12, -1})}}});
+    write({{.profile = std::vector<float>{1}, .info = {.calibration = calibrationBlob(1, {20, 0.5, 0, 4e12, -1})}}});
     EXPECT_FALSE(Storage(mainFile())) << "a law that has no solution at the ends of the acquired range";
     EXPECT_EQ(lastError(), "complex valued solution in computation due to invalid calibration constants/value range");
     EXPECT_EQ(fs::file_size(cacheFile()), 0u);

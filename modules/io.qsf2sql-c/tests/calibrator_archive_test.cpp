@@ -2,8 +2,6 @@
 
 #include <sample-analysis/archive_writer.h>
 
-#include <boost/filesystem/fstream.hpp>
-
 namespace road {
 namespace {
 
@@ -11,7 +9,7 @@ using sample::CalibratorArchive;
 
 /// A straight line that gives m/z `c0` at index 0.
 Bytes line(double c0) {
-    return blob(4098, {c0, 1});
+    return calibrationBlob(4098, {c0, 1});
 }
 
 class CalibratorArchiveRoad : public Road {
@@ -46,10 +44,7 @@ protected:
         return failure;
     }
 
-    void put(const Bytes& bytes) const {
-        fs::ofstream(archiveFile(), std::ios::binary)
-            .write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
-    }
+    void put(const Bytes& bytes) const { kvan::test::writeFile(archiveFile(), bytes); }
 
     fs::path archiveFile() const { return m_directory / sample::g_archiveName; }
 

@@ -115,7 +115,7 @@ TEST_F(ExportedFunctions, DistinctHandlesServeDistinctThreads) {
     std::vector<SpectrumData> spectra;
     for (std::uint32_t spectrum = 1; spectrum <= 20; ++spectrum)
         spectra.push_back({.profile = std::vector<std::uint32_t>(1000, spectrum),
-                           .info = {.calibration = blob(1, {1000.0, 1.0, 0.0, 1.0 * spectrum, 0.0})}});
+                           .info = {.calibration = calibrationBlob(1, {1000.0, 1.0, 0.0, 1.0 * spectrum, 0.0})}});
     const auto locations = write(spectra);
     ASSERT_TRUE(Storage(mainFile()));
     const auto readAll = [&] {

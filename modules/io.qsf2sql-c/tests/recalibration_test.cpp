@@ -5,7 +5,6 @@
 #include <sample-analysis/sample_run.h>
 
 #include <atomic>
-#include <boost/filesystem/fstream.hpp>
 #include <thread>
 
 #include <unistd.h>
@@ -31,14 +30,14 @@ protected:
         for (const std::uint8_t polarity : polarities)
             spectra.push_back({.profile = std::vector<std::uint32_t>{1, 2},
                                .lines = LineData{.index = {{1.0}}},
-                               .info = {.polarity = polarity, .calibration = blob(4098, {0, g_acquired})}});
+                               .info = {.polarity = polarity, .calibration = calibrationBlob(4098, {0, g_acquired})}});
         write(spectra);
     }
 
     void writeArchive(std::size_t spectra) const {
         sample::CalibratorArchive archive;
         archive.lockMasses.spectra.resize(
-            spectra, {.calibrator = sample::ArchivedCalibrator{.blob = blob(4098, {0, g_archived})}});
+            spectra, {.calibrator = sample::ArchivedCalibrator{.blob = calibrationBlob(4098, {0, g_archived})}});
         sample::writeArchive(m_directory, archive);
     }
 
@@ -109,8 +108,8 @@ TEST_F(Recalibrated, TheDatabaseBeatsTheArchiveAndThatTheAcquisition) {
 
 TEST_F(Recalibrated, RawCalibrationOpensNeither) {
     writeAnalysis({0});
-    fs::ofstream(m_directory / "calibration.sqlite") << std::string(4096, 'x');
-    fs::ofstream(m_directory / "Calibrator.ami") << 'x';
+    kvan::test::writeFile(m_directory / "calibration.sqlite", std::string(4096, 'x'));
+    kvan::test::writeFile(m_directory / "Calibrator.ami", "x");
     EXPECT_EQ(logOfOpening(1), std::vector<std::string>{});
     EXPECT_EQ(massOf(1, 1), g_acquired);
     EXPECT_FALSE(Storage(mainFile(), 0));

@@ -2,10 +2,9 @@
 
 #include <io/qsf2sql/qsf2sql.h>
 #include <sample-analysis/analysis_writer.h>
+#include <test-support/support.h>
 
 #include <algorithm>
-#include <boost/filesystem/operations.hpp>
-#include <cstring>
 #include <string>
 #include <type_traits>
 #include <vector>
@@ -17,9 +16,10 @@ namespace road {
 
 namespace fs = boost::filesystem;
 namespace sample = kvan::sample;
+using kvan::test::Bytes;
+using kvan::test::calibrationBlob;
 using sample::AnalysisHeaderData;
 using sample::AnalysisWriter;
-using sample::Bytes;
 using sample::LineData;
 using sample::SpectrumData;
 
@@ -28,14 +28,6 @@ inline std::string lastError() {
     qsf2sql_get_last_error_string(text.data(), static_cast<std::uint32_t>(text.size()));
     text.pop_back();
     return text;
-}
-
-/// A calibration blob written by hand: type, no further correction, doubles.
-inline Bytes blob(std::uint16_t type, const std::vector<double>& constants) {
-    Bytes bytes(4 + 8 * constants.size());
-    std::memcpy(bytes.data(), &type, 2);
-    std::memcpy(bytes.data() + 4, constants.data(), 8 * constants.size());
-    return bytes;
 }
 
 /// An open handle that closes itself.
@@ -93,14 +85,6 @@ private:
 /// A directory for one analysis, gone after the test.
 class Road : public ::testing::Test {
 protected:
-    Road() : m_directory(fs::temp_directory_path() / fs::unique_path("road-%%%%%%%%")) {
-        fs::create_directory(m_directory);
-    }
-    ~Road() override {
-        boost::system::error_code ignored;
-        fs::remove_all(m_directory, ignored);
-    }
-
     std::string mainFile() const { return (m_directory / "analysis.qsf").string(); }
     std::string cacheFile() const { return (m_directory / "analysis.sqlite").string(); }
 
@@ -136,7 +120,7 @@ protected:
         return std::stoull(sql("SELECT " + column + " FROM Spectra WHERE Id = " + std::to_string(spectrum)));
     }
 
-    fs::path m_directory;
+    const kvan::test::TemporaryDirectory m_directory;
 };
 
 }  // namespace road

@@ -203,7 +203,7 @@ TEST_F(CacheGeneratorTest, AcquiredRangeIsRoundedAndNeverEmpty) {
 
 TEST_F(CacheGeneratorTest, CalibrationsThatStopTheGeneration) {
     AnalysisWriter writer(directory);
-    writer.addSpectrum(spectrumOf({.acquiredLower = 9.0F, .calibration = calibrationBlob(1, 0, {0, 1, 0, 1e12, -1})}));
+    writer.addSpectrum(spectrumOf({.acquiredLower = 9.0F, .calibration = calibrationBlob(1, {0, 1, 0, 1e12, -1})}));
     writer.finish();
     EXPECT_EQ(failure<std::logic_error>(),
               "complex valued solution in computation due to invalid calibration constants/value range");

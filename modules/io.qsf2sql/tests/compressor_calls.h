@@ -1,26 +1,19 @@
 #pragma once
 
 #include <compression/compressor_registry.h>
+#include <test-support/support.h>
 
-#include <boost/algorithm/hex.hpp>
 #include <boost/uuid/string_generator.hpp>
-#include <exception>
 #include <string>
 #include <vector>
 
 namespace kvan::compression {
 
-using Bytes = std::vector<unsigned char>;
+using test::Bytes;
+using test::failureOf;
 
 inline std::shared_ptr<ICompressor> compressor(const char* id) {
     return getCompressor(boost::uuids::string_generator()(id));
-}
-
-inline Bytes hex(std::string text) {
-    std::erase(text, ' ');
-    Bytes bytes;
-    boost::algorithm::unhex(text, std::back_inserter(bytes));
-    return bytes;
 }
 
 template <class T>
@@ -38,16 +31,6 @@ std::vector<T> unpacked(ICompressor& compressor, const Bytes& bytes) {
     std::vector<T> elements(3, T(77));
     compressor.Decompress(bytes, elements);
     return elements;
-}
-
-template <class Action>
-std::string failureOf(Action action) {
-    try {
-        action();
-    } catch (const std::exception& failure) {
-        return failure.what();
-    }
-    return {};
 }
 
 }  // namespace kvan::compression

@@ -59,8 +59,9 @@ Bytes deflated(const Bytes& plain, int level) {
 
 TEST(ZLibCompressor, WritesStoredStreams) {
     const auto coder = compressor(g_ids[2]);
-    EXPECT_EQ(packed(*coder, std::vector<float>{}), hex("7801 01 0000FFFF 00000001"));
-    EXPECT_EQ(packed(*coder, std::vector<std::uint32_t>{0x04030201}), hex("7801 01 0400FBFF 01020304 0018000B"));
+    EXPECT_EQ(packed(*coder, std::vector<float>{}), test::fromHex("7801 01 0000FFFF 00000001"));
+    EXPECT_EQ(packed(*coder, std::vector<std::uint32_t>{0x04030201}),
+              test::fromHex("7801 01 0400FBFF 01020304 0018000B"));
     EXPECT_EQ(unpacked<float>(*coder, packed(*coder, std::vector<float>{})), std::vector<float>{});
     const float odd = std::bit_cast<float>(0x7F812345u);
     const auto read = unpacked<float>(*coder, packed(*coder, std::vector<float>{odd}));

@@ -4,10 +4,8 @@
 
 #include <cppsqlite/CppSQLite3.h>
 #include <sample-analysis/analysis_writer.h>
+#include <test-support/support.h>
 
-#include <algorithm>
-#include <boost/filesystem/operations.hpp>
-#include <cstring>
 #include <memory>
 #include <sstream>
 #include <string>
@@ -21,8 +19,6 @@ namespace kvan::io {
 /// An analysis directory of its own and the cache generated from it, in memory.
 class GeneratedCache : public ::testing::Test {
 public:
-    ~GeneratedCache() override { boost::filesystem::remove_all(directory); }
-
     boost::filesystem::path file(const char* extension) const {
         return (directory / "analysis").replace_extension(extension);
     }
@@ -39,12 +35,7 @@ public:
     /// What generation fails with, as its text; "" if it does not.
     template <class Exception>
     std::string failure() {
-        try {
-            generate();
-        } catch (const Exception& fault) {
-            return fault.what();
-        }
-        return "";
+        return test::failureOf<Exception>([&] { generate(); });
     }
 
     /// The texts of the lines at WARN that generation writes, each with a line end.
@@ -74,34 +65,23 @@ public:
         return text;
     }
 
-    const boost::filesystem::path directory =
-        boost::filesystem::temp_directory_path() / boost::filesystem::unique_path("qsf-cache-%%%%-%%%%-%%%%");
+    const test::TemporaryDirectory directory;
 
 private:
     std::unique_ptr<cppsqlite::CppSQLite3DB> m_database;
 };
 
-/// A calibration blob without extensions.
-inline sample::Bytes calibrationBlob(std::uint8_t typeLow, std::uint8_t typeHigh, const std::vector<double>& constants,
-                                     const sample::Bytes& key = {}) {
-    const std::size_t size = constants.size() * sizeof(double);
-    sample::Bytes blob(4 + size + key.size());
-    blob[0] = typeLow;
-    blob[1] = typeHigh;
-    std::memcpy(blob.data() + 4, constants.data(), size);
-    std::copy(key.begin(), key.end(), blob.end() - static_cast<std::ptrdiff_t>(key.size()));
-    return blob;
-}
+using test::calibrationBlob;
 
 /// mass = index * slope + offset
 inline sample::Bytes linearBlob(double offset, double slope) {
-    return calibrationBlob(0x02, 0x10, {offset, slope});
+    return calibrationBlob(0x1002, {offset, slope});
 }
 
 /// mass = index * index * scale, for spectra of that key.
 inline sample::Bytes referenceBlob(double scale, std::uint8_t polarity, std::uint8_t scanMode,
                                    std::uint8_t acquisitionMode, std::uint8_t msLevel) {
-    return calibrationBlob(4, 0, {0.0, 1.0, 0.0, 1e12 * scale, 0.0}, {acquisitionMode, polarity, msLevel, scanMode});
+    return calibrationBlob(4, {0.0, 1.0, 0.0, 1e12 * scale, 0.0}, {acquisitionMode, polarity, msLevel, scanMode});
 }
 
 }  // namespace kvan::io

@@ -22,7 +22,7 @@ const std::string g_table = "0000001A 00040506 07090A0B 20 01020304 05060708 09 
 /// A head and a stream written down bit by bit.
 Bytes stream(const std::string& head, std::string bits) {
     std::erase(bits, ' ');
-    Bytes bytes = hex(head);
+    Bytes bytes = test::fromHex(head);
     for (std::size_t at = 0; at < bits.size(); at += 8) {
         std::string byte = bits.substr(at, 8);
         byte.resize(8, '0');
@@ -44,9 +44,9 @@ TEST(IntegerCompressors, BlocksAreTheToldBytes) {
         Elements elements;
         Bytes block;
     } cases[] = {
-        {g_vlc, {}, hex("A2BC0000 00000000")},
-        {g_vlc, {7}, hex("A2BC0000 01000000 0100000007 0001")},
-        {g_vlc, {100, 103, 95, 5000}, hex("A2BC0000 04000000 01000000 649B1010 00013880 0010")},
+        {g_vlc, {}, test::fromHex("A2BC0000 00000000")},
+        {g_vlc, {7}, test::fromHex("A2BC0000 01000000 0100000007 0001")},
+        {g_vlc, {100, 103, 95, 5000}, test::fromHex("A2BC0000 04000000 01000000 649B1010 00013880 0010")},
         {g_vlc,  // the ends of the classes; 2032 and the least number go out raw
          {0, 0, 15, 31, 4294967280, 0x80000000, 2032 + 0x80000000u, 2031 * 2 + 1 + 0x80000000u},
          stream("A2BC0000 08000000", "00000001" + repeated("0", 32) + "100000 111110 01000000" +
@@ -54,8 +54,8 @@ TEST(IntegerCompressors, BlocksAreTheToldBytes) {
                                          "00000001" +
                                          "1" + repeated("0", 31) + "00000001 1" + repeated("0", 20) + "11111110000" +
                                          "0000001 1111111111 0" + repeated("0", 15) + "1")},
-        {g_vli2, {}, hex("77EE0000 00000000" + g_table + "0001 000000")},
-        {g_vli2, {100, 103, 103, 95}, hex("77EE0000 04000000" + g_table + "1CC92BC0 0040 000000")},
+        {g_vli2, {}, test::fromHex("77EE0000 00000000" + g_table + "0001 000000")},
+        {g_vli2, {100, 103, 103, 95}, test::fromHex("77EE0000 04000000" + g_table + "1CC92BC0 0040 000000")},
     };
     for (const auto& told : cases) {
         SCOPED_TRACE(told.elements.size());
@@ -63,9 +63,10 @@ TEST(IntegerCompressors, BlocksAreTheToldBytes) {
         EXPECT_EQ(packed(*coder, told.elements), told.block);
         EXPECT_EQ(unpacked<std::uint32_t>(*coder, told.block), told.elements);
     }
-    EXPECT_EQ(packed(*compressor(g_vlc), std::vector<std::int32_t>{-1}), hex("A3BC0000 01000000 01FFFFFFFF 0001"));
+    EXPECT_EQ(packed(*compressor(g_vlc), std::vector<std::int32_t>{-1}),
+              test::fromHex("A3BC0000 01000000 01FFFFFFFF 0001"));
     EXPECT_EQ(packed(*compressor(g_vli2), std::vector<std::int32_t>{-1}),
-              hex("77EE0000 01000000" + g_table + "42000200 0000 000000"));
+              test::fromHex("77EE0000 01000000" + g_table + "42000200 0000 000000"));
 }
 
 TEST(VariableVli2, ClassesBeginAndEndWhereTold) {
@@ -102,8 +103,8 @@ TEST(VariableVli2, FortyTwoZerosAreARun) {
         EXPECT_EQ(unpacked<std::uint32_t>(*coder, block), Elements(zeros, 0));
         return Bytes(block.begin() + 38, block.end());
     };
-    EXPECT_EQ(codeBits(41), hex("FFFFFFFF FF800080 0000 000000"));
-    EXPECT_EQ(codeBits(42), hex("00400000 0A800040 0000 000000"));
+    EXPECT_EQ(codeBits(41), test::fromHex("FFFFFFFF FF800080 0000 000000"));
+    EXPECT_EQ(codeBits(42), test::fromHex("00400000 0A800040 0000 000000"));
     EXPECT_EQ(codeBits(5'000'000).size(), 13u);
 }
 
@@ -118,7 +119,7 @@ TEST(IntegerCompressors, OddStreamsDecode) {
         Bytes block;
         Elements elements;
     } cases[] = {
-        {"any magic", g_vlc, hex("00000000 00000000"), {}},
+        {"any magic", g_vlc, test::fromHex("00000000 00000000"), {}},
         {"no raw element first", g_vlc, stream("A2BC0000 01000000", "111110" + end), {15}},
         {"zeros repeat the element", g_vlc, stream("A2BC0000 02000000", raw100 + repeated("0", 16) + end), {100, 100}},
         {"also behind a class with a base",
@@ -170,20 +171,20 @@ TEST(IntegerCompressors, DamageIsToldWithoutTakingMemory) {
         Bytes block;
         const char* failure;
     } cases[] = {
-        {g_vlc, hex("A2BC0000 000000"), "!(bytesInSource >= g_compressionOffset)"},
-        {g_vlc, hex("A2BC0000 01000000"), g_wrongCount},
-        {g_vlc, hex("A2BC0000 FFFFFFFF 01000000649B10100001"), g_wrongCount},
-        {g_vlc, hex("A2BC0000 05000000 01000000 649B1010 00013880 0010"), g_wrongCount},
-        {g_vlc, hex("A2BC0000 03000000 01000000 649B1010 00013880 0010"), g_wrongCount},
-        {g_vlc, hex("A2BC0000 02000000 00"), g_wrongCount},  // three elements come out of a zero byte
-        {g_vli2, hex("77EE0000 000000"), "!(bytesInSource >= g_compressionOffset)"},
-        {g_vli2, hex("76EE0000 00000000" + g_table + "0001 000000"), "!(magic == g_magicNumber)"},
-        {g_vli2, hex("77EE0000 00000000 000000"), g_wrongCount},
-        {g_vli2, hex("77EE0000 00000000 FFFFFFFF 0001"), g_wrongCount},
-        {g_vli2, hex("77EE0000 00000000 00000000"), g_wrongCount},
-        {g_vli2, hex("77EE0000 00000000 00000000 0000"), g_wrongCount},
-        {g_vli2, hex("77EE0000 00000000 00000000 0010"), g_wrongCount},  // a prefix of 12 bits
-        {g_vli2, hex("77EE0000 FFFFFFFF 00000000 0001"), g_wrongCount},
+        {g_vlc, test::fromHex("A2BC0000 000000"), "!(bytesInSource >= g_compressionOffset)"},
+        {g_vlc, test::fromHex("A2BC0000 01000000"), g_wrongCount},
+        {g_vlc, test::fromHex("A2BC0000 FFFFFFFF 01000000649B10100001"), g_wrongCount},
+        {g_vlc, test::fromHex("A2BC0000 05000000 01000000 649B1010 00013880 0010"), g_wrongCount},
+        {g_vlc, test::fromHex("A2BC0000 03000000 01000000 649B1010 00013880 0010"), g_wrongCount},
+        {g_vlc, test::fromHex("A2BC0000 02000000 00"), g_wrongCount},  // three elements come out of a zero byte
+        {g_vli2, test::fromHex("77EE0000 000000"), "!(bytesInSource >= g_compressionOffset)"},
+        {g_vli2, test::fromHex("76EE0000 00000000" + g_table + "0001 000000"), "!(magic == g_magicNumber)"},
+        {g_vli2, test::fromHex("77EE0000 00000000 000000"), g_wrongCount},
+        {g_vli2, test::fromHex("77EE0000 00000000 FFFFFFFF 0001"), g_wrongCount},
+        {g_vli2, test::fromHex("77EE0000 00000000 00000000"), g_wrongCount},
+        {g_vli2, test::fromHex("77EE0000 00000000 00000000 0000"), g_wrongCount},
+        {g_vli2, test::fromHex("77EE0000 00000000 00000000 0010"), g_wrongCount},  // a prefix of 12 bits
+        {g_vli2, test::fromHex("77EE0000 FFFFFFFF 00000000 0001"), g_wrongCount},
         {g_vli2, stream("77EE0000 FEFFFFFF 00000000", "0000000001" + repeated("1", 31) + "0" + end), g_wrongCount},
         {g_vli2, stream("77EE0000 02000000 00000000", "0000000001" + repeated("1", 32) + end), g_wrongCount},
         {g_vli2, stream("77EE0000 02000000 00000000", "1" + end), g_wrongCount},

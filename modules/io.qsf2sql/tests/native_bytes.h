@@ -2,6 +2,7 @@
 
 #include <qsf2sql/errors.h>
 #include <qsf2sql/qsf_blocked_reader.h>
+#include <test-support/support.h>
 
 #include <algorithm>
 #include <cstring>
@@ -87,12 +88,7 @@ Block readBlock(const std::string& bytes, std::uint64_t start = 0) {
 /// What the format error says that `work` ends with; empty if it ends well.
 template <class Work>
 std::string failureOf(Work work) {
-    try {
-        work();
-    } catch (const kvan::io::Qsf2SqlFileFormatError& failure) {
-        return failure.what();
-    }
-    return {};
+    return kvan::test::failureOf<kvan::io::Qsf2SqlFileFormatError>(work);
 }
 
 inline const std::string g_readError = "Error reading QSF files.";

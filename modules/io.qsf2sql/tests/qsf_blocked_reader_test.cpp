@@ -2,8 +2,6 @@
 
 #include <qsf2sql/qsf_blocked_reader.h>
 
-#include <boost/filesystem/fstream.hpp>
-#include <boost/filesystem/operations.hpp>
 #include <functional>
 #include <random>
 
@@ -85,7 +83,8 @@ TEST(QSFBlockedReader, AnyPatternOfReadsGivesTheBytesOfTheFile) {
 }
 
 TEST(QSFBlockedReader, FollowsAFileThatGrows) {
-    const fs::path path = fs::temp_directory_path() / fs::unique_path();
+    const test::TemporaryDirectory directory;
+    const fs::path path = directory / "growing";
     fs::ofstream writer(path);
     writer << "01234567" << std::flush;
     QSFBlockedReader reader(path, Access::Scan);
@@ -95,17 +94,12 @@ TEST(QSFBlockedReader, FollowsAFileThatGrows) {
     std::string bytes;
     readArray(reader, 20, bytes);
     EXPECT_EQ(bytes, "456789abcdefghijklmn");
-    fs::remove(path);
 }
 
 TEST(QSFBlockedReader, NamesTheFileThatCannotBeOpened) {
     for (const fs::path& path : {fs::temp_directory_path(), fs::path("/missing/analysis.qsf")}) {
-        try {
-            QSFBlockedReader(path, Access::Scan);
-            ADD_FAILURE() << path;
-        } catch (const Qsf2SqlCannotOpenFileError& failure) {
-            EXPECT_EQ(failure.what(), "Can't open file: " + path.string());
-        }
+        EXPECT_EQ(test::failureOf<Qsf2SqlCannotOpenFileError>([&] { QSFBlockedReader(path, Access::Scan); }),
+                  "Can't open file: " + path.string());
     }
 }
 

@@ -144,12 +144,10 @@ TEST(LineSpectrumBlock, AnAbsentFieldHasNoEntriesAndAnImpossibleOneIsRefused) {
     EXPECT_EQ(LineSpectrumBlock::Locate(*readerOf(lineBlock(1, 0)), 0, 19).type, NativeType::Float);
 
     for (const int field : {15, 22}) {
-        try {
-            LineSpectrumBlock::Locate(*readerOf(lineBlock(1, 5)), 0, static_cast<std::uint8_t>(field));
-            ADD_FAILURE() << field;
-        } catch (const std::invalid_argument& failure) {
-            EXPECT_EQ(failure.what(), "Requested field ID out of range: #" + std::to_string(field));
-        }
+        EXPECT_EQ(kvan::test::failureOf<std::invalid_argument>([&] {
+                      LineSpectrumBlock::Locate(*readerOf(lineBlock(1, 5)), 0, static_cast<std::uint8_t>(field));
+                  }),
+                  "Requested field ID out of range: #" + std::to_string(field));
     }
     const auto failureFor = [&](const Bytes& bytes) {
         return failureOf([&] { LineSpectrumBlock::Locate(*readerOf(bytes), 0, 16); });

@@ -3,30 +3,25 @@
 #include <calibration-access/calibration_reader_sqlite.h>
 #include <calibration-core/interfaces/ICalibrationTransformator.h>
 #include <sample-analysis/calibration_database_writer.h>
-
-#include <boost/filesystem/operations.hpp>
+#include <test-support/support.h>
 
 #include <gtest/gtest.h>
 
 namespace kvan::io {
 namespace {
 
-namespace fs = boost::filesystem;
-
 sample::MzCalibration trap(double slope) {
     return {.model = 3, .numbers = {0.0, slope, 1.0, 0.0}};
 }
 
 TEST(SpectrumCalibrations, FrameCalibratorsNeedNothingElseAndCanBeBypassed) {
-    const fs::path directory = fs::temp_directory_path() / fs::unique_path();
-    fs::create_directory(directory);
+    const test::TemporaryDirectory directory;
     sample::CalibrationDatabaseWriter writer(directory);
     writer.addState({.key = "k", .positive = {{trap(2)}}, .negative = {{trap(3)}}});
     for (const int spectrum : {1, 2})
         writer.addFrame(spectrum, trap(10 + spectrum));
     writer.finish();
     const auto reader = calibration::CalibrationReaderSqlite::find(directory, {.key = "k"});
-    fs::remove_all(directory);
 
     // The second spectrum's own calibration is missing, the first one's is that of no kind.
     cppsqlite::CppSQLite3DB cache;

@@ -6,9 +6,8 @@
 #include <cppsqlite/simple_checked_query.h>
 #include <qsf2sql/errors.h>
 #include <sysutils/platform.h>
+#include <test-support/support.h>
 
-#include <boost/filesystem/fstream.hpp>
-#include <boost/filesystem/operations.hpp>
 #include <chrono>
 #include <set>
 #include <thread>
@@ -29,7 +28,6 @@ const VariablesPrefs g_minimal{VariablesPrefs::Minimal, {"A"}};
 const VariablesPrefs g_all{VariablesPrefs::All, {}};
 const std::string g_cannotOpen =
     "Caught unexpected CppSQLite3Exception: SQLITE_CANTOPEN[14]: unable to open database file";
-const auto g_writable = static_cast<fs::perms>(0755);
 const auto g_protected = static_cast<fs::perms>(0555);
 
 void fillSmall(const fs::path& mainFile, CppSQLite3DB& database, bool allVariables, const Names& requested) {
@@ -63,26 +61,19 @@ bool endsWell(pid_t child) {
     return ::waitpid(child, &status, 0) == child && status == 0;
 }
 
-/// Whether `action` gives true in the hands of somebody who owns nothing here.
-bool holdsForAnybody(const std::function<bool()>& action) {
-    return endsWell(start([&] { return (::geteuid() != 0 || ::setresuid(65534, 65534, 65534) == 0) && action(); }));
-}
-
 class SqliteCache : public ::testing::Test {
 protected:
     SqliteCache() { reset(); }
-    ~SqliteCache() override { fs::remove_all(m_directory); }
 
     /// A new analysis without a cache.
     void reset() {
-        fs::remove_all(m_directory);
-        fs::create_directory(m_directory);
-        fs::permissions(m_directory, g_writable);
+        for (const auto& entry : fs::directory_iterator(m_directory))
+            fs::remove_all(entry);
         for (const std::string& name : m_nativeFiles)
             write(name, "native");
     }
 
-    void write(const std::string& name, const std::string& bytes) const { fs::ofstream(m_directory / name) << bytes; }
+    void write(const std::string& name, const std::string& bytes) const { test::writeFile(m_directory / name, bytes); }
 
     void sql(const std::string& statements) const {
         CppSQLite3DB database;
@@ -122,7 +113,7 @@ protected:
         }
     }
 
-    const fs::path m_directory = fs::temp_directory_path() / fs::unique_path();
+    const test::TemporaryDirectory m_directory;
     const fs::path m_cache = m_directory / "analysis.sqlite";
     const std::set<std::string> m_nativeFiles{"analysis.qsf", "analysis.qsf_idx", "analysis.qsf_xtr"};
     const std::set<std::string> m_allFiles{"analysis.qsf", "analysis.qsf_idx", "analysis.qsf_xtr", "analysis.sqlite"};
@@ -233,7 +224,7 @@ TEST_F(SqliteCache, ProtectedDirectoryGivesATemporaryCache) {
     fs::permissions(scratch, fs::all_all);
     fs::permissions(m_directory, g_protected);
     ::testing::internal::CaptureStdout();
-    EXPECT_TRUE(holdsForAnybody([&] { return open() == "temporary"; }));
+    EXPECT_EQ(test::asNobody([&] { return open(); }), "temporary");
     const std::string log = ::testing::internal::GetCapturedStdout();
     for (const std::string& words :
          {"Directory of QSF file, '" + m_directory.string() + "', write-protected.",
@@ -241,14 +232,13 @@ TEST_F(SqliteCache, ProtectedDirectoryGivesATemporaryCache) {
           std::string("Deleting temporary SQLite database '"), std::string("' after last user finished.")})
         EXPECT_NE(log.find(words), std::string::npos) << log;
 
-    EXPECT_TRUE(holdsForAnybody([&] {
-        ::setenv("TMPDIR", scratch.c_str(), 1);
-        const CacheFill fill = [](auto&&...) { throw std::runtime_error("bad order"); };
-        return open(g_minimal, fill) == "bad order" && fs::is_empty(scratch);
-    }));
-    EXPECT_TRUE(
-        holdsForAnybody([&] { return ::setenv("TMPDIR", m_directory.c_str(), 1) == 0 && open() == g_cannotOpen; }));
-    fs::permissions(m_directory, g_writable);
+    const auto openWithTemporary = [&](const fs::path& temporary, const CacheFill& fill) {
+        return test::asNobody(
+            [&] { return ::setenv("TMPDIR", temporary.c_str(), 1) == 0 ? open(g_minimal, fill) : ""; });
+    };
+    EXPECT_EQ(openWithTemporary(scratch, [](auto&&...) { throw std::runtime_error("bad order"); }), "bad order");
+    EXPECT_TRUE(fs::is_empty(scratch));
+    EXPECT_EQ(openWithTemporary(m_directory, fillSmall), g_cannotOpen);
 }
 
 TEST_F(SqliteCache, OldCacheThatNobodyMayReplaceStays) {
@@ -256,9 +246,9 @@ TEST_F(SqliteCache, OldCacheThatNobodyMayReplaceStays) {
         GTEST_SKIP() << "needs the files of two users";
     open();
     write("analysis.qsf", "native+");
-    EXPECT_TRUE(holdsForAnybody([&] { return open() == "temporary"; })) << "no right to make files";
+    EXPECT_EQ(test::asNobody([&] { return open(); }), "temporary") << "no right to make files";
     ASSERT_EQ(::chmod(m_directory.c_str(), 01777), 0);
-    EXPECT_TRUE(holdsForAnybody([&] { return open() == "temporary"; })) << "no right to replace another's file";
+    EXPECT_EQ(test::asNobody([&] { return open(); }), "temporary") << "no right to replace another's file";
     EXPECT_EQ(files(), m_allFiles);
 }
 

@@ -1,4 +1,5 @@
 #include <math-base/find_zero.h>
+#include <test-support/support.h>
 
 #include <cmath>
 
@@ -43,13 +44,10 @@ TEST(FindZeroInRange, StopsAtToleranceAndIterations) {
 
 TEST(FindZeroInRange, RefusesABracketThatIsNone) {
     const auto failureOf = [](double a, double b, double tolerance) {
-        try {
+        return test::failureOf([&] {
             findZeroInRange(
                 a, b, [](double x) { return x; }, tolerance, 10);
-        } catch (const std::runtime_error& fault) {
-            return std::string(fault.what());
-        }
-        return std::string();
+        });
     };
     EXPECT_EQ(failureOf(0, 1, -1e-300), "findZeroInRange(): tol < 0.");
     EXPECT_EQ(failureOf(1, 1, 0), "findZeroInRange(): b <= a.");

@@ -1,4 +1,5 @@
 #include <math-base/polynomials.h>
+#include <test-support/support.h>
 
 #include <algorithm>
 #include <cmath>
@@ -14,15 +15,7 @@ namespace {
 constexpr double g_infinity = std::numeric_limits<double>::infinity();
 const char* const g_notIncreasing = "Polynomial not strictly monotonously increasing at x0.";
 
-template <class Work>
-std::string failureOf(Work work) {
-    try {
-        work();
-    } catch (const std::exception& fault) {
-        return fault.what();
-    }
-    return {};
-}
+using test::failureOf;
 
 TEST(PolynomialRoots, FindsAllRootsRealAndComplex) {
     // (x - 1) (x - 2) (x + 3) (x^2 + 4), by hand.

@@ -1,6 +1,7 @@
 #include "lib/fixed_elements.h"
 
 #include <math-functions/function.h>
+#include <test-support/support.h>
 
 #include <cmath>
 #include <limits>
@@ -154,12 +155,7 @@ TEST(Function, BlocksHaveTheBitsOfSingleValues) {
 
 TEST(Function, RefusesWhatMakesNoElement) {
     const auto failureOf = [](int strategy, const std::vector<double>& x, const std::vector<double>& y) {
-        try {
-            CFunction(strategy, x, y);
-        } catch (const std::invalid_argument& fault) {
-            return std::string(fault.what());
-        }
-        return std::string();
+        return test::failureOf<std::invalid_argument>([&] { CFunction(strategy, x, y); });
     };
     for (const int strategy : {0, 12, -1})
         EXPECT_EQ(failureOf(strategy, {1.0}, {1.0}), "Unsupported CFunction strategy.");

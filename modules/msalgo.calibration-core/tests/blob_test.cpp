@@ -12,16 +12,16 @@ const char* const g_badFlag =
 
 // Doubles: 4024.. 10.0, 3FE0.. 0.5, 4020.. 8.0, 424D1A94A2000000 2.5e11, BFC0.. -0.125, 3FF0.. 1.0, 4000.. 2.0.
 const Bytes g_tof =
-    bytesOf("0100 0000 0000000000002440 000000000000E03F 0000000000002040 000000A2941A4D42 000000000000C0BF");
-const Bytes g_tofReference = bytesOf(
+    test::fromHex("0100 0000 0000000000002440 000000000000E03F 0000000000002040 000000A2941A4D42 000000000000C0BF");
+const Bytes g_tofReference = test::fromHex(
     "0400 0000 0000000000002440 000000000000E03F 0000000000002040 000000A2941A4D42 0000000000000000 02 01 03 00");
 const Bytes g_ionTrap =
-    bytesOf("0110 0000 000000000000F03F 0000000000000040 000000000000E03F 0000000000002040 0000000000002440");
-const Bytes g_linear = bytesOf("0210 0000 000000000000F03F 0000000000000040");
+    test::fromHex("0110 0000 000000000000F03F 0000000000000040 000000000000E03F 0000000000002040 0000000000002440");
+const Bytes g_linear = test::fromHex("0210 0000 000000000000F03F 0000000000000040");
 
 const Bytes g_tofBlock = packed(10.0, 0.5, 8.0, 2.5e11, -0.125);
 const Bytes g_tof2Block = packed(10.0, 0.5, 8.0, 2.5e11, -0.125, 0.5, 4.0);
-const Bytes g_key = bytesOf("02 01 03 00");
+const Bytes g_key = test::fromHex("02 01 03 00");
 /// An extension with two factors, and one of a reference with two temperatures and two factors.
 const Bytes g_extension = packed(u16{49068}, u16{0}, u32{1}, u32{3}, u32{0}, u32{0}, u32{0}) +
                           packed(u16{53152}, u16{0}, u32{36}, u32{0}, u32{20}, u16{2}, u16{0}, 25.5, 26.5);
@@ -116,7 +116,7 @@ TEST(CalibrationBlob, HoldsTheTemperatureCompensation) {
 TEST(CalibrationBlob, WritesTheBytesThatItReads) {
     for (const Bytes* blob : g_blobs)
         EXPECT_EQ(written(read(*blob)), *blob);
-    EXPECT_EQ(written(nullptr), bytesOf("FF000000"));
+    EXPECT_EQ(written(nullptr), test::fromHex("FF000000"));
 }
 
 /// Where a blob of that type may end before its extension.
@@ -218,8 +218,8 @@ TEST(CalibrationBlob, FtmsModesAreCheckedByTheFactory) {
 
 TEST(CalibrationBlob, ATypeOfNoFamilyIsEmptyWhateverFollows) {
     for (const char* blob : {"FF000000", "05000000", "00000000", "0D000100", "0010FFFF 01", "FFFFFFFF 0102030405"})
-        EXPECT_EQ(read(bytesOf(blob)), nullptr) << blob;
-    EXPECT_EQ(failureOfReading(bytesOf("FF0000")), g_cut);
+        EXPECT_EQ(read(test::fromHex(blob)), nullptr) << blob;
+    EXPECT_EQ(failureOfReading(test::fromHex("FF0000")), g_cut);
 }
 
 TEST(CalibrationBlob, IsCheckedInTheOrderBlockFlagCorrectionExtension) {

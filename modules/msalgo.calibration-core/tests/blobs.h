@@ -3,13 +3,13 @@
 #include "transformators.h"
 
 #include <calibration-core/interfaces/CalibrationTransformatorFactorySerialization.h>
+#include <test-support/support.h>
 
 #include <algorithm>
-#include <boost/algorithm/hex.hpp>
 
 namespace kvan::calibration {
 
-using Bytes = std::vector<unsigned char>;
+using test::Bytes;
 using u16 = std::uint16_t;
 using u32 = std::uint32_t;
 
@@ -17,14 +17,6 @@ inline const Transformation::CalibrationTransformatorFactorySerialization g_seri
 
 inline const char* const g_cut =
     "runtime_error: ReadAndThrow: fileAccess.Read(pBuffer, Bytes) is false: CTQCBaseException::READ_NUMBER_OF_BYTES";
-
-/// Bytes from hexadecimal digits; blanks set fields apart.
-inline Bytes bytesOf(std::string digits) {
-    digits.erase(std::remove(digits.begin(), digits.end(), ' '), digits.end());
-    Bytes bytes;
-    boost::algorithm::unhex(digits, std::back_inserter(bytes));
-    return bytes;
-}
 
 /// The values as they lie in memory, packed.
 template <class... Values>

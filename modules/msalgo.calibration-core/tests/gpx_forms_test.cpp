@@ -92,7 +92,7 @@ TEST(GpxBlob, StandsAheadOfTheExtension) {
     EXPECT_EQ(written(transformator), blob);
 
     const Bytes reference =
-        flagged(head(11)) + packed(10.0, 0.5, 8.0, 2.5e11, -0.125, 0.5, 4.0) + bytesOf("02 01 03 00") + g_gpx;
+        flagged(head(11)) + packed(10.0, 0.5, 8.0, 2.5e11, -0.125, 0.5, 4.0) + test::fromHex("02 01 03 00") + g_gpx;
     EXPECT_EQ(read(reference)->GetMeasurementModeInfo()->GetPolarity(), 1);
     EXPECT_EQ(written(read(reference)), reference);
     EXPECT_EQ(

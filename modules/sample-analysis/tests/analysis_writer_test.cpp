@@ -1,9 +1,5 @@
 #include <sample-analysis/analysis_writer.h>
-
-#include <boost/filesystem/fstream.hpp>
-#include <boost/filesystem/operations.hpp>
-#include <cctype>
-#include <iterator>
+#include <test-support/support.h>
 
 #include <gtest/gtest.h>
 
@@ -14,19 +10,9 @@ namespace fs = boost::filesystem;
 
 class AnalysisWriterTest : public ::testing::Test {
 protected:
-    ~AnalysisWriterTest() override { fs::remove_all(m_directory); }
+    std::string hexOf(const char* name) const { return boost::algorithm::hex(test::readFile(m_directory / name)); }
 
-    std::string hexOf(const char* name) const {
-        fs::ifstream stream(m_directory / name, std::ios::binary);
-        std::string hex;
-        for (const char byte : std::string{std::istreambuf_iterator<char>(stream), {}}) {
-            hex += "0123456789ABCDEF"[static_cast<unsigned char>(byte) >> 4];
-            hex += "0123456789ABCDEF"[static_cast<unsigned char>(byte) & 15];
-        }
-        return hex;
-    }
-
-    const fs::path m_directory = fs::temp_directory_path() / fs::unique_path("qsf-writer-%%%%-%%%%-%%%%");
+    const test::TemporaryDirectory m_directory;
 };
 
 std::string zeros(int count) {
@@ -128,7 +114,6 @@ TEST_F(AnalysisWriterTest, EveryElementTypeOfAScan) {
         {PackedVector{KVAN::io::QSF::ELEMENT_INT32, {7, 8, 9}}, "2F000000 00000500 03000000 070809"},
     };
     std::string expected;
-    fs::create_directories(m_directory);
     MainFileWriter writer(m_directory / "scans");
     for (const auto& [data, hex] : cases) {
         EXPECT_EQ(writer.scan(data), expected.size() / 2);
@@ -162,7 +147,6 @@ TEST_F(AnalysisWriterTest, EveryLayoutOfLines) {
          zeros(12) + "28000000 28000000" + zeros(12) + "000080BF"},
     };
     std::string expected;
-    fs::create_directories(m_directory);
     MainFileWriter writer(m_directory / "lines");
     for (const auto& [data, size, layoutAndCount, rest] : cases) {
         EXPECT_EQ(writer.lines(data), expected.size() / 2);

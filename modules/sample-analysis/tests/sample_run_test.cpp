@@ -1,8 +1,6 @@
 #include <sample-analysis/sample_run.h>
+#include <test-support/support.h>
 
-#include <boost/filesystem/fstream.hpp>
-#include <boost/filesystem/operations.hpp>
-#include <iterator>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -10,18 +8,13 @@
 namespace kvan::sample {
 namespace {
 
-namespace fs = boost::filesystem;
-
 /// The bytes of the three files of a run, one behind the other.
 std::string bytesOfRun(const SampleRunParameters& parameters) {
-    const fs::path directory = fs::temp_directory_path() / fs::unique_path("qsf-run-%%%%-%%%%-%%%%");
+    const test::TemporaryDirectory directory;
     writeSampleRun(directory, parameters);
     std::string bytes;
-    for (const char* name : {"analysis.qsf", "analysis.qsf_idx", "analysis.qsf_xtr"}) {
-        fs::ifstream stream(directory / name, std::ios::binary);
-        bytes.append(std::istreambuf_iterator<char>(stream), {});
-    }
-    fs::remove_all(directory);
+    for (const char* name : {"analysis.qsf", "analysis.qsf_idx", "analysis.qsf_xtr"})
+        bytes += test::readFile(directory / name);
     return bytes;
 }
 

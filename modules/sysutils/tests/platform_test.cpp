@@ -1,7 +1,6 @@
 #include <sysutils/platform.h>
+#include <test-support/support.h>
 
-#include <boost/filesystem/fstream.hpp>
-#include <boost/filesystem/operations.hpp>
 #include <cstdlib>
 
 #include <gtest/gtest.h>
@@ -13,20 +12,16 @@ namespace fs = boost::filesystem;
 
 class Platform : public ::testing::Test {
 protected:
-    Platform() : m_directory(fs::temp_directory_path() / fs::unique_path()) { fs::create_directory(m_directory); }
-    ~Platform() override {
-        EXPECT_EQ(openFiles(), m_openFiles);
-        fs::remove_all(m_directory);
-    }
+    ~Platform() override { EXPECT_EQ(openFiles(), m_openFiles); }
 
     static std::ptrdiff_t openFiles() { return std::distance(fs::directory_iterator("/proc/self/fd"), {}); }
 
     fs::path fileWith(const std::string& name, const std::string& bytes) const {
-        fs::ofstream(m_directory / name) << bytes;
+        test::writeFile(m_directory / name, bytes);
         return m_directory / name;
     }
 
-    fs::path m_directory;
+    const test::TemporaryDirectory m_directory;
     std::ptrdiff_t m_openFiles = openFiles();
 };
 
@@ -42,7 +37,7 @@ TEST_F(Platform, PositionedFileReadsToTheEndAndRefusesWhatIsNoFile) {
 
     const std::string pipe = (m_directory / "pipe").string();
     ASSERT_EQ(std::system(("mkfifo '" + pipe + "'").c_str()), 0);
-    for (const fs::path& other : {m_directory, fs::path(pipe), m_directory / "missing"})
+    for (const fs::path& other : {fs::path(m_directory), fs::path(pipe), m_directory / "missing"})
         EXPECT_FALSE(PositionedFile::open(other)) << other;
 }
 
@@ -114,7 +109,7 @@ TEST_F(Platform, AppendedFileGrowsAtItsEndAndRefusesPipes) {
 
     const std::string pipe = (m_directory / "pipe").string();
     ASSERT_EQ(std::system(("mkfifo '" + pipe + "'").c_str()), 0);
-    for (const fs::path& other : {fs::path(pipe), m_directory, m_directory / "missing" / "log"}) {
+    for (const fs::path& other : {fs::path(pipe), fs::path(m_directory), m_directory / "missing" / "log"}) {
         EXPECT_FALSE(AppendedFile::open(other, fault)) << other;
         EXPECT_TRUE(fault);
     }
