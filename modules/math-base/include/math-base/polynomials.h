@@ -8,6 +8,18 @@
 /// Polynomials as their coefficients in ascending order of power.
 namespace kvan::math {
 
+/// Horner's rule from `start` down: ((start * x + at(count - 1)) * x + at(count - 2)) and so on to at(0).
+template <class Coefficients>
+[[gnu::always_inline]] inline double horner(double start, std::size_t count, double x, const Coefficients& at) {
+    double value = start;
+    for (std::size_t i = count; i-- > 0;)
+        value = value * x + at(i);
+    return value;
+}
+
+/// The coefficients of the derivative: {0.0} of a constant.
+std::vector<double> derivativeOf(const std::vector<double>& coefficients);
+
 /// The `count` - 1 complex roots of the polynomial of `count` coefficients, as the eigenvalues of its companion matrix
 /// and in the order in which LAPACK's DGEEV gives them. Replaces what `roots` holds.
 ///

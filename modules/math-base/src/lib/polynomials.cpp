@@ -33,20 +33,8 @@ std::ostream& operator<<(std::ostream& sink, const Listed& list) {
     return sink;
 }
 
-Coefficients derivativeOf(const Coefficients& polynomial) {
-    Coefficients derivative;
-    for (std::size_t power = 1; power < polynomial.size(); ++power)
-        derivative.push_back(static_cast<double>(power) * polynomial[power]);
-    if (derivative.empty())
-        derivative.push_back(0.0);
-    return derivative;
-}
-
 double valueAt(const Coefficients& polynomial, double x) {
-    double value = polynomial.back();
-    for (auto coefficient = std::next(polynomial.rbegin()); coefficient != polynomial.rend(); ++coefficient)
-        value = value * x + *coefficient;
-    return value;
+    return horner(polynomial.back(), polynomial.size() - 1, x, [&](std::size_t i) { return polynomial[i]; });
 }
 
 std::vector<double> realRoots(const Coefficients& polynomial) {
@@ -62,6 +50,15 @@ std::vector<double> realRoots(const Coefficients& polynomial) {
 }
 
 }  // namespace
+
+std::vector<double> derivativeOf(const std::vector<double>& coefficients) {
+    std::vector<double> derivative;
+    for (std::size_t power = 1; power < coefficients.size(); ++power)
+        derivative.push_back(static_cast<double>(power) * coefficients[power]);
+    if (derivative.empty())
+        derivative.push_back(0.0);
+    return derivative;
+}
 
 void polynomialRoots(std::size_t count, const double* coefficients, std::vector<std::complex<double>>& roots) {
     if (count < 2)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <math-base/polynomials.h>
 #include <sysutils/vector_clones.h>
 
 #include <cmath>
@@ -31,10 +32,8 @@ public:
         : m_coefficients(coefficients.data()), m_degree(coefficients.size() - 1) {}
 
     [[gnu::always_inline]] double operator()(double x) const {
-        double value = m_coefficients[m_degree];
-        for (std::size_t i = m_degree; i-- > 0;)
-            value = value * x + m_coefficients[i];
-        return value;
+        const double* const coefficients = m_coefficients;
+        return horner(coefficients[m_degree], m_degree, x, [coefficients](std::size_t i) { return coefficients[i]; });
     }
 
     /// The same of `count` arguments, coefficient by coefficient. `values` must not overlap `x`.

@@ -19,6 +19,9 @@ namespace {
 
 using Polynomial = Constants::CalibrationPolynomialSimple;
 
+constexpr const char* g_noLaw = "Kite2 InitData(): unexpected error.";
+constexpr const char* g_noInverse = "Kite2 RawToMass: unable to invert polynomial.";
+
 [[noreturn]] void fail(const char* text) {
     BOOST_THROW_EXCEPTION(std::runtime_error(text));
 }
@@ -30,18 +33,9 @@ constexpr double g_endless = std::numeric_limits<double>::max();
     return std::max(1.0, 0.01 * std::fabs(x));
 }
 
-std::vector<double> derivativeOf(const std::vector<double>& coefficients) {
-    std::vector<double> derivative;
-    for (std::size_t i = 1; i < coefficients.size(); ++i)
-        derivative.push_back(static_cast<double>(i) * coefficients[i]);
-    if (derivative.empty())
-        derivative.push_back(0.0);
-    return derivative;
-}
-
 void requireUsable(const Polynomial& polynomial) {
     if (!Utilities::areUsable(polynomial.coefficients))
-        fail("Kite2 InitData(): unexpected error.");
+        fail(g_noLaw);
 }
 
 void requireNoExtrema(std::vector<double> derivative, const Polynomial& polynomial) {
@@ -53,7 +47,7 @@ void requireNoExtrema(std::vector<double> derivative, const Polynomial& polynomi
     try {
         math::polynomialRoots(derivative.size(), derivative.data(), roots);
     } catch (const std::runtime_error&) {  // a highest coefficient that is next to nothing
-        fail("Kite2 InitData(): unexpected error.");
+        fail(g_noLaw);
     }
     for (const std::complex<double>& root : roots)
         if (root.imag() == 0.0 && root.real() > polynomial.argLow && root.real() < polynomial.argHigh)
@@ -71,7 +65,7 @@ bool isIdentity(const std::vector<double>& coefficients) {
 
 Kite2Law::Stage::Stage(const Polynomial& polynomial)
     : coefficients(polynomial.coefficients.empty() ? std::vector<double>{0.0} : polynomial.coefficients),
-      derivative(derivativeOf(coefficients)),
+      derivative(math::derivativeOf(coefficients)),
       law(math::Polynomial(coefficients), math::ArgumentRange(polynomial.argLow, polynomial.argHigh),
           math::Polynomial(derivative)(polynomial.argLow), math::Polynomial(derivative)(polynomial.argHigh)) {}
 
@@ -82,7 +76,7 @@ Kite2Law::Kite2Law(const Constants::CalibrationPolynomialKITE2& polynomial)
     requireUsable(current);
     requireUsable(global);
     if (!std::isfinite(m_base))
-        fail("Kite2 InitData(): unexpected error.");
+        fail(g_noLaw);
     requireNoExtrema(m_polynomial.derivative, current);
     if (!isIdentity(global.coefficients))
         m_global.emplace(global);
@@ -104,14 +98,14 @@ double Kite2Law::RawToMass(double raw) const {
     const auto w =
         math::invert([this](double x) { return valueOf(m_polynomial.law, x); }, raw - m_base, 0.0, g_endless);
     if (!w)
-        fail("Kite2 RawToMass: unable to invert polynomial.");
+        fail(g_noInverse);
     const double x = *w * *w;
     if (!m_global)
         return x;
     const double width = searchWidth(x);
     const auto mass = math::invert([this](double m) { return valueOf(m_global->law, m); }, x, x - width, x + width);
     if (!mass)
-        fail("Kite2 RawToMass: unable to invert polynomial.");
+        fail(g_noInverse);
     return *mass;
 }
 

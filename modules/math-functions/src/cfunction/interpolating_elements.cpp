@@ -1,7 +1,7 @@
-#include "lib/interpolating_elements.h"
+#include "cfunction/interpolating_elements.h"
 
-#include "lib/akima.h"
-#include "lib/knots.h"
+#include "splines/knots.h"
+#include "splines/slopes.h"
 
 #include <algorithm>
 #include <iterator>
@@ -12,14 +12,6 @@ namespace kvan::math {
 namespace {
 
 using Numbers = std::vector<double>;
-
-/// One a line between two points.
-Numbers secantsOf(const Numbers& x, const Numbers& y) {
-    Numbers secants;
-    for (std::size_t i = 0; i + 1 < x.size(); ++i)
-        secants.push_back((y[i + 1] - y[i]) / (x[i + 1] - x[i]));
-    return secants;
-}
 
 std::vector<std::array<double, 4>> constants(const Numbers& x, const Numbers& y) {
     checkPoints(x, y);
@@ -35,51 +27,6 @@ std::vector<std::array<double, 4>> lines(const Numbers& x, const Numbers& y) {
     for (std::size_t i = 0; i < cubics.size() && !secants.empty(); ++i)
         cubics[i][1] = secants[std::min(i, secants.size() - 1)];
     return cubics;
-}
-
-/// The slopes that make the second derivative continuous, and zero at the ends: a tridiagonal system with a dominant
-/// diagonal, solved by elimination down and substitution up.
-Numbers naturalSplineSlopes(const Numbers& x, const Numbers& y) {
-    checkPoints(x, y);
-    const Numbers secants = secantsOf(x, y);
-    const std::size_t points = x.size();
-    if (points < 2)
-        return Numbers(points, 0.0);
-    Numbers upper(points);
-    Numbers slopes(points);
-    upper[0] = 0.5;
-    slopes[0] = 1.5 * secants[0];
-    for (std::size_t i = 1; i < points; ++i) {
-        const bool end = i + 1 == points;
-        const double lower = end ? 1.0 : 1.0 / (x[i] - x[i - 1]);
-        const double next = end ? 0.0 : 1.0 / (x[i + 1] - x[i]);
-        const double side = end ? 3.0 * secants[i - 1] : 3.0 * (secants[i - 1] * lower + secants[i] * next);
-        const double pivot = 2.0 * (lower + next) - lower * upper[i - 1];
-        upper[i] = next / pivot;
-        slopes[i] = (side - lower * slopes[i - 1]) / pivot;
-    }
-    for (std::size_t i = points - 1; i-- > 0;)
-        slopes[i] -= upper[i] * slopes[i + 1];
-    return slopes;
-}
-
-Numbers akimaSlopes(const Numbers& x, const Numbers& y) {
-    CAkima akima;
-    akima.CalcInterpolation(x, y);
-    checkKnots(x);
-    return akima.Slopes();
-}
-
-Numbers positiveAkimaSlopes(const Numbers& x, const Numbers& y) {
-    Numbers slopes = akimaSlopes(x, y);
-    for (std::size_t i = 0; i < slopes.size(); ++i) {
-        const double height = std::max(y[i], 0.0);
-        if (i + 1 < slopes.size())
-            slopes[i] = std::max(slopes[i], -3.0 * height / (x[i + 1] - x[i]));
-        if (i > 0)
-            slopes[i] = std::min(slopes[i], 3.0 * height / (x[i] - x[i - 1]));
-    }
-    return slopes;
 }
 
 }  // namespace

@@ -1,7 +1,7 @@
-#include "lib/function_imp.h"
-#include "lib/interpolating_elements.h"
-#include "lib/knots.h"
-#include "lib/polynomial_elements.h"
+#include "cfunction/function_imp.h"
+#include "cfunction/interpolating_elements.h"
+#include "cfunction/polynomial_elements.h"
+#include "splines/knots.h"
 
 #include <math-functions/function.h>
 

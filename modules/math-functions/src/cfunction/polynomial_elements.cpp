@@ -1,4 +1,4 @@
-#include "lib/polynomial_elements.h"
+#include "cfunction/polynomial_elements.h"
 
 #include <math-functions/invert.h>
 #include <sysutils/vector_clones.h>
@@ -24,11 +24,12 @@ double fallingFactorial(double power, int order) {
     return product;
 }
 
-double derivativeOf(const std::vector<double>& coefficients, double x, int order) {
-    double value = 0.0;
-    for (std::size_t i = coefficients.size(); i-- > static_cast<std::size_t>(order);)
-        value = value * x + coefficients[i] * fallingFactorial(static_cast<double>(i), order);
-    return value;
+double derivativeAt(const std::vector<double>& coefficients, double x, int order) {
+    const auto lowest = static_cast<std::size_t>(order);
+    const std::size_t count = coefficients.size() > lowest ? coefficients.size() - lowest : 0;
+    return horner(0.0, count, x, [&](std::size_t i) {
+        return coefficients[lowest + i] * fallingFactorial(static_cast<double>(lowest + i), order);
+    });
 }
 
 double halfPowerDerivativeOf(const std::vector<double>& coefficients, double x, int order) {
@@ -68,7 +69,7 @@ CSpec1dIntPolynomElemXAll::CSpec1dIntPolynomElemXAll(const std::vector<double>& 
     : CSpec1dPolynomElem(coefficients) {}
 
 double CSpec1dIntPolynomElemXAll::Derivative(double x, int order) const {
-    return derivativeOf(coefficients(), x, order);
+    return derivativeAt(coefficients(), x, order);
 }
 
 CSpec1dIntPolynomElemXCopyExt::CSpec1dIntPolynomElemXCopyExt(const std::vector<double>& coefficients,
@@ -78,7 +79,7 @@ CSpec1dIntPolynomElemXCopyExt::CSpec1dIntPolynomElemXCopyExt(const std::vector<d
 double CSpec1dIntPolynomElemXCopyExt::Derivative(double x, int order) const {
     if (x < law().Range().lower || x > law().Range().upper)
         return order == 1 ? 1.0 : 0.0;
-    return derivativeOf(coefficients(), x, order);
+    return derivativeAt(coefficients(), x, order);
 }
 
 CSpec1dRealPolynomElemXDerivExt::CSpec1dRealPolynomElemXDerivExt(const std::vector<double>& coefficients,

@@ -1,4 +1,4 @@
-#include "lib/knots.h"
+#include "splines/knots.h"
 
 #include <algorithm>
 #include <boost/throw_exception.hpp>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "lib/fixed_elements.h"
+#include "cfunction/fixed_elements.h"
 
 #include <memory>
 #include <utility>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "lib/function_elements.h"
+#include "cfunction/function_elements.h"
 
 #include <math-functions/polynomial_laws.h>
 

@@ -1,4 +1,4 @@
-#include "lib/akima.h"
+#include "splines/akima.h"
 
 #include <boost/throw_exception.hpp>
 #include <cmath>

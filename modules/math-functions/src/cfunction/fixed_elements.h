@@ -1,7 +1,7 @@
 #pragma once
 
-#include "lib/function_elements.h"
-#include "lib/geometry.h"
+#include "cfunction/function_elements.h"
+#include "cfunction/geometry.h"
 
 namespace kvan::math {
 

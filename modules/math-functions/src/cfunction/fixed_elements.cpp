@@ -1,4 +1,4 @@
-#include "lib/fixed_elements.h"
+#include "cfunction/fixed_elements.h"
 
 #include <math-functions/invert.h>
 

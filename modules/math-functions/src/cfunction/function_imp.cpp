@@ -1,6 +1,6 @@
-#include "lib/function_imp.h"
+#include "cfunction/function_imp.h"
 
-#include "lib/knots.h"
+#include "splines/knots.h"
 
 #include <math-functions/invert.h>
 
