@@ -1,8 +1,8 @@
 #pragma once
 
-#include <cstddef>
+#include <binaryio/packed_record.h>
+
 #include <cstdint>
-#include <type_traits>
 
 /// The blocks of a calibration blob as they lie in the bytes: little-endian, packed.
 namespace kvan::tqclegacy::CALIBRATION {
@@ -12,9 +12,9 @@ namespace kvan::tqclegacy::CALIBRATION {
 /// Begins every blob; the block of that type follows at once.
 struct CalibBlobHead {
     std::uint16_t type;    // 0
-    std::uint16_t hasGpx;  // 2  1: correction data behind the block
+    std::uint16_t hasGpx;  // 2  1: correction data follow the block
 };
-static_assert(sizeof(CalibBlobHead) == 4 && offsetof(CalibBlobHead, hasGpx) == 2);
+KVAN_PACKED_RECORD(CalibBlobHead, 4, (type, 0), (hasGpx, 2));
 
 struct TOFCalibrationBlock {
     static constexpr std::uint16_t Type = 1;
@@ -25,7 +25,7 @@ struct TOFCalibrationBlock {
     double c1;         // 24
     double c2;         // 32
 };
-static_assert(sizeof(TOFCalibrationBlock) == 40 && offsetof(TOFCalibrationBlock, c0) == 16);
+KVAN_PACKED_RECORD(TOFCalibrationBlock, 40, (timeDelay, 0), (timeBase, 8), (c0, 16), (c1, 24), (c2, 32));
 
 /// `MeasurementModeInfo` of a reference calibration.
 struct CalibKey {
@@ -34,18 +34,18 @@ struct CalibKey {
     std::uint8_t msLevel;          // 2
     std::uint8_t scanMode;         // 3
 };
-static_assert(sizeof(CalibKey) == 4);
+KVAN_PACKED_RECORD(CalibKey, 4, (acquisitionMode, 0), (polarity, 1), (msLevel, 2), (scanMode, 3));
 
 template <class Block, std::uint16_t BlobType>
 struct GenericCalibRef {
     static constexpr std::uint16_t Type = BlobType;
 
     Block block;   // 0
-    CalibKey key;  // behind it
+    CalibKey key;  // after it
 };
 
 using TOFCalibrationRefBlock = GenericCalibRef<TOFCalibrationBlock, 4>;
-static_assert(sizeof(TOFCalibrationRefBlock) == 44 && offsetof(TOFCalibrationRefBlock, key) == 40);
+KVAN_PACKED_RECORD(TOFCalibrationRefBlock, 44, (block, 0), (key, 40));
 
 struct TOFCORRCalibrationBlock {
     static constexpr std::uint16_t Type = 3;
@@ -54,7 +54,7 @@ struct TOFCORRCalibrationBlock {
     std::int32_t compensationCode;  // 40
     double correctionFactor;        // 44
 };
-static_assert(sizeof(TOFCORRCalibrationBlock) == 52 && offsetof(TOFCORRCalibrationBlock, correctionFactor) == 44);
+KVAN_PACKED_RECORD(TOFCORRCalibrationBlock, 52, (tof, 0), (compensationCode, 40), (correctionFactor, 44));
 
 struct TOFCORRCalibrationRefBlock {
     static constexpr std::uint16_t Type = 2;
@@ -65,7 +65,8 @@ struct TOFCORRCalibrationRefBlock {
     double referenceTemperature;    // 48
     double correctionFactor;        // 56
 };
-static_assert(sizeof(TOFCORRCalibrationRefBlock) == 64 && offsetof(TOFCORRCalibrationRefBlock, key) == 44);
+KVAN_PACKED_RECORD(TOFCORRCalibrationRefBlock, 64, (tof, 0), (compensationCode, 40), (key, 44),
+                   (referenceTemperature, 48), (correctionFactor, 56));
 
 struct TOF2CalibrationBlock {
     static constexpr std::uint16_t Type = 9;
@@ -78,10 +79,11 @@ struct TOF2CalibrationBlock {
     double c3;         // 40
     double c4;         // 48
 };
-static_assert(sizeof(TOF2CalibrationBlock) == 56 && offsetof(TOF2CalibrationBlock, c4) == 48);
+KVAN_PACKED_RECORD(TOF2CalibrationBlock, 56, (timeDelay, 0), (timeBase, 8), (c0, 16), (c1, 24), (c2, 32), (c3, 40),
+                   (c4, 48));
 
 using TOF2CalibrationRefBlock = GenericCalibRef<TOF2CalibrationBlock, 11>;
-static_assert(sizeof(TOF2CalibrationRefBlock) == 60 && offsetof(TOF2CalibrationRefBlock, key) == 56);
+KVAN_PACKED_RECORD(TOF2CalibrationRefBlock, 60, (block, 0), (key, 56));
 
 /// The offsets of this and the following arrays of doubles count from the start of the block; a count of 0 needs none.
 struct Tof2TempCorrCalibrationBlock {
@@ -92,8 +94,8 @@ struct Tof2TempCorrCalibrationBlock {
     std::uint32_t factorsOffset;    // 60
     std::uint32_t factorsCount;     // 64
 };
-static_assert(sizeof(Tof2TempCorrCalibrationBlock) == 68 &&
-              offsetof(Tof2TempCorrCalibrationBlock, factorsOffset) == 60);
+KVAN_PACKED_RECORD(Tof2TempCorrCalibrationBlock, 68, (tof2, 0), (compensationCode, 56), (factorsOffset, 60),
+                   (factorsCount, 64));
 
 struct Tof2TempCorrCalibrationRefBlock {
     static constexpr std::uint16_t Type = 12;
@@ -107,8 +109,8 @@ struct Tof2TempCorrCalibrationRefBlock {
     std::uint16_t temperaturesCount;   // 76
     std::uint16_t factorsCount;        // 78
 };
-static_assert(sizeof(Tof2TempCorrCalibrationRefBlock) == 80 &&
-              offsetof(Tof2TempCorrCalibrationRefBlock, compensationCode) == 64);
+KVAN_PACKED_RECORD(Tof2TempCorrCalibrationRefBlock, 80, (tof2, 0), (key, 56), (compensationCode, 64),
+                   (temperaturesOffset, 68), (factorsOffset, 72), (temperaturesCount, 76), (factorsCount, 78));
 
 struct FTMSCalibrationBlock {
     static constexpr std::uint16_t Type = 257;
@@ -123,7 +125,8 @@ struct FTMSCalibrationBlock {
     double freqLow;              // 40
     double freqWidth;            // 48
 };
-static_assert(sizeof(FTMSCalibrationBlock) == 56 && offsetof(FTMSCalibrationBlock, quadraticFlag) == 28);
+KVAN_PACKED_RECORD(FTMSCalibrationBlock, 56, (calibMode, 0), (alpha, 4), (beta, 12), (freqHigh, 20),
+                   (quadraticFlag, 28), (ftmsRawMode, 32), (size, 36), (freqLow, 40), (freqWidth, 48));
 
 struct IonTrapCalibrationBlock {
     static constexpr std::uint16_t Type = 4097;
@@ -134,7 +137,8 @@ struct IonTrapCalibrationBlock {
     double measurementsPerRawMass;  // 24
     double beginRawMass;            // 32
 };
-static_assert(sizeof(IonTrapCalibrationBlock) == 40 && offsetof(IonTrapCalibrationBlock, measurementsPerRawMass) == 24);
+KVAN_PACKED_RECORD(IonTrapCalibrationBlock, 40, (c0, 0), (c1, 8), (c2, 16), (measurementsPerRawMass, 24),
+                   (beginRawMass, 32));
 
 struct LINEARCalibrationBlock {
     static constexpr std::uint16_t Type = 4098;
@@ -142,7 +146,7 @@ struct LINEARCalibrationBlock {
     double c0;  // 0
     double c1;  // 8
 };
-static_assert(sizeof(LINEARCalibrationBlock) == 16 && offsetof(LINEARCalibrationBlock, c1) == 8);
+KVAN_PACKED_RECORD(LINEARCalibrationBlock, 16, (c0, 0), (c1, 8));
 
 /// Post-source decay. The three arrays of doubles count from the start of the block.
 struct PSDCalibrationBlock {
@@ -164,8 +168,9 @@ struct PSDCalibrationBlock {
     std::uint16_t classicCount;   // 100
     std::uint8_t unread102[2];    // 102
 };
-static_assert(sizeof(PSDCalibrationBlock) == 104 && offsetof(PSDCalibrationBlock, psdMode) == 80 &&
-              offsetof(PSDCalibrationBlock, spcCount) == 96);
+KVAN_PACKED_RECORD(PSDCalibrationBlock, 104, (tof, 0), (uRefFull, 40), (uSegment, 48), (calibrationMass, 56),
+                   (parentMass, 64), (minArg, 72), (maxArg, 76), (psdMode, 80), (spcOffset, 84), (ocpOffset, 88),
+                   (classicOffset, 92), (spcCount, 96), (ocpCount, 98), (classicCount, 100));
 
 /// KITE 1. The coefficients count from the start of the block.
 struct KITE1CalibrationBlock {
@@ -185,8 +190,9 @@ struct KITE1CalibrationBlock {
     std::uint32_t coefficientsOffset;  //  98
     std::uint16_t coefficientsCount;   // 102
 };
-static_assert(sizeof(KITE1CalibrationBlock) == 104 && offsetof(KITE1CalibrationBlock, ignore) == 96 &&
-              offsetof(KITE1CalibrationBlock, coefficientsOffset) == 98);
+KVAN_PACKED_RECORD(KITE1CalibrationBlock, 104, (tof, 0), (parentMass, 40), (correctionTime, 48), (kiteTime, 56),
+                   (calibrationParentMass, 64), (calibTimeLow, 72), (calibTimeHigh, 80), (firstIndex, 88),
+                   (lastIndex, 92), (ignore, 96), (coefficientsOffset, 98), (coefficientsCount, 102));
 
 /// KITE 2. All offsets count from the start of the block; the parent polynomials follow one another.
 struct KITE2CalibrationBlock {
@@ -207,10 +213,12 @@ struct KITE2CalibrationBlock {
     std::uint32_t firstParentOffset;  // 92
     std::uint32_t vc0Offset;          // 96
 };
-static_assert(sizeof(KITE2CalibrationBlock) == 100 && offsetof(KITE2CalibrationBlock, parentsCount) == 84 &&
-              offsetof(KITE2CalibrationBlock, globalOffset) == 88);
+KVAN_PACKED_RECORD(KITE2CalibrationBlock, 100, (tof, 0), (parentMass, 40), (referenceTime, 48),
+                   (measuredParentMass, 56), (measuredReferenceTime, 64), (firstIndex, 72), (lastIndex, 76),
+                   (ignoreIndexBounds, 80), (parentsCount, 84), (vc0Count, 86), (globalOffset, 88),
+                   (firstParentOffset, 92), (vc0Offset, 96));
 
-/// A polynomial of a KITE 2 block. The next one begins behind its coefficients.
+/// A polynomial of a KITE 2 block. The next one begins after its coefficients.
 struct CalibPolynomialRecord {
     double argLow;                     //  0
     double argHigh;                    //  8
@@ -219,9 +227,10 @@ struct CalibPolynomialRecord {
     std::uint16_t coefficientsCount;   // 26
     std::uint32_t coefficientsOffset;  // 28  from the start of the record
 };
-static_assert(sizeof(CalibPolynomialRecord) == 32 && offsetof(CalibPolynomialRecord, coefficientsCount) == 26);
+KVAN_PACKED_RECORD(CalibPolynomialRecord, 32, (argLow, 0), (argHigh, 8), (parentMass, 16), (coefficientsCount, 26),
+                   (coefficientsOffset, 28));
 
-/// Correction of masses behind a block and its arrays.
+/// Correction of masses after a block and its arrays.
 struct GPXCalibrationHead {
     double c0;                         //  0
     double c2;                         //  8
@@ -232,8 +241,8 @@ struct GPXCalibrationHead {
     std::uint16_t coefficientsCount;   // 34
     std::uint32_t coefficientsOffset;  // 36  from the start of this head
 };
-static_assert(sizeof(GPXCalibrationHead) == 40 && offsetof(GPXCalibrationHead, use) == 32 &&
-              offsetof(GPXCalibrationHead, coefficientsOffset) == 36);
+KVAN_PACKED_RECORD(GPXCalibrationHead, 40, (c0, 0), (c2, 8), (minMass, 16), (maxMass, 24), (use, 32),
+                   (coefficientsCount, 34), (coefficientsOffset, 36));
 
 constexpr std::uint16_t CALIB_EXTENSION_BLOCK_INFO_MAGIC = 49068;
 constexpr std::uint16_t TOF_COR_CALIB_EXTENSION_BLOCK_MAGIC = 53152;
@@ -247,7 +256,7 @@ struct CALIB_EXTENSION_BLOCK_INFO {
     std::uint32_t argument;     //  8  the compensation mode
     std::uint8_t unread12[12];  // 12
 };
-static_assert(sizeof(CALIB_EXTENSION_BLOCK_INFO) == 24 && offsetof(CALIB_EXTENSION_BLOCK_INFO, argument) == 8);
+KVAN_PACKED_RECORD(CALIB_EXTENSION_BLOCK_INFO, 24, (magic, 0), (identifier, 4), (argument, 8));
 
 /// Of a spectrum's calibration. Array offsets count from the start of the extension block.
 struct TofTempCorrCalibrationExtensionBlock {
@@ -259,8 +268,8 @@ struct TofTempCorrCalibrationExtensionBlock {
     std::uint16_t factorsCount;   // 16
     std::uint8_t unread18[2];     // 18
 };
-static_assert(sizeof(TofTempCorrCalibrationExtensionBlock) == 20 &&
-              offsetof(TofTempCorrCalibrationExtensionBlock, factorsOffset) == 12);
+KVAN_PACKED_RECORD(TofTempCorrCalibrationExtensionBlock, 20, (magic, 0), (wholeSize, 4), (factorsOffset, 12),
+                   (factorsCount, 16));
 
 /// Of a reference calibration.
 struct TofTempCorrCalibrationRefExtensionBlock {
@@ -273,8 +282,8 @@ struct TofTempCorrCalibrationRefExtensionBlock {
     std::uint16_t temperaturesCount;   // 24
     std::uint16_t factorsCount;        // 26
 };
-static_assert(sizeof(TofTempCorrCalibrationRefExtensionBlock) == 28 &&
-              offsetof(TofTempCorrCalibrationRefExtensionBlock, temperaturesOffset) == 16);
+KVAN_PACKED_RECORD(TofTempCorrCalibrationRefExtensionBlock, 28, (magic, 0), (wholeSize, 4), (temperaturesOffset, 16),
+                   (factorsOffset, 20), (temperaturesCount, 24), (factorsCount, 26));
 
 #pragma pack(pop)
 
