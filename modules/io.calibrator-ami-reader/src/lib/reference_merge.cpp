@@ -21,7 +21,7 @@ using CompensatedTof2 = Constants::CalibrationConstantsFunctionalTOF2Temperature
 
 /// Laws that differ in their temperatures alone are of one kind.
 CalibrationFamily kindOf(const ICalibrationTransformator& transformator) {
-    return plainFamilyOf(familyOf(transformator));
+    return traitsOf(familyOf(transformator)).plain;
 }
 
 /// `law`, with the temperatures of `source` if it knows some.
@@ -49,11 +49,11 @@ FunctionalPtr converted(const FunctionalPtr& functional) {
         *law, Tof1(law->GetStoredC0(), law->GetStoredC1(), law->GetStoredC2(), law->GetCalibMode()));
 }
 
-/// The constants of `reference` in the family of the calibrator; null if there are none. KITE 2 has none to give.
+/// The constants of `reference` in the family of the calibrator; null if there are none.
 FunctionalPtr lawOf(const ICalibrationTransformator& reference, CalibrationFamily family) {
     using enum CalibrationFamily;
     const CalibrationFamily own = kindOf(reference);
-    if (own == Kite2)
+    if (traitsOf(own).constants == HeldConstants::None)
         return nullptr;
     if (own == family)
         return reference.GetFunctionalConstants();
@@ -78,7 +78,7 @@ const ICalibrationTransformatorFactory& factory() {
 
 /// `law` on the axis of the calibrator. The polynomial of a KITE 1 calibrator, which makes its masses, stays its own.
 TransformatorPtr withLaw(const TransformatorPtr& calibrator, const FunctionalPtr& law) {
-    if (kindOf(*calibrator) == CalibrationFamily::Kite1) {
+    if (traitsOf(kindOf(*calibrator)).constants == HeldConstants::OfTheAxis) {
         auto copy = cloneObject(calibrator);
         copy->SetFunctionalConstants(law);
         return copy;

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <boost/throw_exception.hpp>
 #include <cstddef>
+#include <span>
 #include <stdexcept>
 #include <string>
 
@@ -24,15 +25,15 @@ public:
     CalibrationTextFields(CalibrationTextReader& reader, const char* operation)
         : m_reader(reader), m_operation(operation) {}
 
-    /// Takes a token and gives the place of the prefix that it equals; null ones equal none.
-    std::size_t Prefix(const char* const* begin, const char* const* end) {
+    /// Takes a token and gives the place of the prefix that it equals.
+    std::size_t Prefix(std::span<const char* const> prefixes) {
         const std::string_view token = m_reader.Token();
-        const auto* const found =
-            std::find_if(begin, end, [token](const char* prefix) { return prefix != nullptr && token == prefix; });
-        if (found == end)
+        const auto found = std::find(prefixes.begin(), prefixes.end(), token);
+        if (found == prefixes.end())
             throwInvalidPrefix(m_reader, m_operation);
-        return static_cast<std::size_t>(found - begin);
+        return static_cast<std::size_t>(found - prefixes.begin());
     }
+    CalibrationTextReader& Reader() { return m_reader; }
     std::string_view Token() { return m_reader.Token(); }
     double Double() { return valueOf(m_reader.Double()); }
     int Int() { return valueOf(m_reader.Int()); }
@@ -54,7 +55,7 @@ private:
 /// operation asks at its end whether all were good. A vector fails at once.
 class CalibrationTextStream {
 public:
-    explicit CalibrationTextStream(CalibrationTextReader& reader) : m_reader(reader) {}
+    explicit CalibrationTextStream(CalibrationTextFields& fields) : m_reader(fields.Reader()) {}
 
     bool Good() const { return m_good; }
     double Double() { return valueOf(m_reader.Double()); }

@@ -1,13 +1,11 @@
+#include "families/CalibrationFamilies.h"
+#include "families/ICalibSerialization.h"
 #include "legacycalibration/serialization/CalibBlobAccess.h"
 #include "legacycalibration/serialization/CalibrationBlocks.h"
 #include "legacycalibration/serialization/CalibratorUtil.h"
 #include "serialization/CalibrationTextForm.h"
 #include "serialization/CompensationExtensions.h"
 #include "serialization/GpxStoredForms.h"
-#include "serialization/KiteStoredForms.h"
-#include "serialization/PsdStoredForms.h"
-#include "serialization/StoredBlocks.h"
-#include "transformation/conversion/CCOConversionUtil.h"
 #include "utilities/IndexTruncation.h"
 
 #include <calibration-core/constants/CalibrationPolynomialGPX.h>
@@ -41,57 +39,56 @@ constexpr std::uint16_t g_noTransformator = 255;
                            "DeserializeFromString: Error in serialization string."));
 }
 
-template <class Block>
-TransformatorPtr readBlock(CalibBlobReadAccess& access, const Factory& factory) {
-    return CCOConversionUtil::MapQSF2CCO(CalibratorUtil::ReadRecord<Block>(access), factory);
+/// A row's type of blob; null for types that no family has.
+const BlobType* findBlobType(std::uint16_t type) {
+    for (const FamilyRow& row : FamilyTable::g_rows)
+        for (const BlobType& candidate : row.blobs->types)
+            if (candidate.type == type)
+                return &candidate;
+    return nullptr;
 }
 
-TransformatorPtr readTof2Compensated(CalibBlobReadAccess& access, const Factory& factory) {
-    const std::size_t start = access.Position();
-    const auto block = CalibratorUtil::ReadRecord<Tof2TempCorrCalibrationBlock>(access);
-    const auto factors = CalibratorUtil::ReadDoubles(access, start, block.factorsOffset, block.factorsCount);
-    return CCOConversionUtil::MapQSF2CCO(block, factors, factory);
-}
-
-TransformatorPtr readTof2CompensatedReference(CalibBlobReadAccess& access, const Factory& factory) {
-    const std::size_t start = access.Position();
-    const auto block = CalibratorUtil::ReadRecord<Tof2TempCorrCalibrationRefBlock>(access);
-    const auto temperatures =
-        CalibratorUtil::ReadDoubles(access, start, block.temperaturesOffset, block.temperaturesCount);
-    const auto factors = CalibratorUtil::ReadDoubles(access, start, block.factorsOffset, block.factorsCount);
-    return CCOConversionUtil::MapQSF2CCO(block, temperatures, factors, factory);
-}
-
-struct BlobType {
-    std::uint16_t type;
-    TransformatorPtr (*read)(CalibBlobReadAccess& access, const Factory& factory);
-    TransformatorPtr (*extend)(const TransformatorPtr& transformator, CalibBlobReadAccess& access);
+/// A transformator without the corrections of masses around it.
+struct CorrectedLaw {
+    TransformatorPtr law;
+    std::vector<std::shared_ptr<ICalibrationPolynomialGPX>> corrections;  // outermost first
 };
 
-constexpr BlobType g_blobTypes[] = {
-    {TOFCalibrationBlock::Type, readBlock<TOFCalibrationBlock>, DeserializeExtension},
-    {TOFCORRCalibrationRefBlock::Type, readBlock<TOFCORRCalibrationRefBlock>, DeserializeRefExtension},
-    {TOFCORRCalibrationBlock::Type, readBlock<TOFCORRCalibrationBlock>, DeserializeExtension},
-    {TOFCalibrationRefBlock::Type, readBlock<TOFCalibrationRefBlock>, DeserializeRefExtension},
-    {PSDCalibrationBlock::Type, PsdStoredForm::Read, DeserializeExtension},
-    {KITE1CalibrationBlock::Type, Kite1StoredForm::Read, DeserializeExtension},
-    {KITE2CalibrationBlock::Type, Kite2StoredForm::Read, DeserializeExtension},
-    {TOF2CalibrationBlock::Type, readBlock<TOF2CalibrationBlock>, DeserializeExtension},
-    {Tof2TempCorrCalibrationBlock::Type, readTof2Compensated, DeserializeExtension},
-    {TOF2CalibrationRefBlock::Type, readBlock<TOF2CalibrationRefBlock>, DeserializeRefExtension},
-    {Tof2TempCorrCalibrationRefBlock::Type, readTof2CompensatedReference, DeserializeRefExtension},
-    {FTMSCalibrationBlock::Type, readBlock<FTMSCalibrationBlock>, DeserializeExtension},
-    {IonTrapCalibrationBlock::Type, readBlock<IonTrapCalibrationBlock>, DeserializeExtension},
-    {LINEARCalibrationBlock::Type, readBlock<LINEARCalibrationBlock>, DeserializeExtension},
-};
+CorrectedLaw withoutCorrections(TransformatorPtr transformator) {
+    CorrectedLaw parts{std::move(transformator), {}};
+    while (const auto* const corrected = dynamic_cast<const ICalibrationTransformatorGPX*>(parts.law.get())) {
+        if (auto polynomial = corrected->GetPolynomial())
+            parts.corrections.push_back(std::move(polynomial));
+        parts.law = corrected->GetTransformator();
+    }
+    return parts;
+}
 
-void writeBlob(const ICalibrationTransformator& transformator, BlobForm form, std::vector<unsigned char>& blob) {
-    const ICalibSerialization& facet = storedFormOf(transformator);
+/// Stored forms have place for one correction.
+void requireOneCorrection(const CorrectedLaw& parts) {
+    if (parts.corrections.size() > 1)
+        BOOST_THROW_EXCEPTION(std::invalid_argument("invalid serialization: a correction inside a correction"));
+}
+
+/// The family whose stored forms hold the transformator. Throws `std::invalid_argument` if it has none.
+CalibrationFamily storedFamilyOf(const ICalibrationTransformator& transformator) {
+    const auto* const facet = dynamic_cast<const ICalibSerialization*>(&transformator);
+    if (facet == nullptr)
+        BOOST_THROW_EXCEPTION(std::invalid_argument("Transformer does not offer serialization interface."));
+    return facet->GetStoredFamily();
+}
+
+void writeBlob(const TransformatorPtr& transformator, BlobForm form, std::vector<unsigned char>& blob) {
+    const CorrectedLaw parts = withoutCorrections(transformator);
+    const BlobForms& blobs = *findRow(storedFamilyOf(*parts.law))->blobs;
     CalibBlobWriteAccess access(blob);
-    const std::uint16_t hasGpx = facet.HasGpxData() ? 1 : 0;
-    CalibratorUtil::WriteRecord(access, CalibBlobHead{facet.GetBlobType(form), hasGpx});
-    facet.SerializeToBlob(form, access);
-    SerializeExtension(transformator, form, access);
+    const std::uint16_t hasGpx = parts.corrections.empty() ? 0 : 1;
+    CalibratorUtil::WriteRecord(access, CalibBlobHead{blobs.typeOf(*parts.law, form), hasGpx});
+    requireOneCorrection(parts);
+    blobs.write(*parts.law, form, access);
+    for (const auto& correction : parts.corrections)
+        GpxStoredForms::WriteBlob(*correction, access);
+    SerializeExtension(*transformator, form, access);
 }
 
 void writeNoTransformator(std::vector<unsigned char>& blob) {
@@ -99,10 +96,10 @@ void writeNoTransformator(std::vector<unsigned char>& blob) {
     CalibratorUtil::WriteRecord(access, CalibBlobHead{g_noTransformator, 0});
 }
 
-/// The tokens ahead of the constants.
+/// The tokens before the constants.
 struct TextHead {
     int version = 3;
-    int strategy = 0;
+    CalibrationFamily strategy = CalibrationFamily::Tof;
     int indexOffset = 0;
     bool hasRange = false;
     int rangeLow = std::numeric_limits<std::int32_t>::min();
@@ -136,13 +133,11 @@ WrittenParts partsOf(const TransformatorPtr& transformator) {
         parts.head.rangeHigh = Utilities::truncateToIndex(bounds->GetUpperIndexBound());
         parts.law = bounds->GetDecoratedTransformator();
     }
-    while (const auto* const corrected = dynamic_cast<const ICalibrationTransformatorGPX*>(parts.law.get())) {
-        if (auto polynomial = corrected->GetPolynomial()) {
-            GpxStoredForms::RequireOne(parts.correction == nullptr);
-            parts.correction = std::move(polynomial);
-        }
-        parts.law = corrected->GetTransformator();
-    }
+    CorrectedLaw inside = withoutCorrections(parts.law);
+    requireOneCorrection(inside);
+    parts.law = inside.law;
+    if (!inside.corrections.empty())
+        parts.correction = inside.corrections.front();
     if (!parts.correction)
         parts.correction = std::make_shared<Constants::CalibrationPolynomialGPX>();
     return parts;
@@ -155,7 +150,7 @@ TextHead readTextHead(CalibrationTextReader& reader) {
             throwInvalidText();
         return *value;
     };
-    TextHead head{GetStringVersionNumberOfStringPrefix(reader.Token()), integer()};
+    TextHead head{GetStringVersionNumberOfStringPrefix(reader.Token()), CalibrationFamily{integer()}};
     const int kind = integer();
     if (kind != 1 && kind != 100 && kind != 109)
         throwInvalidText();
@@ -183,11 +178,10 @@ TransformatorPtr CalibrationTransformatorFactorySerialization::DeserializeFromBl
         return nullptr;
     CalibBlobReadAccess access(blob);
     const auto head = CalibratorUtil::ReadRecord<CalibBlobHead>(access);
-    const auto* const row = std::find_if(std::begin(g_blobTypes), std::end(g_blobTypes),
-                                         [&](const BlobType& candidate) { return candidate.type == head.type; });
-    if (row == std::end(g_blobTypes))
+    const BlobType* const type = findBlobType(head.type);
+    if (type == nullptr)
         return nullptr;
-    auto transformator = row->read(access, *m_factory);
+    auto transformator = type->read(access, *m_factory);
     access.SeekToFarthest();  // arrays may stand in any order, and overlap
     if (head.hasGpx > 1)
         BOOST_THROW_EXCEPTION(
@@ -197,7 +191,7 @@ TransformatorPtr CalibrationTransformatorFactorySerialization::DeserializeFromBl
         transformator = m_factory->createTransformatorGPX(transformator, GpxStoredForms::ReadBlob(access));
         access.SeekToFarthest();
     }
-    return access.IsAtEnd() ? transformator : row->extend(transformator, access);
+    return access.IsAtEnd() ? transformator : DeserializeExtension(transformator, type->form, access);
 }
 
 void CalibrationTransformatorFactorySerialization::SerializeToBlob(const TransformatorPtr& transformator,
@@ -208,7 +202,7 @@ void CalibrationTransformatorFactorySerialization::SerializeToBlob(const Transfo
     if (transformator->GetMeasurementModeInfo())
         BOOST_THROW_EXCEPTION(
             std::logic_error("invalid serialization: a reference transformator is serialized as a normal one"));
-    writeBlob(*transformator, BlobForm::Plain, blob);
+    writeBlob(transformator, BlobForm::Plain, blob);
 }
 
 void CalibrationTransformatorFactorySerialization::SerializeReferenceToBlob(const TransformatorPtr& transformator,
@@ -219,7 +213,7 @@ void CalibrationTransformatorFactorySerialization::SerializeReferenceToBlob(cons
     if (!transformator->GetMeasurementModeInfo())
         BOOST_THROW_EXCEPTION(
             std::logic_error("invalid serialization: a normal transformator is serialized as a reference one"));
-    writeBlob(*transformator, BlobForm::Reference, blob);
+    writeBlob(transformator, BlobForm::Reference, blob);
 }
 
 TransformatorPtr CalibrationTransformatorFactorySerialization::DeserializeFromString(const std::string& text) const {
@@ -244,16 +238,16 @@ std::string CalibrationTransformatorFactorySerialization::SerializeToString(
         BOOST_THROW_EXCEPTION(std::invalid_argument(
             "CalibrationTransformatorFactorySerialization::SerializeToString: no transformator."));
     const WrittenParts parts = partsOf(transformator);
-    storedFormOf(*parts.law);
-    const int strategy = CalibrationTextForm::StrategyOf(*parts.law);
-    if (strategy != parts.law->GetFunctionalTypeCode()) {
+    storedFamilyOf(*parts.law);
+    const CalibrationFamily strategy = CalibrationTextForm::StrategyOf(*parts.law);
+    if (strategy != familyOf(*parts.law)) {
         const auto logger =
             logging::Logger::getLogger("kvan.calibration_core.CalibrationTransformatorFactorySerialization");
         KVAN_LOG(logger, WARN) << "The temperature compensation of a TOF1 calibration is lost in its text form.";
     }
     std::string text;
     CalibrationTextWriter writer(text);
-    writer << "V3.0CCalibrator" << strategy << 1 << parts.head.indexOffset << int{parts.head.hasRange}
+    writer << "V3.0CCalibrator" << codeOf(strategy) << 1 << parts.head.indexOffset << int{parts.head.hasRange}
            << parts.head.rangeLow << parts.head.rangeHigh;
     CalibrationTextForm::SerializePraefixAndConstants(strategy, *parts.law, writer);
     GpxStoredForms::AppendText(*parts.correction, text);

@@ -10,6 +10,12 @@
 #include <stdexcept>
 #include <string>
 
+// What follows a blob of compensated TOF1 constants with more values than their block holds: an info with the mode,
+// then one block of arrays, whose size must lead to the last byte. The reference form carries temperatures and factors,
+// the form of a spectrum one array that is both.
+//
+// Order of the checks: info, mode, whether the law can be compensated, magic of the block, arrays, end. The failures of
+// the two forms differ in words only.
 namespace kvan::calibration {
 
 using namespace tqclegacy::CALIBRATION;
@@ -34,15 +40,59 @@ void setCompensation(ICalibrationTransformator& transformator, const Values& tem
     transformator.SetFunctionalConstants(functional);
 }
 
-/// Goes behind the block that began at `start`. Nothing may follow it.
-void endAtBlockEnd(CalibBlobReadAccess& access, std::size_t start, std::uint32_t wholeSize, const char* reader) {
+/// Goes to the end of the block that began at `start`. Nothing may follow it.
+void endAtBlockEnd(CalibBlobReadAccess& access, std::size_t start, std::uint32_t wholeSize, const std::string& reader) {
     if (!access.Seek(start + wholeSize))
         CalibratorUtil::ThrowReadFailure();
     if (!access.IsAtEnd())
         BOOST_THROW_EXCEPTION(std::runtime_error(
-            std::string("kvan::calibration::CalibrationTransformatorFactorySerialization::") + reader +
-            ": Invalid serialization: data invalid. Was data written with newer software?"));
+            reader + ": Invalid serialization: data invalid. Was data written with newer software?"));
 }
+
+/// What both forms of an extension block tell.
+struct Extension {
+    std::uint32_t wholeSize;
+    Values temperatures;
+    Values factors;
+};
+
+/// The block of a spectrum: what was measured with it is both its temperatures and its factors.
+Extension readExtensionBlock(CalibBlobReadAccess& access) {
+    const std::size_t start = access.Position();
+    const auto block = CalibratorUtil::ReadRecord<TofTempCorrCalibrationExtensionBlock>(access);
+    if (block.magic != TOF_COR_CALIB_EXTENSION_BLOCK_MAGIC)
+        BOOST_THROW_EXCEPTION(std::runtime_error(
+            "VerifyExtensionInfoHeader(const CALIB_EXTENSION_BLOCK_INFO& header): Magic number is not "
+            "TOF_COR_CALIB_EXTENSION_BLOCK_MAGIC. Expected " +
+            std::to_string(TOF_COR_CALIB_EXTENSION_BLOCK_MAGIC) +
+            " but m_Data.stHeader.usMagicNumber = " + std::to_string(block.magic)));
+    Values factors = CalibratorUtil::ReadDoubles(access, start, block.factorsOffset, block.factorsCount);
+    return {block.wholeSize, factors, std::move(factors)};
+}
+
+Extension readRefExtensionBlock(CalibBlobReadAccess& access) {
+    const std::size_t start = access.Position();
+    const auto block = CalibratorUtil::ReadRecord<TofTempCorrCalibrationRefExtensionBlock>(access);
+    if (block.magic != TOF_COR_CALIB_REF_EXTENSION_BLOCK_MAGIC)
+        BOOST_THROW_EXCEPTION(std::runtime_error(
+            "Read(FileAccessPolicy& FileAccess): Magic number is not TOF_COR_CALIB_REF_EXTENSION_BLOCK_MAGIC. "
+            "Expected " +
+            std::to_string(TOF_COR_CALIB_REF_EXTENSION_BLOCK_MAGIC) +
+            " but m_Data.stHeader.usMagicNumber = " + std::to_string(block.magic)));
+    Values temperatures = CalibratorUtil::ReadDoubles(access, start, block.temperaturesOffset, block.temperaturesCount);
+    return {block.wholeSize, std::move(temperatures),
+            CalibratorUtil::ReadDoubles(access, start, block.factorsOffset, block.factorsCount)};
+}
+
+/// What differs between the extensions of spectra and of references.
+struct ExtensionForm {
+    const char* operation;  // in the words of which it fails
+    bool namesMagics;       // whether it tells the magic number that it found
+    Extension (*read)(CalibBlobReadAccess& access);
+};
+
+constexpr ExtensionForm g_plain = {"DeserializeExtension", false, readExtensionBlock};
+constexpr ExtensionForm g_reference = {"DeserializeRefExtension", true, readRefExtensionBlock};
 
 void writeInfo(CalibBlobWriteAccess& access, const Compensation& compensation) {
     CALIB_EXTENSION_BLOCK_INFO info{};
@@ -83,52 +133,26 @@ void writeRefExtension(const Compensation& compensation, CalibBlobWriteAccess& a
 
 }  // namespace
 
-TransformatorPtr DeserializeExtension(const TransformatorPtr& transformator, CalibBlobReadAccess& access) {
+TransformatorPtr DeserializeExtension(const TransformatorPtr& transformator, BlobForm form,
+                                      CalibBlobReadAccess& access) {
+    const ExtensionForm& kind = form == BlobForm::Plain ? g_plain : g_reference;
+    const std::string reader =
+        std::string("kvan::calibration::CalibrationTransformatorFactorySerialization::") + kind.operation;
     const auto info = CalibratorUtil::ReadRecord<CALIB_EXTENSION_BLOCK_INFO>(access);
-    if (info.magic != CALIB_EXTENSION_BLOCK_INFO_MAGIC)
-        BOOST_THROW_EXCEPTION(
-            std::runtime_error("kvan::calibration::CalibrationTransformatorFactorySerialization::DeserializeExtension: "
-                               "invalid serialization: id unknown"));
+    if (info.magic != CALIB_EXTENSION_BLOCK_INFO_MAGIC) {
+        std::string failure = reader + ": invalid serialization: id unknown";
+        if (kind.namesMagics)
+            failure += ": Should be CALIB_EXTENSION_BLOCK_INFO_MAGIC (" +
+                       std::to_string(CALIB_EXTENSION_BLOCK_INFO_MAGIC) + ") but is " + std::to_string(info.magic) +
+                       ".";
+        BOOST_THROW_EXCEPTION(std::runtime_error(failure));
+    }
     const auto mode = Compensation::compensationModeFromInt(static_cast<int>(info.argument));
     auto compensated = TemperatureCompensation::addTemperatureCompensationInfo(transformator, {}, {});
-
     const std::size_t start = access.Position();
-    const auto block = CalibratorUtil::ReadRecord<TofTempCorrCalibrationExtensionBlock>(access);
-    if (block.magic != TOF_COR_CALIB_EXTENSION_BLOCK_MAGIC)
-        BOOST_THROW_EXCEPTION(std::runtime_error(
-            "VerifyExtensionInfoHeader(const CALIB_EXTENSION_BLOCK_INFO& header): Magic number is not "
-            "TOF_COR_CALIB_EXTENSION_BLOCK_MAGIC. Expected " +
-            std::to_string(TOF_COR_CALIB_EXTENSION_BLOCK_MAGIC) +
-            " but m_Data.stHeader.usMagicNumber = " + std::to_string(block.magic)));
-    const Values factors = CalibratorUtil::ReadDoubles(access, start, block.factorsOffset, block.factorsCount);
-    endAtBlockEnd(access, start, block.wholeSize, "DeserializeExtension");
-    setCompensation(*compensated, factors, factors, mode);
-    return compensated;
-}
-
-TransformatorPtr DeserializeRefExtension(const TransformatorPtr& transformator, CalibBlobReadAccess& access) {
-    const auto info = CalibratorUtil::ReadRecord<CALIB_EXTENSION_BLOCK_INFO>(access);
-    if (info.magic != CALIB_EXTENSION_BLOCK_INFO_MAGIC)
-        BOOST_THROW_EXCEPTION(std::runtime_error(
-            "kvan::calibration::CalibrationTransformatorFactorySerialization::DeserializeRefExtension: invalid "
-            "serialization: id unknown: Should be CALIB_EXTENSION_BLOCK_INFO_MAGIC (" +
-            std::to_string(CALIB_EXTENSION_BLOCK_INFO_MAGIC) + ") but is " + std::to_string(info.magic) + "."));
-    const auto mode = Compensation::compensationModeFromInt(static_cast<int>(info.argument));
-    auto compensated = TemperatureCompensation::addTemperatureCompensationInfo(transformator, {}, {});
-
-    const std::size_t start = access.Position();
-    const auto block = CalibratorUtil::ReadRecord<TofTempCorrCalibrationRefExtensionBlock>(access);
-    if (block.magic != TOF_COR_CALIB_REF_EXTENSION_BLOCK_MAGIC)
-        BOOST_THROW_EXCEPTION(std::runtime_error(
-            "Read(FileAccessPolicy& FileAccess): Magic number is not TOF_COR_CALIB_REF_EXTENSION_BLOCK_MAGIC. "
-            "Expected " +
-            std::to_string(TOF_COR_CALIB_REF_EXTENSION_BLOCK_MAGIC) +
-            " but m_Data.stHeader.usMagicNumber = " + std::to_string(block.magic)));
-    const Values temperatures =
-        CalibratorUtil::ReadDoubles(access, start, block.temperaturesOffset, block.temperaturesCount);
-    const Values factors = CalibratorUtil::ReadDoubles(access, start, block.factorsOffset, block.factorsCount);
-    endAtBlockEnd(access, start, block.wholeSize, "DeserializeRefExtension");
-    setCompensation(*compensated, temperatures, factors, mode);
+    const Extension extension = kind.read(access);
+    endAtBlockEnd(access, start, extension.wholeSize, reader);
+    setCompensation(*compensated, extension.temperatures, extension.factors, mode);
     return compensated;
 }
 
@@ -143,6 +167,10 @@ void SerializeExtension(const ICalibrationTransformator& transformator, BlobForm
         writeExtension(compensation, access);
     if (form == BlobForm::Reference && (temperatures > 1 || factors > 1))
         writeRefExtension(compensation, access);
+}
+
+std::shared_ptr<Compensation> compensationOf(const ICalibrationTransformator& transformator) {
+    return std::dynamic_pointer_cast<Compensation>(transformator.GetFunctionalConstants());
 }
 
 void requireReferenceData(const Compensation& compensation) {

@@ -63,16 +63,11 @@ GpxStoredForms::PolynomialPtr GpxStoredForms::ReadText(CalibrationTextReader& re
                                                                  use);
 }
 
-void GpxStoredForms::RequireOne(bool isOnlyOne) {
-    if (!isOnlyOne)
-        BOOST_THROW_EXCEPTION(std::invalid_argument("invalid serialization: a correction inside a correction"));
-}
-
 void GpxStoredForms::AppendText(const ICalibrationPolynomialGPX& polynomial, std::string& text) {
     const auto [minMass, maxMass] = polynomial.GetGlobalMassRange();
     CalibrationTextWriter writer(text);
     writer << "V1.0CGPXData";
-    text += ' ';  // ahead of " Order " and " c2 ", which bring blanks of their own
+    text += ' ';  // before " Order " and " c2 ", which bring blanks of their own
     writer << "Order" << polynomial.GetOrder() << "vCoeff" << polynomial.GetCoefficients();
     text += ' ';
     writer << "c2" << polynomial.GetC2() << "c0" << polynomial.GetC0() << "minMass" << minMass << "maxMass" << maxMass

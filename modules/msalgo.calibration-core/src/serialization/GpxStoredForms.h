@@ -23,10 +23,7 @@ public:
     /// Throws `std::runtime_error` "...DeserializeFromString: failed to create gpxTransformator" or "vector
     /// deserialization".
     static PolynomialPtr ReadText(CalibrationTextReader& reader);
-    /// Throws `std::invalid_argument` unless the correction is the only one: stored forms have place for one.
-    static void RequireOne(bool isOnlyOne);
-
-    /// Behind a blank. A polynomial without anything in it stands for no correction.
+    /// After a blank. A polynomial without anything in it stands for no correction.
     static void AppendText(const ICalibrationPolynomialGPX& polynomial, std::string& text);
 };
 

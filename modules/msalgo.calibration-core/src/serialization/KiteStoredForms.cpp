@@ -1,6 +1,8 @@
-#include "serialization/KiteStoredForms.h"
-
 #include "serialization/StoredBlocks.h"
+#include "serialization/WrappedAxis.h"
+
+#include <calibration-core/interfaces/ICalibrationTransformatorKITE.h>
+#include <logger/logger.h>
 
 namespace kvan::calibration {
 
@@ -50,6 +52,12 @@ Constants::CalibrationPolynomialKITE2::Numbers withoutInterpolation(
     return numbers;
 }
 
+void warnOfLostInterpolation() {
+    const auto logger = logging::Logger::getLogger("kvan.calibration_core.Kite2Transformator");
+    KVAN_LOG(logger, WARN)
+        << "Of an interpolated KITE 2 calibration only the polynomial for its parent mass is kept in its blob.";
+}
+
 std::size_t storedSize(const Polynomial& polynomial) {
     return sizeof(CalibPolynomialRecord) + polynomial.coefficients.size() * sizeof(double);
 }
@@ -65,26 +73,19 @@ void writePolynomial(CalibBlobWriteAccess& access, const Polynomial& polynomial)
     CalibratorUtil::WriteDoubles(access, polynomial.coefficients);
 }
 
-}  // namespace
-
-std::uint16_t Kite1StoredForm::Type(BlobForm form) {
-    requirePlainForm(form);
-    return KITE1CalibrationBlock::Type;
-}
-
-void Kite1StoredForm::Write(const ICalibrationTransformator& tof,
-                            const Constants::CalibrationPolynomialKITE1& polynomial, CalibBlobWriteAccess& access) {
+void writeKite1(const ICalibrationTransformator& kite, BlobForm, CalibBlobWriteAccess& access) {
+    const auto held = polynomialOf<Constants::CalibrationPolynomialKITE1, ICalibrationTransformatorKITE>(kite);
+    const auto& polynomial = *held;
     const auto& coefficients = polynomial.GetCalibrationCoefficients();
     KITE1CalibrationBlock block{};
-    CCOConversionUtil::MapCCO2QSF(tof, polynomial, block);
+    CCOConversionUtil::MapCCO2QSF(axisInside(kite), polynomial, block);
     block.coefficientsOffset = sizeof block;
     block.coefficientsCount = storedCount(coefficients.size());
     CalibratorUtil::WriteRecord(access, block);
     CalibratorUtil::WriteDoubles(access, coefficients);
 }
 
-std::shared_ptr<ICalibrationTransformator> Kite1StoredForm::Read(CalibBlobReadAccess& access,
-                                                                 const ICalibrationTransformatorFactory& factory) {
+TransformatorPtr readKite1(CalibBlobReadAccess& access, const Factory& factory) {
     const std::size_t start = access.Position();
     const auto block = CalibratorUtil::ReadRecord<KITE1CalibrationBlock>(access);
     const auto coefficients =
@@ -92,13 +93,11 @@ std::shared_ptr<ICalibrationTransformator> Kite1StoredForm::Read(CalibBlobReadAc
     return CCOConversionUtil::MapQSF2CCO(block, coefficients, factory);
 }
 
-std::uint16_t Kite2StoredForm::Type(BlobForm form) {
-    requirePlainForm(form);
-    return KITE2CalibrationBlock::Type;
-}
-
-void Kite2StoredForm::Write(const ICalibrationTransformator& tof,
-                            const Constants::CalibrationPolynomialKITE2& polynomial, CalibBlobWriteAccess& access) {
+void writeKite2(const ICalibrationTransformator& kite, BlobForm, CalibBlobWriteAccess& access) {
+    const auto held = polynomialOf<Constants::CalibrationPolynomialKITE2, ICalibrationTransformatorKITE>(kite);
+    const auto& polynomial = *held;
+    if (polynomial.GetNumbers().interpolationMode != 0)
+        warnOfLostInterpolation();
     const auto numbers = withoutInterpolation(polynomial);
     std::size_t vc0Offset = sizeof(KITE2CalibrationBlock) + storedSize(numbers.global);
     const std::size_t firstParentOffset = vc0Offset;
@@ -106,7 +105,7 @@ void Kite2StoredForm::Write(const ICalibrationTransformator& tof,
         vc0Offset += storedSize(parent);
 
     KITE2CalibrationBlock block{};
-    CCOConversionUtil::MapCCO2QSF(tof, polynomial, block);
+    CCOConversionUtil::MapCCO2QSF(axisInside(kite), polynomial, block);
     block.parentsCount = storedCount(numbers.parents.size());
     block.vc0Count = storedCount(numbers.vc0.size());
     block.globalOffset = sizeof block;
@@ -119,8 +118,7 @@ void Kite2StoredForm::Write(const ICalibrationTransformator& tof,
     CalibratorUtil::WriteDoubles(access, numbers.vc0);
 }
 
-std::shared_ptr<ICalibrationTransformator> Kite2StoredForm::Read(CalibBlobReadAccess& access,
-                                                                 const ICalibrationTransformatorFactory& factory) {
+TransformatorPtr readKite2(CalibBlobReadAccess& access, const Factory& factory) {
     const std::size_t start = access.Position();
     const auto block = CalibratorUtil::ReadRecord<KITE2CalibrationBlock>(access);
     const Polynomial global = readPolynomial(access, start + block.globalOffset).polynomial;
@@ -128,5 +126,18 @@ std::shared_ptr<ICalibrationTransformator> Kite2StoredForm::Read(CalibBlobReadAc
     const auto vc0 = CalibratorUtil::ReadDoubles(access, start, block.vc0Offset, block.vc0Count);
     return CCOConversionUtil::MapQSF2CCO(block, global, parents, vc0, factory);
 }
+
+constexpr BlobType g_kite1Types[] = {{KITE1CalibrationBlock::Type, BlobForm::Plain, readKite1}};
+constexpr BlobType g_kite2Types[] = {{KITE2CalibrationBlock::Type, BlobForm::Plain, readKite2}};
+
+}  // namespace
+
+/// The block of the time axis inside, the numbers of the polynomial, its coefficients.
+const BlobForms g_kite1Blobs = {g_kite1Types, typeOfPlain<KITE1CalibrationBlock>, writeKite1};
+
+/// The block of the time axis inside, the numbers of the polynomial, the global polynomial, the parent polynomials one
+/// after the other, the VC0 coefficients. The interpolation mode has no place: it is 0. Of another mode the polynomial
+/// for the parent mass is written as the only one, which is the same law.
+const BlobForms g_kite2Blobs = {g_kite2Types, typeOfPlain<KITE2CalibrationBlock>, writeKite2};
 
 }  // namespace kvan::calibration

@@ -1,8 +1,8 @@
-#include "serialization/KiteTextForms.h"
-
 #include "serialization/CalibrationTextFields.h"
+#include "serialization/CalibrationTextForm.h"
+#include "serialization/WrappedAxis.h"
 
-#include <iterator>
+#include <calibration-core/interfaces/ICalibrationTransformatorKITE.h>
 
 namespace kvan::calibration {
 
@@ -12,7 +12,7 @@ constexpr const char* g_kite1Prefixes[] = {"V1.0CKITECalibrationConstants", "V2.
                                            "V2.1CKITECalibrationConstants", "V3.0CKITECalibrationConstants"};
 enum Kite1Version : std::size_t { V1_0, V2_0, V2_1, V3_0 };
 
-constexpr const char* g_kite2Prefix = "V1.0CKite2CalibrationConstants";
+constexpr const char* g_kite2Prefixes[] = {"V1.0CKite2CalibrationConstants"};
 constexpr std::string_view g_polynomialPrefix = "V1.0CCalibPolynomial";
 
 using Polynomial = Constants::CalibrationPolynomialSimple;
@@ -42,14 +42,9 @@ void requireGood(const CalibrationTextStream& stream, const char* field) {
             field + ": Invalid calibration string, ignoring. Was data written with newer software?"));
 }
 
-}  // namespace
-
-CalibrationTextForm::TransformatorPtr Kite1TextForm::Read(CalibrationTextReader& reader,
-                                                          const ICalibrationTransformatorFactory& factory) {
-    const std::size_t version = CalibrationTextFields(reader, "DeserializeFromStringKITE")
-                                    .Prefix(std::begin(g_kite1Prefixes), std::end(g_kite1Prefixes));
-    const auto tof = CalibrationTextForm::ReadConstants(CalibrationTextForm::TofStrategy, reader, factory);
-    CalibrationTextStream stream(reader);
+TransformatorPtr readKite1(CalibrationTextFields& fields, std::size_t version, const Factory& factory) {
+    const auto tof = CalibrationTextForm::ReadConstants(CalibrationFamily::Tof, fields.Reader(), factory);
+    CalibrationTextStream stream(fields);
     Constants::CalibrationPolynomialKITE1::Numbers numbers;
     stream.DropInts(3);
     numbers.ignoreIndexBounds = version >= V2_1 && stream.Bool();
@@ -79,10 +74,11 @@ CalibrationTextForm::TransformatorPtr Kite1TextForm::Read(CalibrationTextReader&
     return factory.createTransformatorKite(tof, numbers);
 }
 
-void Kite1TextForm::Write(const ICalibrationTransformator& tof, const Constants::CalibrationPolynomialKITE1& polynomial,
-                          CalibrationTextWriter& writer) {
-    writer << g_kite1Prefixes[V3_0];
-    CalibrationTextForm::SerializePraefixAndConstants(CalibrationTextForm::TofStrategy, tof, writer);
+void writeKite1(const ICalibrationTransformator& kite, CalibrationTextWriter& writer) {
+    const auto held = polynomialOf<Constants::CalibrationPolynomialKITE1, ICalibrationTransformatorKITE>(kite);
+    const auto& polynomial = *held;
+    const ICalibrationTransformator& tof = axisInside(kite);
+    CalibrationTextForm::SerializePraefixAndConstants(CalibrationFamily::Tof, tof, writer);
     const auto [timeLow, timeHigh] = polynomial.GetCalibTimeRange();
     const auto [firstIndex, lastIndex] = polynomial.GetIndexRange();
     writer << 0 << 0 << 0 << int{polynomial.GetIgnoreIndexBounds()};
@@ -92,11 +88,8 @@ void Kite1TextForm::Write(const ICalibrationTransformator& tof, const Constants:
     writer << tof.GetCalibMode() << firstIndex << lastIndex << 0 << 0;
 }
 
-CalibrationTextForm::TransformatorPtr Kite2TextForm::Read(CalibrationTextReader& reader,
-                                                          const ICalibrationTransformatorFactory& factory) {
-    CalibrationTextFields fields(reader, "DeserializeFromStringKITE2");
-    fields.Prefix(&g_kite2Prefix, &g_kite2Prefix + 1);
-    const auto tof = CalibrationTextForm::ReadConstants(CalibrationTextForm::TofStrategy, reader, factory);
+TransformatorPtr readKite2(CalibrationTextFields& fields, std::size_t, const Factory& factory) {
+    const auto tof = CalibrationTextForm::ReadConstants(CalibrationFamily::Tof, fields.Reader(), factory);
     Constants::CalibrationPolynomialKITE2::Numbers numbers;
     for (int count = fields.Int(); count > 0; --count)  // ends with the text, whatever the count
         numbers.parents.push_back(DeserializePolynomialSimple(fields));
@@ -117,10 +110,11 @@ CalibrationTextForm::TransformatorPtr Kite2TextForm::Read(CalibrationTextReader&
     return factory.createTransformatorKite2(tof, numbers);
 }
 
-void Kite2TextForm::Write(const ICalibrationTransformator& tof, const Constants::CalibrationPolynomialKITE2& polynomial,
-                          CalibrationTextWriter& writer) {
-    writer << g_kite2Prefix;
-    CalibrationTextForm::SerializePraefixAndConstants(CalibrationTextForm::TofStrategy, tof, writer);
+void writeKite2(const ICalibrationTransformator& kite, CalibrationTextWriter& writer) {
+    const auto held = polynomialOf<Constants::CalibrationPolynomialKITE2, ICalibrationTransformatorKITE>(kite);
+    const auto& polynomial = *held;
+    const ICalibrationTransformator& tof = axisInside(kite);
+    CalibrationTextForm::SerializePraefixAndConstants(CalibrationFamily::Tof, tof, writer);
     const auto& numbers = polynomial.GetNumbers();
     writer << static_cast<int>(numbers.parents.size());
     for (const Polynomial& parent : numbers.parents)
@@ -133,5 +127,15 @@ void Kite2TextForm::Write(const ICalibrationTransformator& tof, const Constants:
     writer << numbers.indexRange.first << numbers.indexRange.second << int{numbers.ignoreIndexBounds};
     writer << 0 << 0 << 0;
 }
+
+}  // namespace
+
+/// The text of the time axis inside, the numbers of the polynomial, its coefficients.
+const TextForms g_kite1Texts = {
+    CalibrationFamily::Kite1, g_kite1Prefixes, "DeserializeFromStringKITE", false, readKite1, writeKite1};
+
+/// The text of the time axis inside, the polynomials, the numbers. The reference time at calibration has no place.
+const TextForms g_kite2Texts = {
+    CalibrationFamily::Kite2, g_kite2Prefixes, "DeserializeFromStringKITE2", false, readKite2, writeKite2};
 
 }  // namespace kvan::calibration

@@ -1,9 +1,9 @@
-#include "serialization/PsdStoredForms.h"
-
 #include "serialization/CalibrationTextFields.h"
+#include "serialization/CalibrationTextForm.h"
 #include "serialization/StoredBlocks.h"
+#include "serialization/WrappedAxis.h"
 
-#include <iterator>
+#include <calibration-core/interfaces/ICalibrationTransformatorPSD.h>
 
 namespace kvan::calibration {
 
@@ -36,18 +36,11 @@ void requireGood(const CalibrationTextStream& stream) {
                                "newer software?"));
 }
 
-}  // namespace
-
-std::uint16_t PsdStoredForm::Type(BlobForm form) {
-    requirePlainForm(form);
-    return PSDCalibrationBlock::Type;
-}
-
-void PsdStoredForm::Write(const ICalibrationTransformator& tof, const Polynomial* polynomial,
-                          CalibBlobWriteAccess& access) {
+void writePsdBlock(const ICalibrationTransformator& psd, BlobForm, CalibBlobWriteAccess& access) {
+    const auto polynomial = polynomialOf<Polynomial, ICalibrationTransformatorPSD>(psd);
     const Polynomial::Numbers numbers = polynomial != nullptr ? polynomial->GetNumbers() : Polynomial::Numbers{};
     PSDCalibrationBlock block{};
-    CCOConversionUtil::MapCCO2QSF(tof, polynomial, block);
+    CCOConversionUtil::MapCCO2QSF(axisInside(psd), polynomial.get(), block);
     block.spcCount = storedCount(numbers.spc.size());
     block.ocpCount = storedCount(numbers.ocp.size());
     block.classicCount = storedCount(numbers.classic.size());
@@ -59,8 +52,7 @@ void PsdStoredForm::Write(const ICalibrationTransformator& tof, const Polynomial
         CalibratorUtil::WriteDoubles(access, *values);
 }
 
-std::shared_ptr<ICalibrationTransformator> PsdStoredForm::Read(CalibBlobReadAccess& access,
-                                                               const ICalibrationTransformatorFactory& factory) {
+TransformatorPtr readPsdBlock(CalibBlobReadAccess& access, const Factory& factory) {
     const std::size_t start = access.Position();
     const auto block = CalibratorUtil::ReadRecord<PSDCalibrationBlock>(access);
     const auto spc = CalibratorUtil::ReadDoubles(access, start, block.spcOffset, block.spcCount);
@@ -69,12 +61,9 @@ std::shared_ptr<ICalibrationTransformator> PsdStoredForm::Read(CalibBlobReadAcce
     return CCOConversionUtil::MapQSF2CCO(block, spc, ocp, classic, factory);
 }
 
-CalibrationTextForm::TransformatorPtr PsdTextForm::Read(CalibrationTextReader& reader,
-                                                        const ICalibrationTransformatorFactory& factory) {
-    const std::size_t version =
-        CalibrationTextFields(reader, "DeserializeFromStringPSD").Prefix(std::begin(g_prefixes), std::end(g_prefixes));
-    const auto tof = CalibrationTextForm::ReadConstants(CalibrationTextForm::TofStrategy, reader, factory);
-    CalibrationTextStream stream(reader);
+TransformatorPtr readPsd(CalibrationTextFields& fields, std::size_t version, const Factory& factory) {
+    const auto tof = CalibrationTextForm::ReadConstants(CalibrationFamily::Tof, fields.Reader(), factory);
+    CalibrationTextStream stream(fields);
     Polynomial::Numbers numbers;
     const int mode = stream.Int();
     requireGood(stream);
@@ -101,18 +90,28 @@ CalibrationTextForm::TransformatorPtr PsdTextForm::Read(CalibrationTextReader& r
     return factory.createTransformatorPsd(tof, std::make_shared<Polynomial>(std::move(numbers)));
 }
 
-void PsdTextForm::Write(const ICalibrationTransformator& tof, const Polynomial* polynomial,
-                        CalibrationTextWriter& writer) {
+void writePsd(const ICalibrationTransformator& psd, CalibrationTextWriter& writer) {
+    const auto polynomial = polynomialOf<Polynomial, ICalibrationTransformatorPSD>(psd);
     if (polynomial == nullptr)
         BOOST_THROW_EXCEPTION(
             std::invalid_argument("CalibrationTransformatorPSD::SerializeDataToString: fastPolynomial is not of type "
                                   "ICalibrationSerializationConstantsPtr"));
-    writer << g_prefixes[V3_0];
-    CalibrationTextForm::SerializePraefixAndConstants(CalibrationTextForm::TofStrategy, tof, writer);
+    CalibrationTextForm::SerializePraefixAndConstants(CalibrationFamily::Tof, axisInside(psd), writer);
     const Polynomial::Numbers& numbers = polynomial->GetNumbers();
     writer << CCOConversionUtil::FastPsdMode << numbers.uRefFull << numbers.uSegment << numbers.calibrationMass
            << numbers.parentMass << numbers.minArg << numbers.maxArg;
     writer << numbers.spc << numbers.ocp << numbers.classic << polynomial->GetCoefficients() << 0 << 0;
 }
+
+constexpr BlobType g_types[] = {{PSDCalibrationBlock::Type, BlobForm::Plain, readPsdBlock}};
+
+}  // namespace
+
+/// The block of the transformator inside, the numbers of the polynomial, its two sets of coefficients and a third one,
+/// which is carried. Without a polynomial the mode is 0.
+const BlobForms g_psdBlobs = {g_types, typeOfPlain<PSDCalibrationBlock>, writePsdBlock};
+
+/// There is no text without a polynomial.
+const TextForms g_psdTexts = {CalibrationFamily::Psd, g_prefixes, "DeserializeFromStringPSD", false, readPsd, writePsd};
 
 }  // namespace kvan::calibration

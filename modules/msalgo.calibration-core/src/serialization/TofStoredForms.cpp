@@ -1,51 +1,25 @@
-#include "serialization/TofStoredForms.h"
-
+#include "legacycalibration/serialization/CalibrationBlocks.h"
+#include "serialization/CalibrationTextFields.h"
 #include "serialization/CompensationExtensions.h"
 #include "serialization/StoredBlocks.h"
+#include "serialization/WrittenConstants.h"
 
-#include <boost/numeric/conversion/cast.hpp>
+#include <calibration-core/constants/CalibrationConstantsTOF.h>
 
+// Blobs and text of time of flight. A block holds one temperature and one factor at most: of more, the plain block is
+// written and an extension after it. A reference needs both or none. The text has no place for any of them; who writes
+// it says so in the log.
 namespace kvan::calibration {
 
+using namespace Constants;
 using namespace tqclegacy::CALIBRATION;
 
 namespace {
 
+using Fields = CalibrationTextFields;
 using Compensation = ICalibrationConstantsFunctionalTemperatureCompensation;
 
-std::shared_ptr<Compensation> compensationOf(const ICalibrationTransformator& transformator) {
-    return std::dynamic_pointer_cast<Compensation>(transformator.GetFunctionalConstants());
-}
-
-void writeCompensatedTof2(const ICalibrationTransformator& transformator, const Compensation& compensation,
-                          CalibBlobWriteAccess& access) {
-    const auto& factors = compensation.GetCorrectionFactors();
-    Tof2TempCorrCalibrationBlock block{};
-    CCOConversionUtil::MapCCO2QSF(transformator, block);
-    block.factorsCount = boost::numeric_cast<std::uint32_t>(factors.size());
-    block.factorsOffset = factors.empty() ? 0 : sizeof block;
-    CalibratorUtil::WriteRecord(access, block);
-    CalibratorUtil::WriteDoubles(access, factors);
-}
-
-void writeCompensatedTof2Reference(const ICalibrationTransformator& transformator, const Compensation& compensation,
-                                   CalibBlobWriteAccess& access) {
-    const auto& temperatures = compensation.GetMeasuredTemperatures();
-    const auto& factors = compensation.GetCorrectionFactors();
-    Tof2TempCorrCalibrationRefBlock block{};
-    CCOConversionUtil::MapCCO2QSF(transformator, block);
-    block.temperaturesCount = boost::numeric_cast<std::uint16_t>(temperatures.size());
-    block.temperaturesOffset = sizeof block;
-    block.factorsCount = boost::numeric_cast<std::uint16_t>(factors.size());
-    block.factorsOffset = static_cast<std::uint32_t>(sizeof block + temperatures.size() * sizeof(double));
-    CalibratorUtil::WriteRecord(access, block);
-    CalibratorUtil::WriteDoubles(access, temperatures);
-    CalibratorUtil::WriteDoubles(access, factors);
-}
-
-}  // namespace
-
-std::uint16_t TofStoredForm::Type(const ICalibrationTransformator& transformator, BlobForm form) {
+std::uint16_t tofTypeOf(const ICalibrationTransformator& transformator, BlobForm form) {
     const auto compensation = compensationOf(transformator);
     if (form == BlobForm::Plain)
         return compensation && compensation->GetCorrectionFactors().size() == 1 ? TOFCORRCalibrationBlock::Type
@@ -57,8 +31,8 @@ std::uint16_t TofStoredForm::Type(const ICalibrationTransformator& transformator
                : TOFCalibrationRefBlock::Type;
 }
 
-void TofStoredForm::Write(const ICalibrationTransformator& transformator, BlobForm form, CalibBlobWriteAccess& access) {
-    switch (Type(transformator, form)) {
+void writeTofBlock(const ICalibrationTransformator& transformator, BlobForm form, CalibBlobWriteAccess& access) {
+    switch (tofTypeOf(transformator, form)) {
         case TOFCORRCalibrationBlock::Type:
             return writeBlock<TOFCORRCalibrationBlock>(transformator, access);
         case TOFCORRCalibrationRefBlock::Type:
@@ -70,22 +44,45 @@ void TofStoredForm::Write(const ICalibrationTransformator& transformator, BlobFo
     }
 }
 
-std::uint16_t Tof2StoredForm::Type(const ICalibrationTransformator& transformator, BlobForm form) {
-    const bool compensated = compensationOf(transformator) != nullptr;
-    if (form == BlobForm::Plain)
-        return compensated ? Tof2TempCorrCalibrationBlock::Type : TOF2CalibrationBlock::Type;
-    return compensated ? Tof2TempCorrCalibrationRefBlock::Type : TOF2CalibrationRefBlock::Type;
+// The numbers of a line are read one by one: arguments of a call have no order.
+
+TransformatorPtr readTof(Fields& fields, std::size_t, const Factory& factory) {
+    const double timeDelay = fields.Double();
+    const double timeBase = fields.Double();
+    const double c0 = fields.Double();
+    const double c1 = fields.Double();
+    const double c2 = fields.Double();
+    const int calibMode = fields.Int();
+    return factory.createTransformatorTof(std::make_shared<CalibrationConstantsFunctionalTOF1>(c0, c1, c2, calibMode),
+                                          std::make_shared<CalibrationConstantsPhysicalTOF>(timeDelay, timeBase));
 }
 
-void Tof2StoredForm::Write(const ICalibrationTransformator& transformator, BlobForm form,
-                           CalibBlobWriteAccess& access) {
-    const auto compensation = compensationOf(transformator);
-    if (!compensation)
-        return StoredBlocks<TOF2CalibrationBlock, TOF2CalibrationRefBlock>::Write(transformator, form, access);
-    if (form == BlobForm::Plain)
-        return writeCompensatedTof2(transformator, *compensation, access);
-    requireReferenceData(*compensation);
-    writeCompensatedTof2Reference(transformator, *compensation, access);
+void writeTof(const ICalibrationTransformator& transformator, CalibrationTextWriter& writer) {
+    const WrittenConstants constants(transformator);
+    const auto& axis = constants.axis<ICalibrationConstantsPhysicalTOF>();
+    const auto& law = constants.law<ICalibrationConstantsFunctionalTOF1>();
+    writer << axis.GetTimeDelay() << axis.GetTimeBase() << law.GetStoredC0() << law.GetStoredC1() << law.GetStoredC2()
+           << constants.calibMode();
 }
+
+constexpr BlobType g_types[] = {
+    {TOFCalibrationBlock::Type, BlobForm::Plain, readBlock<TOFCalibrationBlock>},
+    {TOFCORRCalibrationRefBlock::Type, BlobForm::Reference, readBlock<TOFCORRCalibrationRefBlock>},
+    {TOFCORRCalibrationBlock::Type, BlobForm::Plain, readBlock<TOFCORRCalibrationBlock>},
+    {TOFCalibrationRefBlock::Type, BlobForm::Reference, readBlock<TOFCalibrationRefBlock>},
+};
+
+constexpr const char* g_prefixes[] = {"V1.0CTOFCalibrationConstants", "V2.0CTOFCalibrationConstants",
+                                      "V3.0CTOFCalibrationConstants"};
+
+}  // namespace
+
+/// Compensated constants with one value have blocks of their own; with several the plain block is written, and the
+/// values follow as an extension.
+const BlobForms g_tofBlobs = {g_types, tofTypeOf, writeTofBlock};
+
+/// The operation is deliberate: the words that readers of these texts know.
+const TextForms g_tofTexts = {
+    CalibrationFamily::Tof, g_prefixes, "DeserializeFromStringLinear", false, readTof, writeTof};
 
 }  // namespace kvan::calibration

@@ -1,5 +1,4 @@
-#include "serialization/StoredBlocks.h"
-#include "transformation/NewTransformator.h"
+#include "transformation/LawMaking.h"
 #include "transformation/Transformator.h"
 #include "transformation/policies/ConstantsSettingNoAction.h"
 #include "transformation/policies/RILinear.h"
@@ -14,12 +13,26 @@ class CalibrationTransformatorLinear final
                            ConstantsSettingNoAction> {
 public:
     static constexpr const char* ClassName = "CalibrationTransformatorLinear";
-    using StoredForm = StoredBlocks<tqclegacy::CALIBRATION::LINEARCalibrationBlock>;
+    static constexpr CalibrationFamily StoredFamily = CalibrationFamily::Linear;
 };
 
-template <>
-std::shared_ptr<ICalibrationTransformator> newTransformator<CalibrationTransformatorLinear>() {
-    return std::make_shared<CalibrationTransformatorLinear>();
+namespace {
+
+std::shared_ptr<ICalibrationTransformator> make(Factory::FunctionalPtr functional, Factory::PhysicalPtr physical) {
+    return adopt<CalibrationTransformatorLinear>(std::move(functional), std::move(physical));
 }
 
+}  // namespace
+
 }  // namespace kvan::calibration::Transformation
+
+namespace kvan::calibration {
+
+const LawOfConstants g_linearLaw = {
+    Transformation::offers<ICalibrationConstantsFunctionalLinear>,
+    Transformation::offers<ICalibrationConstantsPhysicalLinear>,
+    "kvan::calibration::Transformation::CalibrationTransformatorFactory::createTransformatorLinear: funcConsts is not "
+    "of type ICalibrationConstantsFunctionalLinear",
+    Transformation::make};
+
+}  // namespace kvan::calibration

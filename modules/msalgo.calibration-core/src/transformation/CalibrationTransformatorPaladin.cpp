@@ -1,5 +1,4 @@
-#include "serialization/StoredBlocks.h"
-#include "transformation/NewTransformator.h"
+#include "transformation/LawMaking.h"
 #include "transformation/Transformator.h"
 #include "transformation/policies/ConstantsSettingNoAction.h"
 #include "transformation/policies/RILinear.h"
@@ -15,7 +14,7 @@ class CalibrationTransformatorPaladinLinear final
                            ConstantsSettingNoAction> {
 public:
     static constexpr const char* ClassName = "CalibrationTransformatorPaladinLinear";
-    using StoredForm = StoredBlocks<tqclegacy::CALIBRATION::IonTrapCalibrationBlock>;
+    static constexpr CalibrationFamily StoredFamily = CalibrationFamily::Paladin;
 };
 
 /// mass = raw * raw * C2 + raw * C1 + C0. Only the way from mass to raw value can fail.
@@ -24,17 +23,29 @@ class CalibrationTransformatorPaladinQuadratic final
                            ConstantsSettingNoAction> {
 public:
     static constexpr const char* ClassName = "CalibrationTransformatorPaladinQuadratic";
-    using StoredForm = StoredBlocks<tqclegacy::CALIBRATION::IonTrapCalibrationBlock>;
+    static constexpr CalibrationFamily StoredFamily = CalibrationFamily::Paladin;
 };
 
-template <>
-std::shared_ptr<ICalibrationTransformator> newTransformator<CalibrationTransformatorPaladinLinear>() {
-    return std::make_shared<CalibrationTransformatorPaladinLinear>();
+namespace {
+
+std::shared_ptr<ICalibrationTransformator> make(Factory::FunctionalPtr functional, Factory::PhysicalPtr physical) {
+    const auto& law = dynamic_cast<const ICalibrationConstantsFunctionalPaladin&>(*functional);
+    return law.GetStoredC2() == 0.0
+               ? adopt<CalibrationTransformatorPaladinLinear>(std::move(functional), std::move(physical))
+               : adopt<CalibrationTransformatorPaladinQuadratic>(std::move(functional), std::move(physical));
 }
 
-template <>
-std::shared_ptr<ICalibrationTransformator> newTransformator<CalibrationTransformatorPaladinQuadratic>() {
-    return std::make_shared<CalibrationTransformatorPaladinQuadratic>();
-}
+}  // namespace
 
 }  // namespace kvan::calibration::Transformation
+
+namespace kvan::calibration {
+
+const LawOfConstants g_paladinLaw = {
+    Transformation::offers<ICalibrationConstantsFunctionalPaladin>,
+    Transformation::offers<ICalibrationConstantsPhysicalPaladin>,
+    "kvan::calibration::Transformation::CalibrationTransformatorFactory::createTransformatorTrap: funcConsts is not of "
+    "type ICalibrationConstantsFunctionalPaladin",
+    Transformation::make};
+
+}  // namespace kvan::calibration

@@ -1,4 +1,4 @@
-#include "transformation/NewTransformator.h"
+#include "transformation/LawMaking.h"
 #include "transformation/TofTransformator.h"
 #include "transformation/policies/RMLinear.h"
 #include "transformation/policies/RMQuadratic.h"
@@ -10,7 +10,7 @@ class CalibrationTransformatorTOFLinear final
     : public TofTransformator<CalibrationTransformatorTOFLinear, RMLinear<SquareRoot>, 1> {
 public:
     static constexpr const char* ClassName = "CalibrationTransformatorTOFLinear";
-    using StoredForm = TofStoredForm;
+    static constexpr CalibrationFamily StoredFamily = CalibrationFamily::Tof;
 };
 
 /// raw = mass * C2 + SignedSqrt(mass * C1) + C0. Fails where the curve has no real mass.
@@ -18,17 +18,29 @@ class CalibrationTransformatorTOFQuadratic final
     : public TofTransformator<CalibrationTransformatorTOFQuadratic, RMQuadratic<SquareRoot>, 2> {
 public:
     static constexpr const char* ClassName = "CalibrationTransformatorTOFQuadratic";
-    using StoredForm = TofStoredForm;
+    static constexpr CalibrationFamily StoredFamily = CalibrationFamily::Tof;
 };
 
-template <>
-std::shared_ptr<ICalibrationTransformator> newTransformator<CalibrationTransformatorTOFLinear>() {
-    return std::make_shared<CalibrationTransformatorTOFLinear>();
+namespace {
+
+std::shared_ptr<ICalibrationTransformator> make(Factory::FunctionalPtr functional, Factory::PhysicalPtr physical) {
+    const auto& law = dynamic_cast<const ICalibrationConstantsFunctionalTOF1&>(*functional);
+    return law.GetStoredC2() == 0.0
+               ? adopt<CalibrationTransformatorTOFLinear>(std::move(functional), std::move(physical))
+               : adopt<CalibrationTransformatorTOFQuadratic>(std::move(functional), std::move(physical));
 }
 
-template <>
-std::shared_ptr<ICalibrationTransformator> newTransformator<CalibrationTransformatorTOFQuadratic>() {
-    return std::make_shared<CalibrationTransformatorTOFQuadratic>();
-}
+}  // namespace
 
 }  // namespace kvan::calibration::Transformation
+
+namespace kvan::calibration {
+
+const LawOfConstants g_tofLaw = {
+    Transformation::offers<ICalibrationConstantsFunctionalTOF1>,
+    Transformation::offers<ICalibrationConstantsPhysicalTOF>,
+    "kvan::calibration::Transformation::CalibrationTransformatorFactory::createTransformatorTof: funcConsts is not of "
+    "type ICalibrationConstantsFunctionalTOF1",
+    Transformation::make};
+
+}  // namespace kvan::calibration

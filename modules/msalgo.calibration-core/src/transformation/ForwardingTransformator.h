@@ -49,6 +49,8 @@ public:
     }
     double RawToDIndex(double raw) const override { return m_inner->RawToDIndex(raw); }
 
+    const ICalibrationTransformator& inner() const { return *m_inner; }
+
 protected:
     /// Takes a deep copy of `inner`, which must not be null.
     explicit ForwardingTransformator(const std::shared_ptr<ICalibrationTransformator>& inner)
@@ -56,7 +58,6 @@ protected:
     ForwardingTransformator(const ForwardingTransformator& other) : m_inner(cloneObject(other.m_inner)) {}
     ForwardingTransformator& operator=(const ForwardingTransformator&) = delete;
 
-    const ICalibrationTransformator& inner() const { return *m_inner; }
     ICalibrationTransformator& inner() { return *m_inner; }
     /// Takes a deep copy; must not be null.
     void setInner(const std::shared_ptr<ICalibrationTransformator>& inner) { m_inner = cloneObject(inner); }

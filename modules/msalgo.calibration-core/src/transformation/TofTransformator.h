@@ -1,6 +1,5 @@
 #pragma once
 
-#include "serialization/TofStoredForms.h"
 #include "transformation/Transformator.h"
 #include "transformation/policies/ConstantsSettingNoAction.h"
 #include "transformation/policies/RILinear.h"

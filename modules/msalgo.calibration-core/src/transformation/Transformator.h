@@ -1,6 +1,6 @@
 #pragma once
 
-#include "serialization/ICalibSerialization.h"
+#include "families/ICalibSerialization.h"
 #include "transformation/BatchTransformation.h"
 
 #include <calibration-core/interfaces/ICalibrationTransformator.h>
@@ -12,7 +12,7 @@
 namespace kvan::calibration::Transformation {
 
 /// A transformator out of policies. `Derived` is the class of the object; it is final, gives `ClassName`, its name in
-/// dumps, and `StoredForm`, its blocks in a blob, and stands in the source file of its family.
+/// dumps, and `StoredFamily`, whose blobs hold it, and stands in the source file of its law.
 template <class Derived, class RawMassPolicy, class RawIndexPolicy, class ConstantsSettingPolicy>
 class Transformator : public ICalibrationTransformator, public ICalibSerialization {
 public:
@@ -52,6 +52,16 @@ public:
     std::shared_ptr<IMeasurementModeInfo> GetMeasurementModeInfo() const override { return cloneObject(m_mode); }
     void SetMeasurementModeInfo(const std::shared_ptr<IMeasurementModeInfo>& mode) override {
         m_mode = cloneObject(mode);
+    }
+
+    /// As both setters, but takes the objects over, which nobody else may hold.
+    void AdoptConstants(std::shared_ptr<ICalibrationConstantsFunctional> functional,
+                        std::shared_ptr<ICalibrationConstantsPhysical> physical) {
+        m_functional = std::move(functional);
+        m_physical = std::move(physical);
+        ConstantsSettingPolicy::ConstantsSet(m_functional.get(), m_physical.get());
+        m_law.rawMass.UpdateFunctionalConstants(*m_functional);
+        refreshRawIndex();
     }
 
     int GetCalibMode() const override { return functional().GetCalibMode(); }
@@ -136,10 +146,7 @@ public:
     }
     double RawToDIndex(double raw) const override { return single<RawDIndexTransformFunctor>(raw); }
 
-    std::uint16_t GetBlobType(BlobForm form) const override { return Derived::StoredForm::Type(*this, form); }
-    void SerializeToBlob(BlobForm form, tqclegacy::CALIBRATION::CalibBlobWriteAccess& access) const override {
-        Derived::StoredForm::Write(*this, form, access);
-    }
+    CalibrationFamily GetStoredFamily() const override { return Derived::StoredFamily; }
 
     void Dump(std::ostream& sink) const override {
         sink << Derived::ClassName << "[ ";

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "serialization/ICalibSerialization.h"
 #include "transformation/BatchTransformation.h"
 #include "transformation/ForwardingTransformator.h"
 
@@ -86,7 +85,7 @@ struct OnMasses {
 ///
 /// It may replace the block forms `FromInnerBlock` and `ToInnerBlock`, which must give the bits of the single forms.
 template <class Derived, class Attachment>
-class WrappingTransformator : public ForwardingTransformator, public ICalibSerialization {
+class WrappingTransformator : public ForwardingTransformator {
 public:
     std::shared_ptr<ICloneable> Clone() const override { return std::make_shared<Derived>(derived()); }
 

@@ -27,16 +27,19 @@ CalibrationFamily familyOf(const Coded& coded) {
     return CalibrationFamily{coded.GetFunctionalTypeCode()};
 }
 
-/// The family without temperatures that computes as `family` does; `family` itself if it has none.
-constexpr CalibrationFamily plainFamilyOf(CalibrationFamily family) {
-    switch (family) {
-        case CalibrationFamily::CompensatedTof:
-            return CalibrationFamily::Tof;
-        case CalibrationFamily::CompensatedTof2:
-            return CalibrationFamily::Tof2;
-        default:
-            return family;
-    }
-}
+/// What the functional constants of a transformator are: those of its law, out of which another one can be made, those
+/// of the time axis inside, or nothing that it gives or takes.
+enum class HeldConstants { OfTheLaw, OfTheAxis, None };
+
+/// What matters of a family to whoever changes a calibration.
+struct CalibrationFamilyTraits {
+    CalibrationFamily family;
+    CalibrationFamily plain;  ///< the family without temperatures that computes as it does, or it itself
+    HeldConstants constants;
+};
+
+/// The family's row of the one table of families. A code that no family here has stands for itself, with constants of
+/// its law.
+CalibrationFamilyTraits traitsOf(CalibrationFamily family);
 
 }  // namespace kvan::calibration

@@ -41,6 +41,8 @@ public:
                                              const std::vector<double>& coefficients, double calibrationParentMass,
                                              double calibTimeLow, double calibTimeHigh, int firstIndex,
                                              int lastIndex) const override;
+    TransformatorPtr adoptConstants(CalibrationFamily family, FunctionalPtr&& functional,
+                                    PhysicalPtr&& physical) const override;
 };
 
 }  // namespace kvan::calibration::Transformation

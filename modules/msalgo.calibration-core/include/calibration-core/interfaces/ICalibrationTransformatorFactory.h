@@ -98,6 +98,11 @@ public:
                                                      const std::vector<double>& coefficients,
                                                      double calibrationParentMass, double calibTimeLow,
                                                      double calibTimeHigh, int firstIndex, int lastIndex) const = 0;
+
+    /// A transformator of the family's law that takes both objects over instead of copying them: constants of that
+    /// family which nobody else holds. Throws as the family's operation above.
+    virtual TransformatorPtr adoptConstants(CalibrationFamily family, FunctionalPtr&& functional,
+                                            PhysicalPtr&& physical) const = 0;
 };
 
 }  // namespace kvan::calibration

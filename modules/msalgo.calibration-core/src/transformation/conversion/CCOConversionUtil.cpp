@@ -92,37 +92,41 @@ std::int32_t CCOConversionUtil::codeOfMode(ENUM_TEMPERATURE_COMPENSATION_MODE mo
 
 CCOConversionUtil::TransformatorPtr CCOConversionUtil::MapQSF2CCO(const TOFCalibrationBlock& block,
                                                                   const Factory& factory) {
-    return factory.createTransformatorTof(std::make_shared<Constants::CalibrationConstantsFunctionalTOF1>(lawOf(block)),
-                                          axisOf(block));
+    return factory.adoptConstants(CalibrationFamily::Tof,
+                                  std::make_shared<Constants::CalibrationConstantsFunctionalTOF1>(lawOf(block)),
+                                  axisOf(block));
 }
 
 CCOConversionUtil::TransformatorPtr CCOConversionUtil::MapQSF2CCO(const TOF2CalibrationBlock& block,
                                                                   const Factory& factory) {
-    return factory.createTransformatorTof2(
-        std::make_shared<Constants::CalibrationConstantsFunctionalTOF2>(lawOf(block)), axisOf(block));
+    return factory.adoptConstants(CalibrationFamily::Tof2,
+                                  std::make_shared<Constants::CalibrationConstantsFunctionalTOF2>(lawOf(block)),
+                                  axisOf(block));
 }
 
 CCOConversionUtil::TransformatorPtr CCOConversionUtil::MapQSF2CCO(const TOFCORRCalibrationBlock& block,
                                                                   const Factory& factory) {
     const Values value{block.correctionFactor};
-    return factory.createTransformatorTof(
-        compensatedLawOf<CompensatedTof1>(block.tof, block.compensationCode, value, value), axisOf(block.tof));
+    return factory.adoptConstants(CalibrationFamily::Tof,
+                                  compensatedLawOf<CompensatedTof1>(block.tof, block.compensationCode, value, value),
+                                  axisOf(block.tof));
 }
 
 CCOConversionUtil::TransformatorPtr CCOConversionUtil::MapQSF2CCO(const Tof2TempCorrCalibrationBlock& block,
                                                                   const Values& factors, const Factory& factory) {
-    return factory.createTransformatorTof2(
+    return factory.adoptConstants(
+        CalibrationFamily::Tof2,
         compensatedLawOf<CompensatedTof2>(block.tof2, block.compensationCode, factors, factors), axisOf(block.tof2));
 }
 
 CCOConversionUtil::TransformatorPtr CCOConversionUtil::MapQSF2CCO(const TOFCORRCalibrationRefBlock& block,
                                                                   const Factory& factory) {
-    return asReference(
-        factory.createTransformatorTof(
-            compensatedLawOf<CompensatedTof1>(block.tof, block.compensationCode, {double{block.referenceTemperature}},
-                                              {double{block.correctionFactor}}),
-            axisOf(block.tof)),
-        block.key);
+    return asReference(factory.adoptConstants(CalibrationFamily::Tof,
+                                              compensatedLawOf<CompensatedTof1>(block.tof, block.compensationCode,
+                                                                                {double{block.referenceTemperature}},
+                                                                                {double{block.correctionFactor}}),
+                                              axisOf(block.tof)),
+                       block.key);
 }
 
 CCOConversionUtil::TransformatorPtr CCOConversionUtil::MapQSF2CCO(const Tof2TempCorrCalibrationRefBlock& block,
@@ -130,7 +134,8 @@ CCOConversionUtil::TransformatorPtr CCOConversionUtil::MapQSF2CCO(const Tof2Temp
                                                                   const Factory& factory) {
     if (temperatures.empty() && factors.empty())
         return asReference(MapQSF2CCO(block.tof2, factory), block.key);
-    return asReference(factory.createTransformatorTof2(
+    return asReference(factory.adoptConstants(
+                           CalibrationFamily::Tof2,
                            compensatedLawOf<CompensatedTof2>(block.tof2, block.compensationCode, temperatures, factors),
                            axisOf(block.tof2)),
                        block.key);
@@ -138,7 +143,8 @@ CCOConversionUtil::TransformatorPtr CCOConversionUtil::MapQSF2CCO(const Tof2Temp
 
 CCOConversionUtil::TransformatorPtr CCOConversionUtil::MapQSF2CCO(const FTMSCalibrationBlock& block,
                                                                   const Factory& factory) {
-    return factory.createTransformatorIcr(
+    return factory.adoptConstants(
+        CalibrationFamily::Ftms,
         factory.createConstantsFunctionalIcr(block.calibMode, block.ftmsRawMode, block.size, block.quadraticFlag != 0,
                                              block.alpha, block.beta, block.freqHigh),
         std::make_shared<Constants::CalibrationConstantsPhysicalFTMS>(double{block.freqLow}, double{block.freqWidth},
@@ -163,15 +169,17 @@ CalibKey CCOConversionUtil::keyOf(const ICalibrationTransformator& transformator
 
 CCOConversionUtil::TransformatorPtr CCOConversionUtil::MapQSF2CCO(const IonTrapCalibrationBlock& block,
                                                                   const Factory& factory) {
-    return factory.createTransformatorTrap(std::make_shared<Constants::CalibrationConstantsFunctionalPaladin>(
-                                               double{block.c0}, double{block.c1}, double{block.c2}),
-                                           std::make_shared<Constants::CalibrationConstantsPhysicalPaladin>(
-                                               double{block.beginRawMass}, double{block.measurementsPerRawMass}));
+    return factory.adoptConstants(CalibrationFamily::Paladin,
+                                  std::make_shared<Constants::CalibrationConstantsFunctionalPaladin>(
+                                      double{block.c0}, double{block.c1}, double{block.c2}),
+                                  std::make_shared<Constants::CalibrationConstantsPhysicalPaladin>(
+                                      double{block.beginRawMass}, double{block.measurementsPerRawMass}));
 }
 
 CCOConversionUtil::TransformatorPtr CCOConversionUtil::MapQSF2CCO(const LINEARCalibrationBlock& block,
                                                                   const Factory& factory) {
-    return factory.createTransformatorLinear(
+    return factory.adoptConstants(
+        CalibrationFamily::Linear,
         std::make_shared<Constants::CalibrationConstantsFunctionalLinear>(double{block.c0}, double{block.c1}),
         std::make_shared<Constants::CalibrationConstantsPhysicalLinear>());
 }

@@ -1,4 +1,4 @@
-#include "transformation/NewTransformator.h"
+#include "families/CalibrationFamilies.h"
 #include "transformation/decorators/CalibrationTransformatorIndexBoundsChecker.h"
 #include "transformation/decorators/CalibrationTransformatorRawBoundsChecker.h"
 #include "transformation/gpx/CalibrationTransformatorGPX.h"
@@ -19,35 +19,12 @@ namespace {
 
 using Factory = ICalibrationTransformatorFactory;
 
-template <class Class>
-Factory::TransformatorPtr make(const Factory::FunctionalPtr& functional, const Factory::PhysicalPtr& physical) {
-    auto transformator = newTransformator<Class>();
-    transformator->SetFunctionalConstants(functional);
-    transformator->SetPhysicalConstants(physical);
-    return transformator;
-}
-
-/// The family's view of the functional constants, for the operation `name`.
-template <class View>
-const View& familyView(const Factory::FunctionalPtr& functional, const char* name, const char* viewName) {
-    const auto* const view = dynamic_cast<const View*>(functional.get());
-    if (view == nullptr)
-        BOOST_THROW_EXCEPTION(
-            std::invalid_argument(std::string("kvan::calibration::Transformation::CalibrationTransformatorFactory::") +
-                                  name + ": funcConsts is not of type " + viewName));
-    return *view;
-}
-
-/// Whether the functional constants are of the family; then the physical ones must be too.
-template <class FunctionalView, class PhysicalView>
-bool isFamily(const Factory::FunctionalPtr& functional, const Factory::PhysicalPtr& physical) {
-    if (dynamic_cast<const FunctionalView*>(functional.get()) == nullptr)
-        return false;
-    if (dynamic_cast<const PhysicalView*>(physical.get()) == nullptr)
-        BOOST_THROW_EXCEPTION(
-            std::invalid_argument("CalibrationTransformatorFactory::createTransformator: invalid calibration "
-                                  "constants: types differ"));
-    return true;
+/// A transformator of copies of the constants, for which the functional ones must be of the law.
+Factory::TransformatorPtr makeOfCopies(const LawOfConstants& law, const Factory::FunctionalPtr& functional,
+                                       const Factory::PhysicalPtr& physical) {
+    if (!law.isLaw(functional.get()))
+        BOOST_THROW_EXCEPTION(std::invalid_argument(law.refusal));
+    return law.make(cloneObject(functional), cloneObject(physical));
 }
 
 Factory::TransformatorPtr makeTof(const Factory& factory, double timeDelay, double timeBase, double c0, double c1,
@@ -72,16 +49,15 @@ const std::shared_ptr<const ICalibrationTransformatorFactory>& CalibrationTransf
 
 Factory::TransformatorPtr CalibrationTransformatorFactory::createTransformator(const FunctionalPtr& functional,
                                                                                const PhysicalPtr& physical) const {
-    if (isFamily<ICalibrationConstantsFunctionalTOF2, ICalibrationConstantsPhysicalTOF>(functional, physical))
-        return createTransformatorTof2(functional, physical);
-    if (isFamily<ICalibrationConstantsFunctionalTOF1, ICalibrationConstantsPhysicalTOF>(functional, physical))
-        return createTransformatorTof(functional, physical);
-    if (isFamily<ICalibrationConstantsFunctionalFTMS, ICalibrationConstantsPhysicalFTMS>(functional, physical))
-        return createTransformatorIcr(functional, physical);
-    if (isFamily<ICalibrationConstantsFunctionalPaladin, ICalibrationConstantsPhysicalPaladin>(functional, physical))
-        return createTransformatorTrap(functional, physical);
-    if (isFamily<ICalibrationConstantsFunctionalLinear, ICalibrationConstantsPhysicalLinear>(functional, physical))
-        return createTransformatorLinear(functional, physical);
+    for (const FamilyRow& row : FamilyTable::g_rows) {
+        if (row.law == nullptr || !row.law->isLaw(functional.get()))
+            continue;
+        if (!row.law->isAxis(physical.get()))
+            BOOST_THROW_EXCEPTION(
+                std::invalid_argument("CalibrationTransformatorFactory::createTransformator: invalid calibration "
+                                      "constants: types differ"));
+        return makeOfCopies(*row.law, functional, physical);
+    }
     BOOST_THROW_EXCEPTION(std::invalid_argument(
         "CalibrationTransformatorFactory::createTransformator: invalid transformator: type unknown"));
 }
@@ -103,63 +79,33 @@ Factory::TransformatorPtr CalibrationTransformatorFactory::createDecoratedTransf
 
 Factory::TransformatorPtr CalibrationTransformatorFactory::createTransformatorTrap(const FunctionalPtr& functional,
                                                                                    const PhysicalPtr& physical) const {
-    const auto& law = familyView<ICalibrationConstantsFunctionalPaladin>(functional, "createTransformatorTrap",
-                                                                         "ICalibrationConstantsFunctionalPaladin");
-    return law.GetStoredC2() == 0.0 ? make<CalibrationTransformatorPaladinLinear>(functional, physical)
-                                    : make<CalibrationTransformatorPaladinQuadratic>(functional, physical);
+    return makeOfCopies(g_paladinLaw, functional, physical);
 }
 
 Factory::TransformatorPtr CalibrationTransformatorFactory::createTransformatorLinear(
     const FunctionalPtr& functional, const PhysicalPtr& physical) const {
-    familyView<ICalibrationConstantsFunctionalLinear>(functional, "createTransformatorLinear",
-                                                      "ICalibrationConstantsFunctionalLinear");
-    return make<CalibrationTransformatorLinear>(functional, physical);
+    return makeOfCopies(g_linearLaw, functional, physical);
 }
 
 Factory::TransformatorPtr CalibrationTransformatorFactory::createTransformatorTof(const FunctionalPtr& functional,
                                                                                   const PhysicalPtr& physical) const {
-    const auto& law = familyView<ICalibrationConstantsFunctionalTOF1>(functional, "createTransformatorTof",
-                                                                      "ICalibrationConstantsFunctionalTOF1");
-    return law.GetStoredC2() == 0.0 ? make<CalibrationTransformatorTOFLinear>(functional, physical)
-                                    : make<CalibrationTransformatorTOFQuadratic>(functional, physical);
+    return makeOfCopies(g_tofLaw, functional, physical);
 }
 
 Factory::TransformatorPtr CalibrationTransformatorFactory::createTransformatorTof2(const FunctionalPtr& functional,
                                                                                    const PhysicalPtr& physical) const {
-    const auto& law = familyView<ICalibrationConstantsFunctionalTOF2>(functional, "createTransformatorTof2",
-                                                                      "ICalibrationConstantsFunctionalTOF2");
-    if (law.GetStoredC3() != 0.0)
-        return make<CalibrationTransformatorTOF2Cubic>(functional, physical);
-    return law.GetStoredC2() != 0.0 ? make<CalibrationTransformatorTOF2Quadratic>(functional, physical)
-                                    : make<CalibrationTransformatorTOF2Linear>(functional, physical);
+    return makeOfCopies(g_tof2Law, functional, physical);
 }
 
 Factory::TransformatorPtr CalibrationTransformatorFactory::createTransformatorIcr(const FunctionalPtr& functional,
                                                                                   const PhysicalPtr& physical) const {
-    if (dynamic_cast<const ICalibrationConstantsFunctionalFTMS*>(functional.get()) == nullptr)
-        BOOST_THROW_EXCEPTION(
-            std::invalid_argument("kvan::calibration::Transformation::CalibrationTransformatorFactory::"
-                                  "createTransformatorIcr: expected ICalibrationConstantsFunctionalFTMS"));
-    switch (const int mode = functional->GetCalibMode()) {
-        case 0:
-        case 4:
-            return make<CalibrationTransformatorFTMS04>(functional, physical);
-        case 1:
-        case 5:
-            return make<CalibrationTransformatorFTMS15>(functional, physical);
-        case 2:
-            BOOST_THROW_EXCEPTION(std::invalid_argument(
-                "CalibrationTransformatorFactory::createTransformatorIcr: mode 2 not supported [QX]"));
-        case 3:
-        case 6:
-            BOOST_THROW_EXCEPTION(std::invalid_argument(
-                "CalibrationTransformatorFactory::createTransformatorIcr: mode 3 and 6 not supported [QX]"));
-        default:
-            BOOST_THROW_EXCEPTION(std::invalid_argument(
-                "CalibrationTransformatorFactory::createTransformatorIcr: unknown ftms mode. Expected 0..6, but "
-                "CalibMode = " +
-                std::to_string(mode)));
-    }
+    return makeOfCopies(g_ftmsLaw, functional, physical);
+}
+
+Factory::TransformatorPtr CalibrationTransformatorFactory::adoptConstants(CalibrationFamily family,
+                                                                          FunctionalPtr&& functional,
+                                                                          PhysicalPtr&& physical) const {
+    return findRow(family)->law->make(std::move(functional), std::move(physical));
 }
 
 Factory::TransformatorPtr CalibrationTransformatorFactory::createTransformatorGPX(

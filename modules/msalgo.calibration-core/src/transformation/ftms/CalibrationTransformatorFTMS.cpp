@@ -1,5 +1,4 @@
-#include "serialization/StoredBlocks.h"
-#include "transformation/NewTransformator.h"
+#include "transformation/LawMaking.h"
 #include "transformation/Transformator.h"
 #include "transformation/policies/ConstantsSettingAdjustForFTMS.h"
 #include "transformation/policies/IndexCheck.h"
@@ -12,24 +11,6 @@
 
 namespace kvan::calibration::Transformation {
 
-namespace {
-
-using FtmsStoredForm = StoredBlocks<tqclegacy::CALIBRATION::FTMSCalibrationBlock>;
-
-/// As any FTMS block, with words of its own for constants of another law.
-struct Ftms04StoredForm : FtmsStoredForm {
-    static void Write(const ICalibrationTransformator& transformator, BlobForm form,
-                      tqclegacy::CALIBRATION::CalibBlobWriteAccess& access) {
-        if (!std::dynamic_pointer_cast<ICalibrationConstantsFunctionalFTMS04>(transformator.GetFunctionalConstants()))
-            BOOST_THROW_EXCEPTION(std::invalid_argument(
-                "CalibrationTransformatorFTMS04::SerializeToBlob: expected functional constants to be of type "
-                "ICalibrationConstantsFunctionalFTMS04."));
-        FtmsStoredForm::Write(transformator, form, access);
-    }
-};
-
-}  // namespace
-
 /// raw = 1.0 / mass * C1 + C0. No index leaves the array.
 class CalibrationTransformatorFTMS04 final
     : public Transformator<CalibrationTransformatorFTMS04, RMReciprocal<RMLinear<NoSquareRoot>>,
@@ -37,7 +18,7 @@ class CalibrationTransformatorFTMS04 final
       public ICalibrationTransformatorFTMS {
 public:
     static constexpr const char* ClassName = "CalibrationTransformatorFTMS04";
-    using StoredForm = Ftms04StoredForm;
+    static constexpr CalibrationFamily StoredFamily = CalibrationFamily::Ftms;
 };
 
 /// raw = x * x * C2 + (x * C1 + C0) with x = 1.0 / mass. No index leaves the array.
@@ -47,17 +28,44 @@ class CalibrationTransformatorFTMS15 final
       public ICalibrationTransformatorFTMSQuadratic {
 public:
     static constexpr const char* ClassName = "CalibrationTransformatorFTMS15";
-    using StoredForm = FtmsStoredForm;
+    static constexpr CalibrationFamily StoredFamily = CalibrationFamily::Ftms;
 };
 
-template <>
-std::shared_ptr<ICalibrationTransformator> newTransformator<CalibrationTransformatorFTMS04>() {
-    return std::make_shared<CalibrationTransformatorFTMS04>();
+namespace {
+
+std::shared_ptr<ICalibrationTransformator> make(Factory::FunctionalPtr functional, Factory::PhysicalPtr physical) {
+    switch (const int mode = functional->GetCalibMode()) {
+        case 0:
+        case 4:
+            return adopt<CalibrationTransformatorFTMS04>(std::move(functional), std::move(physical));
+        case 1:
+        case 5:
+            return adopt<CalibrationTransformatorFTMS15>(std::move(functional), std::move(physical));
+        case 2:
+            BOOST_THROW_EXCEPTION(std::invalid_argument(
+                "CalibrationTransformatorFactory::createTransformatorIcr: mode 2 not supported [QX]"));
+        case 3:
+        case 6:
+            BOOST_THROW_EXCEPTION(std::invalid_argument(
+                "CalibrationTransformatorFactory::createTransformatorIcr: mode 3 and 6 not supported [QX]"));
+        default:
+            BOOST_THROW_EXCEPTION(std::invalid_argument(
+                "CalibrationTransformatorFactory::createTransformatorIcr: unknown ftms mode. Expected 0..6, but "
+                "CalibMode = " +
+                std::to_string(mode)));
+    }
 }
 
-template <>
-std::shared_ptr<ICalibrationTransformator> newTransformator<CalibrationTransformatorFTMS15>() {
-    return std::make_shared<CalibrationTransformatorFTMS15>();
-}
+}  // namespace
 
 }  // namespace kvan::calibration::Transformation
+
+namespace kvan::calibration {
+
+const LawOfConstants g_ftmsLaw = {Transformation::offers<ICalibrationConstantsFunctionalFTMS>,
+                                  Transformation::offers<ICalibrationConstantsPhysicalFTMS>,
+                                  "kvan::calibration::Transformation::CalibrationTransformatorFactory::"
+                                  "createTransformatorIcr: expected ICalibrationConstantsFunctionalFTMS",
+                                  Transformation::make};
+
+}  // namespace kvan::calibration

@@ -1,7 +1,5 @@
 #include "transformation/gpx/CalibrationTransformatorGPX.h"
 
-#include "serialization/GpxStoredForms.h"
-#include "serialization/StoredBlocks.h"
 #include "utilities/FiniteNumbers.h"
 
 #include <algorithm>
@@ -183,19 +181,6 @@ void CalibrationTransformatorGPX::Dump(std::ostream& sink) const {
     if (m_polynomial)
         m_polynomial->Dump(sink);
     sink << "]\n";
-}
-
-std::uint16_t CalibrationTransformatorGPX::GetBlobType(BlobForm form) const {
-    return storedFormOf(inner()).GetBlobType(form);
-}
-
-void CalibrationTransformatorGPX::SerializeToBlob(BlobForm form,
-                                                  tqclegacy::CALIBRATION::CalibBlobWriteAccess& access) const {
-    const ICalibSerialization& block = storedFormOf(inner());
-    GpxStoredForms::RequireOne(!m_polynomial || !block.HasGpxData());
-    block.SerializeToBlob(form, access);
-    if (m_polynomial)
-        GpxStoredForms::WriteBlob(*m_polynomial, access);
 }
 
 }  // namespace kvan::calibration::Transformation

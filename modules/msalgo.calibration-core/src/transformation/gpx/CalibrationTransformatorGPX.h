@@ -1,6 +1,5 @@
 #pragma once
 
-#include "serialization/StoredBlocks.h"
 #include "transformation/WrappingTransformator.h"
 
 #include <calibration-core/interfaces/ICalibrationTransformatorGPX.h>
@@ -56,11 +55,6 @@ public:
 
     bool IsEqual(const ICalibrationTransformator& other) const override;
     void Dump(std::ostream& sink) const override;
-
-    /// The block is that of the transformator inside.
-    std::uint16_t GetBlobType(BlobForm form) const override;
-    bool HasGpxData() const override { return m_polynomial != nullptr || storedFormOf(inner()).HasGpxData(); }
-    void SerializeToBlob(BlobForm form, tqclegacy::CALIBRATION::CalibBlobWriteAccess& access) const override;
 
 private:
     friend struct ApparentMassToMassTransformFunctor;

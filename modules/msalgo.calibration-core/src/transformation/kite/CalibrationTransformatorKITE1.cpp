@@ -1,7 +1,5 @@
 #include "constants/CalibrationConstantsFunctionalWrappedTOF1.h"
-#include "serialization/ICalibTextSerialization.h"
-#include "serialization/KiteStoredForms.h"
-#include "serialization/KiteTextForms.h"
+#include "families/ICalibSerialization.h"
 #include "transformation/WrappingTransformator.h"
 #include "transformation/kite/KiteTransformators.h"
 #include "utilities/FiniteNumbers.h"
@@ -24,7 +22,7 @@ constexpr const char* g_notImplemented = "Not implemented yet.";
 /// mass = evaluator(raw - correction time), a polynomial for all times. Its own constants are those of the time axis.
 class CalibrationTransformatorKITE1 final : public WrappingTransformator<CalibrationTransformatorKITE1, OnRawValues>,
                                             public ICalibrationTransformatorKITE,
-                                            public ICalibTextSerialization {
+                                            public ICalibSerialization {
 public:
     static constexpr double FromInnerCost = 1.0;
     static constexpr double ToInnerCost = 150.0;
@@ -80,13 +78,7 @@ public:
     }
     void DumpData(std::ostream& sink) const override { m_polynomial.Dump(sink); }
 
-    std::uint16_t GetBlobType(BlobForm form) const override { return Kite1StoredForm::Type(form); }
-    void SerializeToBlob(BlobForm, tqclegacy::CALIBRATION::CalibBlobWriteAccess& access) const override {
-        Kite1StoredForm::Write(inner(), m_polynomial, access);
-    }
-    void SerializeDataToString(CalibrationTextWriter& writer) const override {
-        Kite1TextForm::Write(inner(), m_polynomial, writer);
-    }
+    CalibrationFamily GetStoredFamily() const override { return CalibrationFamily::Kite1; }
 
     void Dump(std::ostream& sink) const override {
         sink << "CalibrationTransformatorKITE1[ ";

@@ -1,6 +1,4 @@
-#include "serialization/ICalibTextSerialization.h"
-#include "serialization/KiteStoredForms.h"
-#include "serialization/KiteTextForms.h"
+#include "families/ICalibSerialization.h"
 #include "transformation/WrappingTransformator.h"
 #include "transformation/kite/Kite2Law.h"
 #include "transformation/kite/KiteTransformators.h"
@@ -26,7 +24,7 @@ void warn(const char* text) {
 /// The polynomial is the law; of the transformator inside only the time axis is used.
 class CalibrationTransformatorKITE2 final : public WrappingTransformator<CalibrationTransformatorKITE2, OnRawValues>,
                                             public ICalibrationTransformatorKITE,
-                                            public ICalibTextSerialization {
+                                            public ICalibSerialization {
 public:
     static constexpr double FromInnerCost = 20.0;
     static constexpr double ToInnerCost = 5.0;
@@ -93,15 +91,7 @@ public:
         refuse("CalibrationTransformatorKITE2::DumpData: the transformator is not serializable");
     }
 
-    std::uint16_t GetBlobType(BlobForm form) const override { return Kite2StoredForm::Type(form); }
-    void SerializeToBlob(BlobForm, tqclegacy::CALIBRATION::CalibBlobWriteAccess& access) const override {
-        if (getInterpolationMode() != 0)
-            warn("Of an interpolated KITE 2 calibration only the polynomial for its parent mass is kept in its blob.");
-        Kite2StoredForm::Write(inner(), m_polynomial, access);
-    }
-    void SerializeDataToString(CalibrationTextWriter& writer) const override {
-        Kite2TextForm::Write(inner(), m_polynomial, writer);
-    }
+    CalibrationFamily GetStoredFamily() const override { return CalibrationFamily::Kite2; }
 
     void Dump(std::ostream& sink) const override {
         sink << "CalibrationTransformatorKITE2[ ";

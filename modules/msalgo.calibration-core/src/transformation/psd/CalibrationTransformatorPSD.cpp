@@ -2,8 +2,7 @@
 
 #include "constants/CalibrationConstantsFunctionalWrappedTOF1.h"
 #include "constants/PolynomialText.h"
-#include "serialization/ICalibTextSerialization.h"
-#include "serialization/PsdStoredForms.h"
+#include "families/ICalibSerialization.h"
 #include "transformation/WrappingTransformator.h"
 #include "utilities/FiniteNumbers.h"
 
@@ -17,7 +16,7 @@ namespace kvan::calibration::Transformation {
 /// apparent masses.
 class CalibrationTransformatorPSD final : public WrappingTransformator<CalibrationTransformatorPSD, OnMasses>,
                                           public ICalibrationTransformatorPSD,
-                                          public ICalibTextSerialization {
+                                          public ICalibSerialization {
 public:
     static constexpr double FromInnerCost = 1.5;
     static constexpr double ToInnerCost = 190.0;
@@ -89,13 +88,7 @@ public:
         return std::dynamic_pointer_cast<ICalibrationTransformator>(inner().Clone());
     }
 
-    std::uint16_t GetBlobType(BlobForm form) const override { return PsdStoredForm::Type(form); }
-    void SerializeToBlob(BlobForm, tqclegacy::CALIBRATION::CalibBlobWriteAccess& access) const override {
-        PsdStoredForm::Write(inner(), m_polynomial.get(), access);
-    }
-    void SerializeDataToString(CalibrationTextWriter& writer) const override {
-        PsdTextForm::Write(inner(), m_polynomial.get(), writer);
-    }
+    CalibrationFamily GetStoredFamily() const override { return CalibrationFamily::Psd; }
 
     void Dump(std::ostream& sink) const override {
         sink << "CalibrationTransformatorPSD[ ";

@@ -1,4 +1,4 @@
-#include "transformation/NewTransformator.h"
+#include "transformation/LawMaking.h"
 #include "transformation/TofTransformator.h"
 #include "transformation/policies/RMCubic.h"
 #include "transformation/policies/RMLinear.h"
@@ -13,7 +13,7 @@ class CalibrationTransformatorTOF2Linear final
     : public TofTransformator<CalibrationTransformatorTOF2Linear, RMShift<RMLinear<SquareRoot>>, 1> {
 public:
     static constexpr const char* ClassName = "CalibrationTransformatorTOF2Linear";
-    using StoredForm = Tof2StoredForm;
+    static constexpr CalibrationFamily StoredFamily = CalibrationFamily::Tof2;
 };
 
 /// raw = (mass + shift) * C2 + SignedSqrt((mass + shift) * C1) + C0. Fails where the curve has no real mass.
@@ -21,7 +21,7 @@ class CalibrationTransformatorTOF2Quadratic final
     : public TofTransformator<CalibrationTransformatorTOF2Quadratic, RMShift<RMQuadratic<SquareRoot>>, 2> {
 public:
     static constexpr const char* ClassName = "CalibrationTransformatorTOF2Quadratic";
-    using StoredForm = Tof2StoredForm;
+    static constexpr CalibrationFamily StoredFamily = CalibrationFamily::Tof2;
 };
 
 /// raw = ((t * C3 + C2) * t + B) * t + C0 with t = SignedSqrt(mass + shift). The way back is approximate.
@@ -29,26 +29,35 @@ class CalibrationTransformatorTOF2Cubic final
     : public TofTransformator<CalibrationTransformatorTOF2Cubic, RMShift<RMCubic<SquareRoot>>, 3> {
 public:
     static constexpr const char* ClassName = "CalibrationTransformatorTOF2Cubic";
-    using StoredForm = Tof2StoredForm;
+    static constexpr CalibrationFamily StoredFamily = CalibrationFamily::Tof2;
 
     Range usableMassRange(double mass, double tolerance) const override {
         return Tof2CubicRange(*this, functional()).usableMassRange(mass, tolerance);
     }
 };
 
-template <>
-std::shared_ptr<ICalibrationTransformator> newTransformator<CalibrationTransformatorTOF2Linear>() {
-    return std::make_shared<CalibrationTransformatorTOF2Linear>();
+namespace {
+
+std::shared_ptr<ICalibrationTransformator> make(Factory::FunctionalPtr functional, Factory::PhysicalPtr physical) {
+    const auto& law = dynamic_cast<const ICalibrationConstantsFunctionalTOF2&>(*functional);
+    if (law.GetStoredC3() != 0.0)
+        return adopt<CalibrationTransformatorTOF2Cubic>(std::move(functional), std::move(physical));
+    return law.GetStoredC2() != 0.0
+               ? adopt<CalibrationTransformatorTOF2Quadratic>(std::move(functional), std::move(physical))
+               : adopt<CalibrationTransformatorTOF2Linear>(std::move(functional), std::move(physical));
 }
 
-template <>
-std::shared_ptr<ICalibrationTransformator> newTransformator<CalibrationTransformatorTOF2Quadratic>() {
-    return std::make_shared<CalibrationTransformatorTOF2Quadratic>();
-}
-
-template <>
-std::shared_ptr<ICalibrationTransformator> newTransformator<CalibrationTransformatorTOF2Cubic>() {
-    return std::make_shared<CalibrationTransformatorTOF2Cubic>();
-}
+}  // namespace
 
 }  // namespace kvan::calibration::Transformation
+
+namespace kvan::calibration {
+
+const LawOfConstants g_tof2Law = {
+    Transformation::offers<ICalibrationConstantsFunctionalTOF2>,
+    Transformation::offers<ICalibrationConstantsPhysicalTOF>,
+    "kvan::calibration::Transformation::CalibrationTransformatorFactory::createTransformatorTof2: funcConsts is not of "
+    "type ICalibrationConstantsFunctionalTOF2",
+    Transformation::make};
+
+}  // namespace kvan::calibration

@@ -1,0 +1,20 @@
+#include "families/CalibrationFamilies.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace kvan::calibration {
+
+const FamilyRow* findRow(CalibrationFamily family) {
+    const auto* const row =
+        std::find_if(std::begin(FamilyTable::g_rows), std::end(FamilyTable::g_rows),
+                     [family](const FamilyRow& candidate) { return candidate.traits.family == family; });
+    return row != std::end(FamilyTable::g_rows) ? row : nullptr;
+}
+
+CalibrationFamilyTraits traitsOf(CalibrationFamily family) {
+    const FamilyRow* const row = findRow(family);
+    return row != nullptr ? row->traits : CalibrationFamilyTraits{family, family, HeldConstants::OfTheLaw};
+}
+
+}  // namespace kvan::calibration
