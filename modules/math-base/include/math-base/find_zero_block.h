@@ -24,6 +24,25 @@ struct ZeroBlock {
     alignas(64) Column bestY;
 };
 
+// The step of a search with the best end b, the previous best a and the opposite end c, values y(a), y(b), y(c), by
+// Brent's method as `findZeroInRange` has it. With
+//
+//     ratio = y(b) / y(a)     s = y(a) / y(c)     r = y(b) / y(c)
+//
+// the step p / q is, through all three points (inverse quadratic) or, where a is c, through two (secant),
+//
+//     p = ratio ((c - b) s (s - r) - (b - a) (r - 1))     q = (s - 1) (r - 1) (ratio - 1)
+//     p = (c - b) ratio                                   q = 1 - ratio
+//
+// with the signs turned so that p is not negative (q = -q where p was positive). It is taken if it stays inside three
+// quarters of the bracket and is less than half the last step,
+//
+//     p < 0.75 (c - b) q - |near q| / 2     p < |last q| / 2     near = 2 epsilon |b|
+//
+// and if that step was at least `near` long and |y(a)| > |y(b)|; else the step is the bisection (c - b) / 2. No step is
+// shorter than `near`. A search ends where |c - b| / 2 <= near or y(b) = 0. All branches become selections, so that 64
+// searches take every step together; one that has ended stands still until the others have.
+
 /// As `findZeroInRange` from `previousX` to `bestX` at tolerance 0 and with 1000 steps, the same bits, for a whole
 /// block. A search that is not wanted is one whose bracket begins with its zero: `bestY` is 0.0. `evaluate`(x, values)
 /// gives the values of the law at a column of arguments; like this function it must be inlined, into one that is

@@ -9,6 +9,12 @@
 #include <ostream>
 #include <stdexcept>
 
+// Roots as the eigenvalues of the companion matrix, which LAPACK finds: the matrix has ones below its diagonal and, in
+// the last column, the coefficients divided by the highest one, negated. Its eigenvalues come in LAPACK's order, which
+// depends on nothing but the matrix, and real ones have an imaginary part of exactly 0.0.
+//
+// The monotonic range around x0 ends at the nearest such roots of the derivative. Complex ones do not count, however
+// small their imaginary part: the derivative does not change its sign there.
 extern "C" void dgeev_(const char* leftVectors, const char* rightVectors, const int* order, double* matrix,
                        const int* leadingDimension, double* realParts, double* imaginaryParts, double* left,
                        const int* leftDimension, double* right, const int* rightDimension, double* work,

@@ -2,6 +2,9 @@
 
 #include <math-functions/invert.h>
 
+// Elements with a fixed shape on a stretch of the axis. Bar and Haar element are 0.0 beside it; constant and line are
+// asked for any x, and whoever puts them together chooses the one in force. The search needs no formula of theirs: it
+// asks for values only.
 namespace kvan::math {
 
 void CFuncBaseElem::Values(const double* x, double* values, std::size_t count) const {

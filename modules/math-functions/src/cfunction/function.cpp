@@ -9,6 +9,8 @@
 #include <boost/throw_exception.hpp>
 #include <stdexcept>
 
+// The strategy codes and what they are made of. A function is built once and shared by its copies, never changed.
+// Values that make no element throw "not initialized correctly, " with the reason, before anything is kept.
 namespace kvan::math {
 
 namespace {

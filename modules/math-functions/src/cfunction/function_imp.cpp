@@ -7,6 +7,9 @@
 #include <algorithm>
 #include <limits>
 
+// A function out of several elements takes the one whose stretch begins last before x; the first one also holds below
+// all, the last one above all. The search looks at the whole function, so that it may cross from one element to
+// another; at a step it ends where the step passes the value.
 namespace kvan::math {
 
 namespace {

@@ -7,6 +7,10 @@
 #include <iterator>
 #include <utility>
 
+// Curves through points as one cubic a stretch, in t = x - knot: c0 + c1 t + c2 t^2 + c3 t^3. With values y, slopes s
+// at both ends, width h and secant m it is c0 = y, c1 = s, c2 = (3 m - 2 s - s') / h, c3 = (s + s' - 2 m) / h^2. The
+// rest is the choice of slopes. Before the first and after the last point a curve goes on straight, or level where it
+// must stay above zero.
 namespace kvan::math {
 
 namespace {

@@ -6,6 +6,9 @@
 #include <algorithm>
 #include <cmath>
 
+// Polynomials and what continues them. Values run in vector loops over chunks and have the bits of the single ones.
+// Derivatives are exact, from the coefficients: the one of order n of x^p is p (p - 1) ... (p - n + 1) x^(p - n), also
+// for the half powers of a polynomial in sqrt(x). Outside the range a continued polynomial has the slope of its line.
 namespace kvan::math {
 
 namespace {

@@ -5,6 +5,12 @@
 #include <stdexcept>
 #include <string>
 
+// The slope at point i is the mean of the secants on both sides, weighted by how much the secants beyond them change:
+//
+//     s = (|m3 - m2| m1 + |m1 - m0| m2) / (|m3 - m2| + |m1 - m0|)
+//
+// with m1 and m2 the secants before and after the point; where nothing changes, their plain mean. Two secants beyond
+// either end continue the last change, as in Akima's article.
 namespace kvan::math {
 
 void CAkima::CalcInterpolation(const std::vector<double>& x, const std::vector<double>& y) {

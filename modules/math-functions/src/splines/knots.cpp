@@ -5,6 +5,7 @@
 #include <cmath>
 #include <stdexcept>
 
+// Points must ascend strictly and be finite at both ends, hence everywhere. The texts of the refusals are given.
 namespace kvan::math {
 
 void throwNotInitialized(const std::string& what) {

@@ -7,6 +7,12 @@
 #include <stdexcept>
 #include <string>
 
+// Constants of Fourier transform instruments. The functional ones come in two classes by the calibration mode, which
+// says how the law is built: 0 and 4 have no alpha, 1, 3, 5 and 6 have one. The physical ones derive the line between
+// index and frequency from the same mode, so both must agree; the transformator sees to that.
+//
+// Modes 0, 1 and 3 put the last point on the low end of the window (size - 1 steps), 4, 5 and 6 one step before it
+// (size steps). Mode 2 counts indices. A class keeps its mode when it is given one of the other.
 namespace kvan::calibration::Constants {
 
 namespace {

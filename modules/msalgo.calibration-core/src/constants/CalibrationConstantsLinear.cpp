@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <ostream>
 
+// Constants of a straight line, mass = c1 * raw + c0 with raw = a1 * index + a0. The stored form of the law is its
+// computation form; blobs hold no physical constants, so that raw is the index there.
 namespace kvan::calibration::Constants {
 
 using Utilities::relativelyEqual;

@@ -4,6 +4,9 @@
 
 #include <ostream>
 
+// Constants of an ion trap: mass is a polynomial in raw, and raw a mass scale of so many measurements a unit. The line
+// of the computation view is a1 = 1 / measurements, a0 = begin / measurements. A new start of the axis is moved by one
+// measurement where rounding would leave it on the wrong side of `rawStart`.
 namespace kvan::calibration::Constants {
 
 using Utilities::relativelyEqual;

@@ -6,6 +6,10 @@
 
 #include <ostream>
 
+// Constants of a time-of-flight instrument. What is stored as c1 is the number of blocks and texts; laws compute with
+// C1 = 1e12 / c1, which the two accessors convert both ways. c0 and c2 are the same in both views.
+//
+// D is derived for dumps only: no formula looks at it.
 namespace kvan::calibration::Constants {
 
 using Utilities::CalibrationTOFUtilities;

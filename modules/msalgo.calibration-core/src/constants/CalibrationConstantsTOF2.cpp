@@ -5,6 +5,8 @@
 
 #include <ostream>
 
+// Constants of a time-of-flight instrument, second generation: the numbers of the first one, a cubic coefficient c3 and
+// the shift c4 that is added to a mass before the law sees it. c1 is converted as in the first generation.
 namespace kvan::calibration::Constants {
 
 using Utilities::CalibrationTOFUtilities;

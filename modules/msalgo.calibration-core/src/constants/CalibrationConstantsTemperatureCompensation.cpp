@@ -8,6 +8,15 @@
 #include <stdexcept>
 #include <string>
 
+// A flight path grows with temperature. With measured and reference temperatures in degrees and factors in parts per
+// million a degree,
+//
+//     k = sum((measured[i] - reference[i]) * factor[i]) / 1e6 + 1
+//
+// and a spectrum computes with C0 of the reference and with its C1, C2 and C3 divided by k, in the computation view.
+//
+// Both generations adapt alike, but not their failures: where the numbers of temperatures differ, TOF1 keeps its
+// constants and changes the mode only, TOF2 throws with nothing changed. The texts differ too, and are given.
 namespace kvan::calibration {
 
 ENUM_TEMPERATURE_COMPENSATION_MODE ICalibrationConstantsFunctionalTemperatureCompensation::compensationModeFromInt(

@@ -3,6 +3,8 @@
 
 #include <calibration-core/constants/CalibrationPolynomialGPX.h>
 
+// Numbers of a correction of masses. Equality takes the switch exactly and every number within three double epsilons,
+// relatively, as constants do; c0, c2, the parent mass and the argument range count although no conversion uses them.
 namespace kvan::calibration::Constants {
 
 using Utilities::relativelyEqual;

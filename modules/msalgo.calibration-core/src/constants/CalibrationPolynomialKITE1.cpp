@@ -6,6 +6,9 @@
 
 #include <cmath>
 
+// A polynomial in time that was calibrated with one parent mass and is carried over to another: with rho = parent mass
+// / calibration parent mass, times scale by sqrt(rho), so coefficient i by rho^(1 - i / 2), and the calibrated range of
+// times by sqrt(rho). Without one of the two masses rho is 1: the law is that of the calibration.
 namespace kvan::calibration::Constants {
 
 using Utilities::relativelyEqual;

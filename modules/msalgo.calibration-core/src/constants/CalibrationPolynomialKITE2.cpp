@@ -3,6 +3,7 @@
 
 #include <calibration-core/constants/CalibrationPolynomialKITE2.h>
 #include <logger/logger.h>
+#include <math-base/polynomials.h>
 
 #include <algorithm>
 #include <boost/format.hpp>
@@ -11,6 +12,12 @@
 #include <sstream>
 #include <stdexcept>
 
+// The polynomial for one parent mass out of those that were calibrated, in three steps: the nearest parent scaled to
+// the mass, mixed with its neighbour on the other side if the mode interpolates, and its constant coefficient replaced
+// by the polynomial VC0 of the root of the mass unless the mode keeps it.
+//
+// The mix is linear in the mass, or in its root in modes 2 and 3, and holds on the range that both hold on. Parents are
+// not sorted here: neighbours in the list must ascend in mass, else the mix throws. Nothing changes when a step fails.
 namespace kvan::calibration::Constants {
 
 using Utilities::relativelyEqual;
@@ -94,10 +101,7 @@ Polynomial forParentMass(const Numbers& numbers) {
 }
 
 double valueAt(const std::vector<double>& coefficients, double x) {
-    double value = 0.0;
-    for (auto coefficient = coefficients.rbegin(); coefficient != coefficients.rend(); ++coefficient)
-        value = value * x + *coefficient;
-    return value;
+    return math::horner(0.0, coefficients.size(), x, [&](std::size_t i) { return coefficients[i]; });
 }
 
 void dumpPolynomials(std::ostream& sink, const char* title, const std::vector<Polynomial>& polynomials) {

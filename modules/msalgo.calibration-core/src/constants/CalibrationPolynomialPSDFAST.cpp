@@ -7,6 +7,12 @@
 #include <cmath>
 #include <stdexcept>
 
+// Of a reflector segment at voltage U with calibration coefficients SPC and correction coefficients OCP:
+//
+//     s = sum(pow(U * 1000, i / 2) * OCP[i]) * 0.001 + U
+//     coefficient[i] = pow(parent mass / calibration mass, 1 - i / 2) * s * SPC[i]
+//
+// SPC and OCP must be equally many. Numbers that make no finite coefficient are refused where the law is built.
 namespace kvan::calibration::Constants {
 
 using Utilities::relativelyEqual;

@@ -6,6 +6,9 @@
 
 #include <cmath>
 
+// A polynomial in the root of mass that was calibrated with one parent mass. For another one, with v = sqrt(mass /
+// parent mass) and u = 1 / v, the argument scales by v and the value with it: coefficient i by v * u^i. Masses of zero
+// stand for none and scale nothing.
 namespace kvan::calibration::Constants {
 
 using Utilities::relativelyEqual;

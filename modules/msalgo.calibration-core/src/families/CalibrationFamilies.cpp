@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <iterator>
 
+// Look-ups in the table of families. Codes come out of texts and from transformators that others made, so that one
+// without a row is no fault here: callers decide.
 namespace kvan::calibration {
 
 const FamilyRow* findRow(CalibrationFamily family) {

@@ -7,6 +7,12 @@
 #include <iterator>
 #include <stdexcept>
 
+// The part of a text that belongs to a family: its prefix token, then the numbers that the row of the family reads and
+// writes. The numbers of a family of one line must end with the line of its prefix: what stands in the next one is not
+// theirs. Wrapping families hold the text of their time axis inside and come back here for it.
+//
+// Failures name the operation of the family; that of TOF1 names the one of straight lines, which readers of these texts
+// know.
 namespace kvan::calibration {
 
 namespace {

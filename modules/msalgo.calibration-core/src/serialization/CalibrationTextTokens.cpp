@@ -5,6 +5,10 @@
 #include <charconv>
 #include <stdexcept>
 
+// Tokens between blanks, read without the locale. A number is taken whole or not at all: "1.5x", hexadecimal digits and
+// what does not fit the type are none. A plus sign before a number is passed over: `from_chars` would refuse it.
+//
+// A vector's count is held against the characters that are left before memory is taken.
 namespace kvan::calibration {
 
 namespace {

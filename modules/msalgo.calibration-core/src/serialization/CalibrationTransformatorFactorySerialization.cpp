@@ -21,6 +21,14 @@
 #include <limits>
 #include <stdexcept>
 
+// Both stored forms of a transformator from the outside in. A blob is a head, the block of a family, at most one
+// correction of masses, at most one extension; a text is the same in tokens, with an index offset and index bounds
+// before, for which blobs have no place.
+//
+// Reading knows families by the type or the strategy that it finds, writing by what the transformator says of itself. A
+// type that no family has gives null, as "no transformator" does; anything that is cut, too long or contradictory
+// throws, and nothing is left behind. Corrections are taken off before a family is asked, since they forward whatever
+// the transformator inside tells of itself.
 namespace kvan::calibration::Transformation {
 
 using namespace tqclegacy::CALIBRATION;

@@ -6,6 +6,9 @@
 #include <calibration-core/constants/CalibrationConstantsFTMS.h>
 #include <calibration-core/interfaces/ICalibrationTransformatorFTMS.h>
 
+// Blob and text of the Fourier transform family. Both laws share block and line: the linear one has no alpha and no
+// flag, which are written as 0. The mode decides which constants are read; a text knows fewer modes than a block, whose
+// mode 3 and 6 only the factory refuses.
 namespace kvan::calibration {
 
 using namespace Constants;

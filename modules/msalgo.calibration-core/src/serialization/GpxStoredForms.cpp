@@ -4,6 +4,9 @@
 
 #include <calibration-core/constants/CalibrationPolynomialGPX.h>
 
+// A correction of masses in both stored forms. In a blob its head begins where the farthest array before it ended; in a
+// text every number is announced by a word, and a word that is not the expected one fails with the one text of all
+// faults. A text without a correction holds an empty one.
 namespace kvan::calibration {
 
 using namespace tqclegacy::CALIBRATION;

@@ -4,6 +4,10 @@
 #include <calibration-core/interfaces/ICalibrationTransformatorKITE.h>
 #include <logger/logger.h>
 
+// Blobs of both generations of KITE. Each begins with the block of its time axis and ends with arrays, whose offsets
+// count from the start of the block and are taken as they are: arrays may overlap, stand in any order or leave gaps.
+// Every offset and count is held against the bytes that are there before memory is taken. What follows the blob is
+// looked for after the farthest byte that was read.
 namespace kvan::calibration {
 
 using namespace tqclegacy::CALIBRATION;

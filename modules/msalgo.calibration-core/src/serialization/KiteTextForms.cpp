@@ -4,6 +4,11 @@
 
 #include <calibration-core/interfaces/ICalibrationTransformatorKITE.h>
 
+// Texts of both generations of KITE, in all versions that writers had. The first generation is read in the manner of a
+// stream: a number that is missing makes every later one 0, and the text fails at two points only, each with the name
+// of the field there. The second fails at the number itself, in the words of a prefix.
+//
+// Numbers that older writers added and nobody uses are read, so that the tokens after them are found.
 namespace kvan::calibration {
 
 namespace {

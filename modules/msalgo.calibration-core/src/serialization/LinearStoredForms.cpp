@@ -5,6 +5,8 @@
 
 #include <calibration-core/constants/CalibrationConstantsLinear.h>
 
+// Blob and text of a straight line. A blob has no place for the physical constants: it is a line over the index. A text
+// has them before those of the law.
 namespace kvan::calibration {
 
 using namespace Constants;

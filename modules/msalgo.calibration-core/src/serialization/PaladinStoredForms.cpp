@@ -5,6 +5,7 @@
 
 #include <calibration-core/constants/CalibrationConstantsPaladin.h>
 
+// Blob and text of an ion trap. The text holds the constants of the law before those of the axis, the block likewise.
 namespace kvan::calibration {
 
 using namespace Constants;

@@ -5,6 +5,11 @@
 
 #include <calibration-core/interfaces/ICalibrationTransformatorPSD.h>
 
+// Blob and text of post-source decay: the time-of-flight axis inside, the numbers of the polynomial, three arrays of
+// which the last is carried along. The classic mode is refused. Another unknown mode has no polynomial in a blob, where
+// masses stay as they are, and is refused in a text.
+//
+// A text is read in the manner of a stream, as that of KITE 1.
 namespace kvan::calibration {
 
 using namespace tqclegacy::CALIBRATION;

@@ -5,6 +5,9 @@
 
 #include <ostream>
 
+// The calibration of a spectrum by a reference: the time axis of the spectrum, the law of the reference, adapted to the
+// temperatures of the spectrum if it recorded some. A spectrum without temperatures gets the reference as it is, its
+// axis included. The arguments are never changed.
 namespace kvan::calibration::TemperatureCompensation {
 
 ICalibrationTemperatureCompensator::TransformatorPtr CalibrationTemperatureCompensator::Compensate(

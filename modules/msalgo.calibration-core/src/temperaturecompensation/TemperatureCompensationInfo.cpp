@@ -7,6 +7,8 @@
 #include <boost/throw_exception.hpp>
 #include <stdexcept>
 
+// TOF1 alone can be given temperatures afterwards: its blobs hold them in an extension, which is read when the
+// transformator is there already. A correction around it stays. The order of the refusals is part of the contract.
 namespace kvan::calibration::TemperatureCompensation {
 
 std::shared_ptr<ICalibrationTransformator> addTemperatureCompensationInfo(

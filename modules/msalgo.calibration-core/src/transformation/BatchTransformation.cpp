@@ -6,6 +6,11 @@
 
 #include <omp.h>
 
+// Blocks of some thousand elements for a team of threads. The result does not depend on how many there are: blocks are
+// independent and a law has no state. A thread that failed leaves its further blocks out, the others go on, and the
+// caller learns only that something failed.
+//
+// A team is woken only where the work is worth it. No fork inside a parallel region of the caller.
 namespace kvan::calibration::Transformation {
 
 namespace {

@@ -5,6 +5,7 @@
 #include "transformation/policies/RMInverse.h"
 #include "transformation/policies/RMLinear.h"
 
+// The straight line, over an axis that is a straight line too. A slope of 0.0 gives infinities, no failure.
 namespace kvan::calibration::Transformation {
 
 /// mass = raw * C1 + C0, the law of `CalibrationTransformatorPaladinLinear` with constants of its own.

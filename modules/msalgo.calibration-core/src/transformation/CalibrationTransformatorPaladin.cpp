@@ -6,6 +6,8 @@
 #include "transformation/policies/RMLinear.h"
 #include "transformation/policies/RMQuadratic.h"
 
+// Laws of ion traps: mass is a polynomial in raw, so that the way from mass to raw is the one that has to be solved.
+// The class is chosen by c2 == 0.0, exactly: the line needs no root.
 namespace kvan::calibration::Transformation {
 
 /// mass = raw * C1 + C0.

@@ -3,6 +3,8 @@
 #include "transformation/policies/RMLinear.h"
 #include "transformation/policies/RMQuadratic.h"
 
+// Laws of time of flight, raw as a polynomial in the root of mass, continued to negative masses as an odd function
+// about C0. The class is chosen by c2 == 0.0, exactly: the line has no root that could fail.
 namespace kvan::calibration::Transformation {
 
 /// raw = SignedSqrt(mass * C1) + C0. A raw value before C0 gives a negative mass.

@@ -4,6 +4,9 @@
 #include <cmath>
 #include <stdexcept>
 
+// What every transformator does alike. A width is the distance of its two ends after conversion; where the lower end
+// would leave the axis, the whole interval is moved inside, not cut, so that the width in the other unit stays that of
+// a place on the axis. Ranges are unknown unless a law knows them.
 namespace kvan::calibration {
 
 double ICalibrationTransformator::IndexWidthToMassWidth(double mass, double width) const {

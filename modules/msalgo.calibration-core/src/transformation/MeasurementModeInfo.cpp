@@ -3,6 +3,7 @@
 
 #include <ostream>
 
+// The words of a dump. A number without a word is written as it is; 255 is the sign for unknown in all four fields.
 namespace kvan::calibration::Transformation {
 
 namespace {

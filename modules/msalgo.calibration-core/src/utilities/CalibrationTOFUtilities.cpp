@@ -4,6 +4,9 @@
 #include <stdexcept>
 #include <string>
 
+// The main constants of a time-of-flight calibration, read from a copy of its functional constants and written back
+// through one. c1 is the stored one; it and C1 are 1e12 divided by each other. Constants of another family fail with a
+// text that begins with the operation and its arguments.
 namespace kvan::calibration {
 
 namespace Utilities {

@@ -5,6 +5,9 @@
 #include <cmath>
 #include <numeric>
 
+// Error statistics over pairs of raw value and reference mass, as many as the shorter of the two lists has. A reference
+// that is not above 0.0 has an error of 0.0 and counts. The single error is mass less reference, that of the statistics
+// reference less mass: both signs are given.
 namespace kvan::calibration {
 
 namespace Utilities {

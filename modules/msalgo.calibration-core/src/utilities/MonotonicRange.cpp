@@ -9,6 +9,9 @@
 #include <cmath>
 #include <stdexcept>
 
+// Time of flight rises with mass where its polynomial in t = sqrt(mass + shift) rises with t: the interval around the
+// root of m0, cut at t = 0, squared back to masses. The stored numbers are used, not the computation view, except b =
+// sqrt(C1), which is the coefficient of t.
 namespace kvan::calibration::Utilities {
 
 std::pair<double, double> monotonicPolyShiftedSqrtRange(const std::vector<double>& polynomial, double m0,

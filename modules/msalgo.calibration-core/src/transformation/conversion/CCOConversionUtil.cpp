@@ -11,6 +11,12 @@
 #include <stdexcept>
 #include <string>
 
+// From the blocks of a blob to constants and back. Each reader makes both sets of constants and gives them away to the
+// factory, which copies nothing; each writer asks the transformator for copies and fails, by the names of block and
+// interface, where they are of another family. Only FTMS blocks hold a calibration mode.
+//
+// A compensated block of a spectrum has one array, both temperatures and factors; the vectors are set before the mode,
+// since setting temperatures sets a mode of its own.
 namespace kvan::calibration {
 
 using namespace tqclegacy::CALIBRATION;

@@ -13,6 +13,11 @@
 #include <stdexcept>
 #include <string>
 
+// Every way to make a transformator. Those from two sets of constants walk the table of families, which knows the law
+// and its axis; those around another transformator have numbers of their own. Whatever is handed in is copied, so that
+// a caller may go on changing it; `adoptConstants` alone takes its objects over, for readers who just made them.
+//
+// Nothing here has a state: any thread at any time. Null and numbers that make no law throw, and never give null.
 namespace kvan::calibration::Transformation {
 
 namespace {

@@ -9,6 +9,12 @@
 
 #include <calibration-core/interfaces/ICalibrationTransformatorFTMS.h>
 
+// Laws of Fourier transform instruments: raw is a frequency, a polynomial in 1 / mass, and falls with the index.
+// Indices are kept inside the array before they are used, the upper end first. Masses of 0.0 give infinities, no
+// failure.
+//
+// The line between index and frequency depends on the mode of the law, so that each setting of constants carries the
+// mode over to the physical ones.
 namespace kvan::calibration::Transformation {
 
 /// raw = 1.0 / mass * C1 + C0. No index leaves the array.

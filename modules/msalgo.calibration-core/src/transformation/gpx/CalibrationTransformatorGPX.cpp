@@ -8,6 +8,12 @@
 #include <ostream>
 #include <stdexcept>
 
+// A law G gives the apparent mass of a precise one, and is asked for the inverse. Corrections are some parts per
+// million, so x = (m - G(m)) + m is one step of a fixed-point search from x = m whose contraction is |1 - G'| of the
+// same size; its result is taken if G(x) is m within `g_nearEnough`, else G is searched.
+//
+// Blocks work out the first order of all masses and test them together; only a chunk with a mass that is far off goes
+// mass by mass, with the same bits. A mass without a solution ends the block.
 namespace kvan::calibration::Transformation {
 
 namespace {
@@ -15,6 +21,8 @@ namespace {
 using Doubles = ICalibrationTransformator::Doubles;
 
 constexpr int g_gpxStrategy = 10;
+/// In units of m/z: given with the correction, a hundredth of a part per million at m/z 1000. Masses whose first order
+/// stays within it are not searched, and their bits are those of the formula.
 constexpr double g_nearEnough = 1e-5;
 /// Of the search for a precise mass: corrections are parts per million, a whole unit of m/z is far off.
 constexpr double g_leastSearchWidth = 1.0;

@@ -7,6 +7,9 @@
 #include <calibration-core/interfaces/ICalibrationTransformatorKITE.h>
 #include <math-functions/function.h>
 
+// KITE 1: one polynomial in time, whose inverse is searched. The search begins with the calibrated times and widens
+// while the mass is not passed: upward by doubling, downward by halving, and not beyond a turn of the law, since there
+// is no unique time beyond one. A thousand steps bound the way up whatever the numbers are.
 namespace kvan::calibration::Transformation {
 
 namespace {

@@ -6,6 +6,9 @@
 #include <calibration-core/interfaces/ICalibrationTransformatorKITE.h>
 #include <logger/logger.h>
 
+// KITE 2: everything of the law stands in `Kite2Law`; here are the mode switches, the refusals and the log lines that
+// the family is known for. A change of parent mass or mode builds a new law first, so that a failure leaves the old
+// one; copies share the law, which never changes.
 namespace kvan::calibration::Transformation {
 
 namespace {

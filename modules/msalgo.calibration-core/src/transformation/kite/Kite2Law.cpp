@@ -13,6 +13,12 @@
 #include <limits>
 #include <stdexcept>
 
+// raw = h(w) + base with w = sqrt(|g(mass)|). The way back solves h(w) = raw - base for w in [0, infinity) and, if g is
+// not the identity, g(mass) = w * w near w * w. The first bracket of w is the step [2^(k-1), 2^k] of h that passes the
+// value, as the search for a single one finds it; h at those knots is worked out once for a law.
+//
+// Blocks run 64 searches side by side, all in one vector loop, with the bits of the single search: brackets are the
+// same, and so is each step. What has no bracket among the knots, or fails, is left to the single form, which throws.
 namespace kvan::calibration::Transformation {
 
 namespace {

@@ -34,8 +34,7 @@ public:
     template <class Failure>
     [[gnu::always_inline]] double RawToMass(double raw, Failure& failure) const {
         const double root = m_root.Solve(raw, failure);
-        // The floor keeps the ratio finite near the start of the axis.
-        double s = root * raw / std::max(AtSquareOf(root), 20.0);
+        double s = root * raw / std::max(AtSquareOf(root), LeastRaw);
         const double slope = (s * 3.0 * m_C3 + 2.0 * m_root.C2) * s + m_root.B;
         s = s - (AtSquareOf(s) - raw) / slope;
         s = s - (AtSquareOf(s) - raw) / slope;  // the same slope again: a chord, no second Newton step
@@ -43,6 +42,11 @@ public:
     }
 
 private:
+    /// Raw value below which the ratio of wanted to reached one is not trusted: given with the law, it keeps the ratio
+    /// finite near the start of the axis, where the reached one goes through 0.0. Times are nanoseconds there, and
+    /// those of spectra thousands of them.
+    static constexpr double LeastRaw = 20.0;
+
     [[gnu::always_inline]] double At(double t) const { return ((t * m_C3 + m_root.C2) * t + m_root.B) * t + m_root.C0; }
 
     /// f(SignedSquare(s)). The root of a square that was just formed is the number itself, to the last bit, unless the

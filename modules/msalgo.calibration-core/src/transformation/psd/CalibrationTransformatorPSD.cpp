@@ -10,6 +10,9 @@
 #include <math-functions/function.h>
 #include <math-functions/invert.h>
 
+// PSD: a polynomial in the root of the apparent mass, which the transformator inside gives. Negative apparent masses
+// are mirrored, so that the law is odd; beyond its range it goes on straight with the slope of the end. The inverse is
+// searched among all apparent masses up to 1e9, a bound far beyond any spectrum that only keeps the search finite.
 namespace kvan::calibration::Transformation {
 
 /// mass = polynomial(sqrt(apparent mass)), straight on outside the range of the polynomial and mirrored for negative

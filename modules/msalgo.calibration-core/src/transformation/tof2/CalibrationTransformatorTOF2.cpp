@@ -6,6 +6,9 @@
 #include "transformation/policies/RMShift.h"
 #include "transformation/tof2/Tof2CubicRange.h"
 
+// Laws of the second generation, raw as a polynomial of degree 1, 2 or 3 in t = SignedSqrt(mass + shift). The class is
+// chosen by the highest coefficient that is not 0.0, exactly. Only the cubic one answers its way back approximately, so
+// that it alone bounds the masses for which it may be used.
 namespace kvan::calibration::Transformation {
 
 /// raw = SignedSqrt((mass + shift) * C1) + C0.

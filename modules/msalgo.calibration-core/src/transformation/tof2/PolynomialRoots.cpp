@@ -8,6 +8,10 @@
 #include <stdexcept>
 #include <vigra/polynomial.hxx>
 
+// The roots of a cubic by VIGRA, whose headers are heavy and stand in no other source. Its epsilon of 1e-14 decides
+// which roots count as real: an imaginary part of at most 2 epsilon of the real one is set to 0.0. Coefficients that
+// are not finite are refused before the search. A cubic without its two highest powers is refused too: the families
+// choose a law without roots for it.
 namespace kvan::calibration::Transformation {
 
 std::vector<double> realRootsOfCubic(double p0, double p1, double p2, double p3) {

@@ -11,6 +11,10 @@
 #include <sstream>
 #include <string>
 
+// Where the approximate way back of the cubic law may be used: where both the law and its quadratic part rise, where
+// the times of both overlap, one mass unit inside either end, and as far up as the round trip from mass to raw to mass
+// errs by less than the tolerance. An interval that vanishes on the way collapses to one mass; times that do not
+// overlap give (0.0, 0.0) and a WARN line.
 namespace kvan::calibration::Transformation {
 
 namespace {
