@@ -7,7 +7,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kvan::io {
+namespace kvan::io::qsf2sql::recalibration {
 namespace {
 
 sample::MzCalibration trap(double slope) {
@@ -45,4 +45,4 @@ TEST(SpectrumCalibrations, FrameCalibratorsNeedNothingElseAndCanBeBypassed) {
 }
 
 }  // namespace
-}  // namespace kvan::io
+}  // namespace kvan::io::qsf2sql::recalibration

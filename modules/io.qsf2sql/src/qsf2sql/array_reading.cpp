@@ -21,6 +21,8 @@
 // A fault leaves the storage usable, unless the reader itself has failed: then all that is not in memory fails.
 namespace kvan::io {
 
+using KVAN::io::QSF::convertElements;
+using qsf2sql::recalibration::SpectrumCalibrations;
 using qsf2sql_detail::NativeType;
 
 namespace {

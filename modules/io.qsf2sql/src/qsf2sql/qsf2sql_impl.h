@@ -81,7 +81,7 @@ private:
     CalibrationPrefs m_calibrationPrefs;
     std::unique_ptr<CalibratorAmiReader> m_amiReader;  // one of the two at most
     std::unique_ptr<calibration::CalibrationReaderSqlite> m_calibrationReader;
-    std::optional<SpectrumCalibrations> m_calibrations;
+    std::optional<qsf2sql::recalibration::SpectrumCalibrations> m_calibrations;
 };
 
 }  // namespace kvan::io

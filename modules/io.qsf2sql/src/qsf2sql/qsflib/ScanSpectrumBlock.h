@@ -29,7 +29,7 @@ public:
     void GetScanDataSave(std::span<T> to) const {
         visit(*this, m_elementType, "FAULT_BASE_UNKNOWN_DATA_TYPE, __FILE__,__LINE__, unknown scan data type",
               [&]<class Stored>(const DataVectorBlock<Stored>& block) {
-                  kvan::io::convertElements(std::span(block.Elements()), to);
+                  convertElements(std::span(block.Elements()), to);
               });
     }
 

@@ -5,7 +5,7 @@
 #include <span>
 #include <type_traits>
 
-namespace kvan::io {
+namespace KVAN::io::QSF {
 
 /// An element of a native array as another type, the way all arrays are converted on reading. Floating point becomes
 /// unsigned by truncation toward zero to 64 bits, signed, of which the low 32 are kept; what does not fit 64 bits, and
@@ -29,4 +29,4 @@ void convertElements(std::span<const From> elements, std::span<To> to) {
         std::transform(elements.begin(), elements.end(), to.begin(), convertElement<To, From>);
 }
 
-}  // namespace kvan::io
+}  // namespace KVAN::io::QSF

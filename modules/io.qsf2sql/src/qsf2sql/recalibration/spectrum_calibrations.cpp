@@ -11,7 +11,7 @@
 #include <string>
 #include <utility>
 
-namespace kvan::io {
+namespace kvan::io::qsf2sql::recalibration {
 
 namespace {
 
@@ -108,4 +108,4 @@ cppsqlite::CppSQLite3Statement& SpectrumCalibrations::spectrumStatement(Column c
     return m_byColumn[static_cast<int>(column)];
 }
 
-}  // namespace kvan::io
+}  // namespace kvan::io::qsf2sql::recalibration

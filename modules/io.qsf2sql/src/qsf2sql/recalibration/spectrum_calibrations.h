@@ -12,12 +12,14 @@ class ICalibrationTransformator;
 }
 
 namespace kvan::io {
-
 class CalibratorAmiReader;
+}
 
-namespace calibration {
+namespace kvan::io::calibration {
 class CalibrationReaderSqlite;
 }
+
+namespace kvan::io::qsf2sql::recalibration {
 
 /// Finds the calibration in force for a spectrum: that of the cache, which is the native file's, or what a
 /// re-calibration puts in its place. Every call asks anew and makes a new transformator; only the prepared statements
@@ -63,4 +65,4 @@ private:
     std::vector<unsigned char> m_blob;
 };
 
-}  // namespace kvan::io
+}  // namespace kvan::io::qsf2sql::recalibration
