@@ -71,7 +71,7 @@ TEST_F(ReadFrames, AtMostSevenFunctionsLieBetweenTheInterfaceAndTheFile) {
     const std::vector<double> indices(counts.begin(), counts.end());
     const auto locations = write({{.profile = packer.pack(counts),
                                    .lines = LineData{.layout = KVAN::io::QSF::LINES_DOUBLE_FLOAT, .index = indices},
-                                   .info = {.acquiredUpper = 4999, .calibration = blob(4098, {100, 0.25})}},
+                                   .info = {.acquiredUpper = 4999, .calibration = calibrationBlob(4098, {100, 0.25})}},
                                   {.profile = std::vector<float>(counts.begin(), counts.end())}},
                                  {.compressors = {sample::guidOf(sample::Compressor::Vlc)}});
     const auto id = [](std::uint64_t kind, std::uint64_t offset) { return kind << 56 | offset; };
