@@ -25,7 +25,10 @@ target_compile_options(qsf_compile_settings INTERFACE
     -ffp-contract=off)
 target_compile_definitions(qsf_compile_settings INTERFACE
     _FILE_OFFSET_BITS=64 BOOST_BIND_GLOBAL_PLACEHOLDERS BOOST_ALLOW_DEPRECATED_HEADERS)
-if(QSF2SQL_WARNINGS_AS_ERRORS)
+# A newer compiler's new warnings stop nobody who only wants to build.
+if(QSF2SQL_WARNINGS_AS_ERRORS AND
+   ((CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13) OR
+    (CMAKE_CXX_COMPILER_ID STREQUAL "Clang" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 15)))
     target_compile_options(qsf_compile_settings INTERFACE -Werror)
 endif()
 
@@ -34,6 +37,14 @@ if(QSF2SQL_SANITIZERS)
     add_compile_options(-fsanitize=${sanitizer_list} -fno-omit-frame-pointer -fno-sanitize-recover=all)
     add_link_options(-fsanitize=${sanitizer_list})
     add_compile_definitions(QSF2SQL_SANITIZED)
+endif()
+# The thread sanitizer follows an OpenMP team only with the tool library that comes with the compiler.
+if("thread" IN_LIST QSF2SQL_SANITIZERS)
+    execute_process(COMMAND ${CMAKE_CXX_COMPILER} -print-resource-dir
+        OUTPUT_VARIABLE compiler_resources OUTPUT_STRIP_TRAILING_WHITESPACE)
+    find_library(QSF2SQL_ARCHER archer HINTS "${compiler_resources}/../.." REQUIRED)
+    mark_as_advanced(QSF2SQL_ARCHER)
+    set(QSF2SQL_TEST_ENVIRONMENT "OMP_TOOL_LIBRARIES=${QSF2SQL_ARCHER}")
 endif()
 if(QSF2SQL_FUZZERS)
     add_compile_options(-fsanitize=fuzzer-no-link)
