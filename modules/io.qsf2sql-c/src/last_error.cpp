@@ -16,7 +16,7 @@ namespace {
 
 /// Never destroyed: a thread may fail while the process is already ending.
 boost::thread_specific_ptr<std::string>& slot() {
-    static auto* const instance = new boost::thread_specific_ptr<std::string>;
+    static auto* const instance = new boost::thread_specific_ptr<std::string>;  // lint: new: outlives all threads
     return *instance;
 }
 
@@ -31,7 +31,7 @@ std::string inUtf8(const std::string& text) {
 
 void setLastError(const std::string& text) {
     if (slot().get() == nullptr)
-        slot().reset(new std::string);
+        slot().reset(new std::string);  // lint: new: the slot owns it, and takes nothing but a pointer
     *slot() = text;
 }
 

@@ -14,8 +14,9 @@ std::unique_ptr<CalibrationReaderSqlite> CalibrationReaderSqlite::find(const boo
     const auto key = selector.findUUID(*database);
     if (!key)
         return nullptr;
-    return std::unique_ptr<CalibrationReaderSqlite>(
-        new CalibrationReaderSqlite(std::make_unique<CalibrationReaderSqliteImpl>(std::move(database), *key)));
+    auto reader = std::make_unique<CalibrationReaderSqliteImpl>(std::move(database), *key);
+    using Owner = std::unique_ptr<CalibrationReaderSqlite>;
+    return Owner(new CalibrationReaderSqlite(std::move(reader)));  // lint: new: the constructor is private
 }
 
 CalibrationReaderSqlite::CalibrationReaderSqlite(const boost::filesystem::path& analysisDirectory,

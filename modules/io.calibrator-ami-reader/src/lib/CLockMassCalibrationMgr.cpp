@@ -28,7 +28,7 @@ VersionNumber readEntryHead(Stream& stream) {
 std::size_t blobLength(const Bytes& bytes) {
     std::uint32_t head[2];  // tag and count of a string
     for (std::size_t end = 0; end + sizeof head <= bytes.size(); ++end) {
-        std::memcpy(head, bytes.data() + end, sizeof head);
+        std::memcpy(head, bytes.data() + end, sizeof head);  // lint: raw-bytes: looks ahead, takes nothing
         if (isStringTag(MagicNumber(head[0])) && head[1] == bytes.size() - end - sizeof head)
             return end;
     }

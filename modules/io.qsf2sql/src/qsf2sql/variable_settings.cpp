@@ -27,7 +27,7 @@ template <class T>
 T numberIn(const VarTabValueEntry& entry) {
     static_assert(sizeof(T) <= sizeof entry.value);
     T number;
-    std::memcpy(&number, entry.value, sizeof number);
+    std::memcpy(&number, entry.value, sizeof number);  // lint: raw-bytes: size asserted above
     return number;
 }
 

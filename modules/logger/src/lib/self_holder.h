@@ -26,7 +26,7 @@ public:
     /// Null if the program does not export the function.
     template <class Function>
     Function* function(const char* name) const {
-        return reinterpret_cast<Function*>(m_program->symbol(name));
+        return reinterpret_cast<Function*>(m_program->symbol(name));  // lint: raw-bytes: the name promises the type
     }
 
 private:

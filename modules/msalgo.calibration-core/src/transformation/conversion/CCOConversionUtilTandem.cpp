@@ -93,7 +93,8 @@ CCOConversionUtil::TransformatorPtr CCOConversionUtil::MapQSF2CCO(const PSDCalib
                                                                       .ocp = ocp,
                                                                       .classic = classic});
     else
-        std::cout << "warning: CCOConversionUtil::MapQSF2CCO: unknown psd mode." << std::endl;
+        std::cout  // lint: output: this warning belongs to the conversion's callers, whatever they log
+            << "warning: CCOConversionUtil::MapQSF2CCO: unknown psd mode." << std::endl;
     return factory.createTransformatorPsd(MapQSF2CCO(block.tof, factory), polynomial);
 }
 
