@@ -2,7 +2,10 @@
 
 #include "legacycalibration/serialization/CalibrationBlocks.h"
 #include "legacycalibration/serialization/CalibratorUtil.h"
+#include "transformation/IHeldConstants.h"
+#include "transformation/LawMaking.h"
 
+#include <calibration-core/constants/CalibrationConstantsTemperatureCompensation.h>
 #include <calibration-core/temperaturecompensation/TemperatureCompensationInfo.h>
 
 #include <boost/numeric/conversion/cast.hpp>
@@ -40,13 +43,17 @@ void setCompensation(ICalibrationTransformator& transformator, const Values& tem
     transformator.SetFunctionalConstants(functional);
 }
 
+/// What the failures of both forms begin with.
+constexpr const char* g_reader = "kvan::calibration::CalibrationTransformatorFactorySerialization::";
+
 /// Goes to the end of the block that began at `start`. Nothing may follow it.
-void endAtBlockEnd(CalibBlobReadAccess& access, std::size_t start, std::uint32_t wholeSize, const std::string& reader) {
+void endAtBlockEnd(CalibBlobReadAccess& access, std::size_t start, std::uint32_t wholeSize, const char* operation) {
     if (!access.Seek(start + wholeSize))
         CalibratorUtil::ThrowReadFailure();
     if (!access.IsAtEnd())
-        BOOST_THROW_EXCEPTION(std::runtime_error(
-            reader + ": Invalid serialization: data invalid. Was data written with newer software?"));
+        BOOST_THROW_EXCEPTION(
+            std::runtime_error(std::string(g_reader) + operation +
+                               ": Invalid serialization: data invalid. Was data written with newer software?"));
 }
 
 /// What both forms of an extension block tell.
@@ -136,11 +143,9 @@ void writeRefExtension(const Compensation& compensation, CalibBlobWriteAccess& a
 TransformatorPtr DeserializeExtension(const TransformatorPtr& transformator, BlobForm form,
                                       CalibBlobReadAccess& access) {
     const ExtensionForm& kind = form == BlobForm::Plain ? g_plain : g_reference;
-    const std::string reader =
-        std::string("kvan::calibration::CalibrationTransformatorFactorySerialization::") + kind.operation;
     const auto info = CalibratorUtil::ReadRecord<CALIB_EXTENSION_BLOCK_INFO>(access);
     if (info.magic != CALIB_EXTENSION_BLOCK_INFO_MAGIC) {
-        std::string failure = reader + ": invalid serialization: id unknown";
+        std::string failure = std::string(g_reader) + kind.operation + ": invalid serialization: id unknown";
         if (kind.namesMagics)
             failure += ": Should be CALIB_EXTENSION_BLOCK_INFO_MAGIC (" +
                        std::to_string(CALIB_EXTENSION_BLOCK_INFO_MAGIC) + ") but is " + std::to_string(info.magic) +
@@ -148,11 +153,23 @@ TransformatorPtr DeserializeExtension(const TransformatorPtr& transformator, Blo
         BOOST_THROW_EXCEPTION(std::runtime_error(failure));
     }
     const auto mode = Compensation::compensationModeFromInt(static_cast<int>(info.argument));
-    auto compensated = TemperatureCompensation::addTemperatureCompensationInfo(transformator, {}, {});
+    // The plain law, which it mostly is, takes them without a copy: nobody else has it yet.
+    auto* const holder = dynamic_cast<Transformation::IHeldConstants*>(transformator.get());
+    const auto* const law = holder != nullptr
+                                ? Transformation::exactly<const Constants::CalibrationConstantsFunctionalTOF1>(
+                                      holder->HeldFunctionalConstants())
+                                : nullptr;
+    const TransformatorPtr compensated =
+        law != nullptr ? transformator : TemperatureCompensation::addTemperatureCompensationInfo(transformator, {}, {});
     const std::size_t start = access.Position();
-    const Extension extension = kind.read(access);
-    endAtBlockEnd(access, start, extension.wholeSize, reader);
-    setCompensation(*compensated, extension.temperatures, extension.factors, mode);
+    Extension extension = kind.read(access);
+    endAtBlockEnd(access, start, extension.wholeSize, kind.operation);
+    if (law != nullptr)
+        holder->AdoptFunctionalConstants(
+            std::make_shared<Constants::CalibrationConstantsFunctionalTOF1TemperatureCompensation>(
+                *law, std::move(extension.temperatures), std::move(extension.factors), mode));
+    else
+        setCompensation(*compensated, extension.temperatures, extension.factors, mode);
     return compensated;
 }
 

@@ -25,17 +25,16 @@ using Compensation = ICalibrationConstantsFunctionalTemperatureCompensation;
 TransformatorPtr readTof2Compensated(CalibBlobReadAccess& access, const Factory& factory) {
     const std::size_t start = access.Position();
     const auto block = CalibratorUtil::ReadRecord<Tof2TempCorrCalibrationBlock>(access);
-    const auto factors = CalibratorUtil::ReadDoubles(access, start, block.factorsOffset, block.factorsCount);
-    return CCOConversionUtil::MapQSF2CCO(block, factors, factory);
+    auto factors = CalibratorUtil::ReadDoubles(access, start, block.factorsOffset, block.factorsCount);
+    return CCOConversionUtil::MapQSF2CCO(block, std::move(factors), factory);
 }
 
 TransformatorPtr readTof2CompensatedReference(CalibBlobReadAccess& access, const Factory& factory) {
     const std::size_t start = access.Position();
     const auto block = CalibratorUtil::ReadRecord<Tof2TempCorrCalibrationRefBlock>(access);
-    const auto temperatures =
-        CalibratorUtil::ReadDoubles(access, start, block.temperaturesOffset, block.temperaturesCount);
-    const auto factors = CalibratorUtil::ReadDoubles(access, start, block.factorsOffset, block.factorsCount);
-    return CCOConversionUtil::MapQSF2CCO(block, temperatures, factors, factory);
+    auto temperatures = CalibratorUtil::ReadDoubles(access, start, block.temperaturesOffset, block.temperaturesCount);
+    auto factors = CalibratorUtil::ReadDoubles(access, start, block.factorsOffset, block.factorsCount);
+    return CCOConversionUtil::MapQSF2CCO(block, std::move(temperatures), std::move(factors), factory);
 }
 
 void writeCompensatedTof2(const ICalibrationTransformator& transformator, const Compensation& compensation,

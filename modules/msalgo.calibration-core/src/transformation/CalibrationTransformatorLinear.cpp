@@ -5,6 +5,8 @@
 #include "transformation/policies/RMInverse.h"
 #include "transformation/policies/RMLinear.h"
 
+#include <calibration-core/constants/CalibrationConstantsLinear.h>
+
 // The straight line, over an axis that is a straight line too. A slope of 0.0 gives infinities, no failure.
 namespace kvan::calibration::Transformation {
 
@@ -19,8 +21,11 @@ public:
 
 namespace {
 
+using StoredAxis = Constants::CalibrationConstantsPhysicalLinear;
+using StoredLaw = Constants::CalibrationConstantsFunctionalLinear;
+
 std::shared_ptr<ICalibrationTransformator> make(Factory::FunctionalPtr functional, Factory::PhysicalPtr physical) {
-    return adopt<CalibrationTransformatorLinear>(std::move(functional), std::move(physical));
+    return adopt<CalibrationTransformatorLinear, StoredAxis, StoredLaw>(std::move(functional), std::move(physical));
 }
 
 }  // namespace

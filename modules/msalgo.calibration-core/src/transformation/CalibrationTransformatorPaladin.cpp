@@ -6,6 +6,8 @@
 #include "transformation/policies/RMLinear.h"
 #include "transformation/policies/RMQuadratic.h"
 
+#include <calibration-core/constants/CalibrationConstantsPaladin.h>
+
 // Laws of ion traps: mass is a polynomial in raw, so that the way from mass to raw is the one that has to be solved.
 // The class is chosen by c2 == 0.0, exactly: the line needs no root.
 namespace kvan::calibration::Transformation {
@@ -30,11 +32,15 @@ public:
 
 namespace {
 
+using StoredAxis = Constants::CalibrationConstantsPhysicalPaladin;
+using StoredLaw = Constants::CalibrationConstantsFunctionalPaladin;
+
 std::shared_ptr<ICalibrationTransformator> make(Factory::FunctionalPtr functional, Factory::PhysicalPtr physical) {
-    const auto& law = dynamic_cast<const ICalibrationConstantsFunctionalPaladin&>(*functional);
-    return law.GetStoredC2() == 0.0
-               ? adopt<CalibrationTransformatorPaladinLinear>(std::move(functional), std::move(physical))
-               : adopt<CalibrationTransformatorPaladinQuadratic>(std::move(functional), std::move(physical));
+    const auto& law = knownView<ICalibrationConstantsFunctionalPaladin, StoredLaw>(*functional);
+    return law.GetStoredC2() == 0.0 ? adopt<CalibrationTransformatorPaladinLinear, StoredAxis, StoredLaw>(
+                                          std::move(functional), std::move(physical))
+                                    : adopt<CalibrationTransformatorPaladinQuadratic, StoredAxis, StoredLaw>(
+                                          std::move(functional), std::move(physical));
 }
 
 }  // namespace

@@ -3,6 +3,9 @@
 #include "transformation/policies/RMLinear.h"
 #include "transformation/policies/RMQuadratic.h"
 
+#include <calibration-core/constants/CalibrationConstantsTOF.h>
+#include <calibration-core/constants/CalibrationConstantsTemperatureCompensation.h>
+
 // Laws of time of flight, raw as a polynomial in the root of mass, continued to negative masses as an odd function
 // about C0. The class is chosen by c2 == 0.0, exactly: the line has no root that could fail.
 namespace kvan::calibration::Transformation {
@@ -25,11 +28,17 @@ public:
 
 namespace {
 
+using StoredAxis = Constants::CalibrationConstantsPhysicalTOF;
+using StoredLaw = Constants::CalibrationConstantsFunctionalTOF1;
+using CompensatedLaw = Constants::CalibrationConstantsFunctionalTOF1TemperatureCompensation;
+
 std::shared_ptr<ICalibrationTransformator> make(Factory::FunctionalPtr functional, Factory::PhysicalPtr physical) {
-    const auto& law = dynamic_cast<const ICalibrationConstantsFunctionalTOF1&>(*functional);
+    const auto& law = knownView<ICalibrationConstantsFunctionalTOF1, StoredLaw, CompensatedLaw>(*functional);
     return law.GetStoredC2() == 0.0
-               ? adopt<CalibrationTransformatorTOFLinear>(std::move(functional), std::move(physical))
-               : adopt<CalibrationTransformatorTOFQuadratic>(std::move(functional), std::move(physical));
+               ? adopt<CalibrationTransformatorTOFLinear, StoredAxis, StoredLaw, CompensatedLaw>(std::move(functional),
+                                                                                                 std::move(physical))
+               : adopt<CalibrationTransformatorTOFQuadratic, StoredAxis, StoredLaw, CompensatedLaw>(
+                     std::move(functional), std::move(physical));
 }
 
 }  // namespace

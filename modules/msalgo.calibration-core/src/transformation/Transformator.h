@@ -2,6 +2,7 @@
 
 #include "families/ICalibSerialization.h"
 #include "transformation/BatchTransformation.h"
+#include "transformation/IHeldConstants.h"
 
 #include <calibration-core/interfaces/ICalibrationTransformator.h>
 
@@ -14,7 +15,7 @@ namespace kvan::calibration::Transformation {
 /// A transformator out of policies. `Derived` is the class of the object; it is final, gives `ClassName`, its name in
 /// dumps, and `StoredFamily`, whose blobs hold it, and stands in the source file of its law.
 template <class Derived, class RawMassPolicy, class RawIndexPolicy, class ConstantsSettingPolicy>
-class Transformator : public ICalibrationTransformator, public ICalibSerialization {
+class Transformator : public ICalibrationTransformator, public ICalibSerialization, public IHeldConstants {
 public:
     std::shared_ptr<ICloneable> Clone() const override {
         return std::make_shared<Derived>(static_cast<const Derived&>(*this));
@@ -30,11 +31,7 @@ public:
     void SetFunctionalConstants(const std::shared_ptr<ICalibrationConstantsFunctional>& constants) override {
         if (!constants)
             return;
-        m_functional = cloneObject(constants);
-        ConstantsSettingPolicy::ConstantsSet(m_functional.get(), m_physical.get());
-        m_law.rawMass.UpdateFunctionalConstants(*m_functional);
-        if constexpr (ConstantsSettingPolicy::ChangesPhysical)
-            refreshRawIndex();
+        AdoptFunctionalConstants(cloneObject(constants));
     }
 
     std::shared_ptr<ICalibrationConstantsPhysical> GetPhysicalConstants() const override {
@@ -54,14 +51,35 @@ public:
         m_mode = cloneObject(mode);
     }
 
-    /// As both setters, but takes the objects over, which nobody else may hold.
-    void AdoptConstants(std::shared_ptr<ICalibrationConstantsFunctional> functional,
-                        std::shared_ptr<ICalibrationConstantsPhysical> physical) {
+    /// As both setters, but takes the objects over, which nobody else may hold; null physical ones are none.
+    void AdoptConstants(std::shared_ptr<ICalibrationConstantsFunctional>&& functional,
+                        std::shared_ptr<ICalibrationConstantsPhysical>&& physical) {
         m_functional = std::move(functional);
         m_physical = std::move(physical);
         ConstantsSettingPolicy::ConstantsSet(m_functional.get(), m_physical.get());
         m_law.rawMass.UpdateFunctionalConstants(*m_functional);
         refreshRawIndex();
+    }
+
+    /// The same of constants whose classes are known: `law` and `axis` are the objects.
+    template <class Functional, class Physical>
+    void AdoptConstants(std::shared_ptr<ICalibrationConstantsFunctional>&& functional,
+                        std::shared_ptr<ICalibrationConstantsPhysical>&& physical, const Functional& law,
+                        Physical& axis) {
+        m_functional = std::move(functional);
+        m_physical = std::move(physical);
+        ConstantsSettingPolicy::ConstantsSet(&law, &axis);
+        m_law.rawMass.UpdateFunctionalConstants(law);
+        m_law.rawIndex.UpdatePhysicalConstants(axis);
+    }
+
+    const ICalibrationConstantsFunctional* HeldFunctionalConstants() const override { return m_functional.get(); }
+    void AdoptFunctionalConstants(std::shared_ptr<ICalibrationConstantsFunctional>&& constants) override {
+        m_functional = std::move(constants);
+        ConstantsSettingPolicy::ConstantsSet(m_functional.get(), m_physical.get());
+        m_law.rawMass.UpdateFunctionalConstants(*m_functional);
+        if constexpr (ConstantsSettingPolicy::ChangesPhysical)
+            refreshRawIndex();
     }
 
     int GetCalibMode() const override { return functional().GetCalibMode(); }

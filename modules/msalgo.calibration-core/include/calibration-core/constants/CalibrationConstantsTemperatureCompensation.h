@@ -4,6 +4,8 @@
 #include <calibration-core/constants/CalibrationConstantsTOF2.h>
 #include <calibration-core/interfaces/ICalibrationConstantsFunctionalTemperatureCompensation.h>
 
+#include <utility>
+
 namespace kvan::calibration::Constants {
 
 /// The constants `Law` with what temperature compensation needs. Equal to plain constants of the same law, and to
@@ -13,6 +15,9 @@ class TemperatureCompensated : public Law, public ICalibrationConstantsFunctiona
 public:
     TemperatureCompensated() = default;
     explicit TemperatureCompensated(const Law& law) : Law(law) {}
+    TemperatureCompensated(const Law& law, std::vector<double> temperatures, std::vector<double> factors,
+                           ENUM_TEMPERATURE_COMPENSATION_MODE mode)
+        : Law(law), m_measTemp(std::move(temperatures)), m_correctionFactors(std::move(factors)), m_mode(mode) {}
 
     bool IsEqual(const ICalibrationConstantsFunctional& other) const override;
 

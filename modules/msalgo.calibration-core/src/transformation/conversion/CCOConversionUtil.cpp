@@ -15,13 +15,14 @@
 // factory, which copies nothing; each writer asks the transformator for copies and fails, by the names of block and
 // interface, where they are of another family. Only FTMS blocks hold a calibration mode.
 //
-// A compensated block of a spectrum has one array, both temperatures and factors; the vectors are set before the mode,
-// since setting temperatures sets a mode of its own.
+// A compensated block of a spectrum has one array, which is both its temperatures and its factors.
 namespace kvan::calibration {
 
 using namespace tqclegacy::CALIBRATION;
 
 namespace {
+
+using Values = CCOConversionUtil::Values;
 
 /// The view `View` of constants that `getter` gave for a block of that name.
 template <class View, class Constants>
@@ -57,16 +58,11 @@ std::shared_ptr<ICalibrationConstantsPhysical> axisOf(const Block& block) {
                                                                         double{block.timeBase});
 }
 
-/// The vectors first: setting the temperatures sets a mode of its own.
 template <class Compensated, class Block>
-std::shared_ptr<Compensated> compensatedLawOf(const Block& block, std::int32_t compensationCode,
-                                              const std::vector<double>& temperatures,
-                                              const std::vector<double>& factors) {
-    auto law = std::make_shared<Compensated>(lawOf(block));
-    law->SetMeasuredTemperatures(temperatures);
-    law->SetCorrectionFactors(factors);
-    law->SetCompensationMode(CCOConversionUtil::modeOfCode(compensationCode));
-    return law;
+std::shared_ptr<Compensated> compensatedLawOf(const Block& block, std::int32_t compensationCode, Values temperatures,
+                                              Values factors) {
+    return std::make_shared<Compensated>(lawOf(block), std::move(temperatures), std::move(factors),
+                                         CCOConversionUtil::modeOfCode(compensationCode));
 }
 
 using CompensatedTof1 = Constants::CalibrationConstantsFunctionalTOF1TemperatureCompensation;
@@ -119,10 +115,12 @@ CCOConversionUtil::TransformatorPtr CCOConversionUtil::MapQSF2CCO(const TOFCORRC
 }
 
 CCOConversionUtil::TransformatorPtr CCOConversionUtil::MapQSF2CCO(const Tof2TempCorrCalibrationBlock& block,
-                                                                  const Values& factors, const Factory& factory) {
-    return factory.adoptConstants(
-        CalibrationFamily::Tof2,
-        compensatedLawOf<CompensatedTof2>(block.tof2, block.compensationCode, factors, factors), axisOf(block.tof2));
+                                                                  Values factors, const Factory& factory) {
+    Values temperatures = factors;
+    return factory.adoptConstants(CalibrationFamily::Tof2,
+                                  compensatedLawOf<CompensatedTof2>(block.tof2, block.compensationCode,
+                                                                    std::move(temperatures), std::move(factors)),
+                                  axisOf(block.tof2));
 }
 
 CCOConversionUtil::TransformatorPtr CCOConversionUtil::MapQSF2CCO(const TOFCORRCalibrationRefBlock& block,
@@ -136,15 +134,16 @@ CCOConversionUtil::TransformatorPtr CCOConversionUtil::MapQSF2CCO(const TOFCORRC
 }
 
 CCOConversionUtil::TransformatorPtr CCOConversionUtil::MapQSF2CCO(const Tof2TempCorrCalibrationRefBlock& block,
-                                                                  const Values& temperatures, const Values& factors,
+                                                                  Values temperatures, Values factors,
                                                                   const Factory& factory) {
     if (temperatures.empty() && factors.empty())
         return asReference(MapQSF2CCO(block.tof2, factory), block.key);
-    return asReference(factory.adoptConstants(
-                           CalibrationFamily::Tof2,
-                           compensatedLawOf<CompensatedTof2>(block.tof2, block.compensationCode, temperatures, factors),
-                           axisOf(block.tof2)),
-                       block.key);
+    return asReference(
+        factory.adoptConstants(CalibrationFamily::Tof2,
+                               compensatedLawOf<CompensatedTof2>(block.tof2, block.compensationCode,
+                                                                 std::move(temperatures), std::move(factors)),
+                               axisOf(block.tof2)),
+        block.key);
 }
 
 CCOConversionUtil::TransformatorPtr CCOConversionUtil::MapQSF2CCO(const FTMSCalibrationBlock& block,

@@ -36,7 +36,7 @@ public:
     static TransformatorPtr MapQSF2CCO(const tqclegacy::CALIBRATION::TOFCORRCalibrationBlock& block,
                                        const Factory& factory);
     static TransformatorPtr MapQSF2CCO(const tqclegacy::CALIBRATION::Tof2TempCorrCalibrationBlock& block,
-                                       const Values& factors, const Factory& factory);
+                                       Values factors, const Factory& factory);
 
     // Families around a time-of-flight axis.
 
@@ -67,7 +67,7 @@ public:
                                        const Factory& factory);
     /// Without temperatures and factors it is the plain law.
     static TransformatorPtr MapQSF2CCO(const tqclegacy::CALIBRATION::Tof2TempCorrCalibrationRefBlock& block,
-                                       const Values& temperatures, const Values& factors, const Factory& factory);
+                                       Values temperatures, Values factors, const Factory& factory);
 
     // The inverse. All throw `std::invalid_argument` when constants are missing or of another family. Offsets and
     // counts of arrays are the caller's.

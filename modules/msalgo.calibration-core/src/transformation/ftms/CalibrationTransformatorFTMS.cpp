@@ -7,6 +7,7 @@
 #include "transformation/policies/RMQuadraticTilt.h"
 #include "transformation/policies/RMReciprocal.h"
 
+#include <calibration-core/constants/CalibrationConstantsFTMS.h>
 #include <calibration-core/interfaces/ICalibrationTransformatorFTMS.h>
 
 // Laws of Fourier transform instruments: raw is a frequency, a polynomial in 1 / mass, and falls with the index.
@@ -39,14 +40,18 @@ public:
 
 namespace {
 
+using StoredAxis = Constants::CalibrationConstantsPhysicalFTMS;
+
 std::shared_ptr<ICalibrationTransformator> make(Factory::FunctionalPtr functional, Factory::PhysicalPtr physical) {
     switch (const int mode = functional->GetCalibMode()) {
         case 0:
         case 4:
-            return adopt<CalibrationTransformatorFTMS04>(std::move(functional), std::move(physical));
+            return adopt<CalibrationTransformatorFTMS04, StoredAxis, Constants::CalibrationConstantsFunctionalFTMS04>(
+                std::move(functional), std::move(physical));
         case 1:
         case 5:
-            return adopt<CalibrationTransformatorFTMS15>(std::move(functional), std::move(physical));
+            return adopt<CalibrationTransformatorFTMS15, StoredAxis, Constants::CalibrationConstantsFunctionalFTMS1356>(
+                std::move(functional), std::move(physical));
         case 2:
             BOOST_THROW_EXCEPTION(std::invalid_argument(
                 "CalibrationTransformatorFactory::createTransformatorIcr: mode 2 not supported [QX]"));

@@ -10,8 +10,8 @@ namespace kvan::calibration::Transformation {
 struct ConstantsSettingAdjustForFTMS {
     static constexpr bool ChangesPhysical = true;
 
-    static void ConstantsSet(const ICalibrationConstantsFunctional* functional,
-                             ICalibrationConstantsPhysical* physical) {
+    template <class Functional, class Physical>
+    static void ConstantsSet(const Functional* functional, Physical* physical) {
         const auto* const law = dynamic_cast<const ICalibrationConstantsFunctionalFTMS*>(functional);
         auto* const array = dynamic_cast<ICalibrationConstantsPhysicalFTMS*>(physical);
         if (law == nullptr || array == nullptr)

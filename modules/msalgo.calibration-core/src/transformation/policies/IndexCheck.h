@@ -12,7 +12,8 @@ namespace kvan::calibration::Transformation {
 /// Keeps an index inside the array of FTMS constants: from 0.0 to size - 1.0.
 class FTMSIndexChecker {
 public:
-    void UpdatePhysicalConstants(const ICalibrationConstantsPhysical& constants) {
+    template <class Constants>
+    void UpdatePhysicalConstants(const Constants& constants) {
         const auto* const array = dynamic_cast<const ICalibrationConstantsPhysicalFTMS*>(&constants);
         if (array == nullptr)
             BOOST_THROW_EXCEPTION(std::invalid_argument(
@@ -38,7 +39,8 @@ class IndexCheck {
 public:
     static constexpr double Cost = RawIndex::Cost + 0.1;
 
-    void UpdatePhysicalConstants(const ICalibrationConstantsPhysical& constants) {
+    template <class Constants>
+    void UpdatePhysicalConstants(const Constants& constants) {
         RawIndex line = m_line;
         line.UpdatePhysicalConstants(constants);
         m_checker.UpdatePhysicalConstants(constants);

@@ -13,7 +13,8 @@ public:
     /// Nanoseconds an element, about, in a block on AVX2.
     static constexpr double Cost = 0.2;
 
-    void UpdatePhysicalConstants(const ICalibrationConstantsPhysical& constants) {
+    template <class Constants>
+    void UpdatePhysicalConstants(const Constants& constants) {
         const auto& line = viewOf<ICalibrationConstantsPhysicalLinear>(
             constants, "RILinear::UpdatePhysicalConstants(const ICalibrationConstantsPhysicalPtr funConsts)",
             "ICalibrationConstantsPhysicalLinearPtr");

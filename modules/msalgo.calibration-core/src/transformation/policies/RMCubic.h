@@ -18,7 +18,8 @@ class RMCubic<SquareRoot> {
 public:
     static constexpr double Cost = 2.0;
 
-    void UpdateFunctionalConstants(const ICalibrationConstantsFunctional& constants) {
+    template <class Constants>
+    void UpdateFunctionalConstants(const Constants& constants) {
         const auto& view = viewOf<ICalibrationConstantsFunctionalComputationCubic>(
             constants, "RMCubic::UpdateFunctionalConstants(const ICalibrationConstantsFunctionalPtr funConsts)",
             "ICalibrationConstantsFunctionalComputationCubic");

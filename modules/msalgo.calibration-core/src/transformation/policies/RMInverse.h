@@ -10,7 +10,8 @@ class RMInverse {
 public:
     static constexpr double Cost = Inner::Cost;
 
-    void UpdateFunctionalConstants(const ICalibrationConstantsFunctional& constants) {
+    template <class Constants>
+    void UpdateFunctionalConstants(const Constants& constants) {
         m_inner.UpdateFunctionalConstants(constants);
     }
 

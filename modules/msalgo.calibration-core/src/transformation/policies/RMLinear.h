@@ -13,7 +13,8 @@ class RMLinear {
 public:
     static constexpr double Cost = 0.3;
 
-    void UpdateFunctionalConstants(const ICalibrationConstantsFunctional& constants) {
+    template <class Constants>
+    void UpdateFunctionalConstants(const Constants& constants) {
         const auto& view = viewOf<ICalibrationConstantsFunctionalComputationLinear>(
             constants, "RMLinear::UpdateFunctionalConstants(const ICalibrationConstantsFunctionalPtr funConsts)",
             "ICalibrationConstantsFunctionalComputationLinear");

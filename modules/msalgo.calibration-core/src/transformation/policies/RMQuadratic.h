@@ -11,7 +11,8 @@ class RMQuadratic {
 public:
     static constexpr double Cost = 1.0;
 
-    void UpdateFunctionalConstants(const ICalibrationConstantsFunctional& constants) {
+    template <class Constants>
+    void UpdateFunctionalConstants(const Constants& constants) {
         m_root.Update(viewOf<ICalibrationConstantsFunctionalComputationQuadratic>(
             constants, "RMQuadratic::UpdateFunctionalConstants(const ICalibrationConstantsFunctionalPtr funConsts)",
             "ICalibrationConstantsFunctionalComputationQuadratic"));

@@ -45,7 +45,8 @@ class RMQuadraticTilt {
 public:
     static constexpr double Cost = 0.8;
 
-    void UpdateFunctionalConstants(const ICalibrationConstantsFunctional& constants) {
+    template <class Constants>
+    void UpdateFunctionalConstants(const Constants& constants) {
         const auto& view = viewOf<ICalibrationConstantsFunctionalComputationQuadratic>(
             constants, "RMQuadraticTilt::UpdateFunctionalConstants(const ICalibrationConstantsFunctionalPtr funConsts)",
             "ICalibrationConstantsFunctionalComputationQuadratic");

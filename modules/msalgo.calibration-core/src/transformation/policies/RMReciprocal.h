@@ -10,7 +10,8 @@ class RMReciprocal {
 public:
     static constexpr double Cost = Inner::Cost + 0.3;
 
-    void UpdateFunctionalConstants(const ICalibrationConstantsFunctional& constants) {
+    template <class Constants>
+    void UpdateFunctionalConstants(const Constants& constants) {
         m_inner.UpdateFunctionalConstants(constants);
     }
 

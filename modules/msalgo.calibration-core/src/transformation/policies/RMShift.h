@@ -10,7 +10,8 @@ class RMShift {
 public:
     static constexpr double Cost = Inner::Cost;
 
-    void UpdateFunctionalConstants(const ICalibrationConstantsFunctional& constants) {
+    template <class Constants>
+    void UpdateFunctionalConstants(const Constants& constants) {
         m_shift =
             viewOf<ICalibrationConstantsFunctionalComputationShift>(
                 constants, "RMShift::UpdateFunctionalConstants(const ICalibrationConstantsFunctionalPtr funConsts)",

@@ -6,6 +6,9 @@
 #include "transformation/policies/RMShift.h"
 #include "transformation/tof2/Tof2CubicRange.h"
 
+#include <calibration-core/constants/CalibrationConstantsTOF.h>
+#include <calibration-core/constants/CalibrationConstantsTemperatureCompensation.h>
+
 // Laws of the second generation, raw as a polynomial of degree 1, 2 or 3 in t = SignedSqrt(mass + shift). The class is
 // chosen by the highest coefficient that is not 0.0, exactly. Only the cubic one answers its way back approximately, so
 // that it alone bounds the masses for which it may be used.
@@ -41,13 +44,20 @@ public:
 
 namespace {
 
+using StoredAxis = Constants::CalibrationConstantsPhysicalTOF;
+using StoredLaw = Constants::CalibrationConstantsFunctionalTOF2;
+using CompensatedLaw = Constants::CalibrationConstantsFunctionalTOF2TemperatureCompensation;
+
 std::shared_ptr<ICalibrationTransformator> make(Factory::FunctionalPtr functional, Factory::PhysicalPtr physical) {
-    const auto& law = dynamic_cast<const ICalibrationConstantsFunctionalTOF2&>(*functional);
+    const auto& law = knownView<ICalibrationConstantsFunctionalTOF2, StoredLaw, CompensatedLaw>(*functional);
     if (law.GetStoredC3() != 0.0)
-        return adopt<CalibrationTransformatorTOF2Cubic>(std::move(functional), std::move(physical));
+        return adopt<CalibrationTransformatorTOF2Cubic, StoredAxis, StoredLaw, CompensatedLaw>(std::move(functional),
+                                                                                               std::move(physical));
     return law.GetStoredC2() != 0.0
-               ? adopt<CalibrationTransformatorTOF2Quadratic>(std::move(functional), std::move(physical))
-               : adopt<CalibrationTransformatorTOF2Linear>(std::move(functional), std::move(physical));
+               ? adopt<CalibrationTransformatorTOF2Quadratic, StoredAxis, StoredLaw, CompensatedLaw>(
+                     std::move(functional), std::move(physical))
+               : adopt<CalibrationTransformatorTOF2Linear, StoredAxis, StoredLaw, CompensatedLaw>(std::move(functional),
+                                                                                                  std::move(physical));
 }
 
 }  // namespace
