@@ -73,6 +73,7 @@ void polynomialRoots(std::size_t count, const double* coefficients, std::vector<
     std::vector<double> matrix(n * n);
     std::vector<double> realParts(n);
     std::vector<double> imaginaryParts(n);
+    // DGEEV needs three times the order at least, and is faster with more.
     std::vector<double> work(6 * n);
     polynomialRootsImpl(count, coefficients, roots, matrix.data(), realParts.data(), imaginaryParts.data(),
                         work.data());
@@ -87,6 +88,7 @@ void polynomialRootsImpl(std::size_t count, const double* coefficients, std::vec
 
     bool finite = true;
     std::fill_n(matrix, n * n, 0.0);
+    // Column by column, as Fortran has it.
     for (std::size_t k = 0; k + 1 < n; ++k)
         matrix[k * n + k + 1] = 1.0;
     for (std::size_t k = 0; k < n; ++k) {
@@ -119,6 +121,7 @@ std::pair<double, double> monotonicPolyRange(const std::vector<double>& coeffici
     if (!(valueAt(derivative, x0) > 0.0))
         BOOST_THROW_EXCEPTION(std::runtime_error("Polynomial not strictly monotonously increasing at x0."));
 
+    // The companion matrix divides by the highest coefficient.
     while (derivative.size() > 1 && !(std::abs(derivative.back()) > 0.0))
         derivative.pop_back();
     std::vector<double> roots = realRoots(derivative);
@@ -127,6 +130,7 @@ std::pair<double, double> monotonicPolyRange(const std::vector<double>& coeffici
 
     constexpr double infinity = std::numeric_limits<double>::infinity();
     const auto above = std::upper_bound(roots.begin(), roots.end(), x0);
+    // A root at x0 itself bounds neither side: the derivative is above 0 there, so it is none.
     const auto notBelow = std::lower_bound(roots.begin(), roots.end(), x0);
     return {notBelow == roots.begin() ? -infinity : *std::prev(notBelow), above == roots.end() ? infinity : *above};
 }

@@ -27,6 +27,7 @@ double CBar1dElem::Derivative(double, int) const {
 double CHaar1dElem::Value(double x) const {
     if (!m_stretch.Contains(x))
         return 0.0;
+    // The middle belongs to the second half.
     return x < m_stretch.Middle() ? m_height : -m_height;
 }
 
@@ -47,6 +48,7 @@ double CLinear1dElem::Value(double x) const {
 }
 
 double CLinear1dElem::Derivative(double, int order) const {
+    // A line has one derivative that is not 0.
     return order == 1 ? m_slope : 0.0;
 }
 

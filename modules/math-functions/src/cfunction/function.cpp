@@ -18,6 +18,7 @@ namespace {
 using Numbers = std::vector<double>;
 
 ArgumentRange rangeOf(const Numbers& xValues) {
+    // No ends, or equal ones, stand for all numbers.
     if (!xValues.empty() && xValues.size() != 2)
         throwNotInitialized("xValues are not the two ends of an argument range");
     return xValues.empty() ? ArgumentRange(0.0, 0.0) : ArgumentRange(xValues[0], xValues[1]);
@@ -32,6 +33,7 @@ std::shared_ptr<const CFunctionImp> whole(const Parameters&... parameters) {
 
 std::shared_ptr<const CFunctionImp> CFunction::GetStrategy(int strategy, const Numbers& xValues,
                                                            const Numbers& yValues) {
+    // The codes are those of stored calibrations; 9 and 10 differ by name only.
     switch (strategy) {
         case 1:
             return whole<CSpec1dLinearElem>(xValues, yValues);
@@ -71,6 +73,7 @@ double CFunction::operator()(double x, int derivative) const {
 }
 
 double CFunction::Derivative(double x, int order) const {
+    // Without a strategy a function is 0.0 everywhere, its derivatives too.
     if (!m_strategy)
         return 0.0;
     return order > 0 ? m_strategy->Derivative(x, order) : m_strategy->Value(x);

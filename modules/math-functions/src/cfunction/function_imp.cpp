@@ -27,6 +27,7 @@ void makeElements(const std::vector<double>& x, const std::vector<double>& y, st
 }
 
 void makeElements(const std::vector<double>& x, const std::vector<double>& y, std::vector<CLinear1dElem>& elements) {
+    // A piece takes a value and a slope.
     if (2 * x.size() != y.size())
         throwNotInitialized("2*xValues.size() != yValues.size()");
     checkKnots(x);
@@ -60,9 +61,11 @@ CFixedElementFunction<Element>::CFixedElementFunction(const std::vector<double>&
 
 template <class Element>
 const Element& CFixedElementFunction<Element>::elementAt(double x) const {
+    // The elements ascend by their stretches.
     const auto above =
         std::upper_bound(m_elements.begin(), m_elements.end(), x,
                          [](double place, const Element& element) { return place < element.Stretch().Lower(); });
+    // The first piece also holds before its own beginning.
     return above == m_elements.begin() ? m_elements.front() : *std::prev(above);
 }
 

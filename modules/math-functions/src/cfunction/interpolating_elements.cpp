@@ -28,6 +28,7 @@ std::vector<std::array<double, 4>> constants(const Numbers& x, const Numbers& y)
 std::vector<std::array<double, 4>> lines(const Numbers& x, const Numbers& y) {
     std::vector<std::array<double, 4>> cubics = constants(x, y);
     const Numbers secants = secantsOf(x, y);
+    // The last point goes on as the line before it; a single point is level.
     for (std::size_t i = 0; i < cubics.size() && !secants.empty(); ++i)
         cubics[i][1] = secants[std::min(i, secants.size() - 1)];
     return cubics;
@@ -47,6 +48,7 @@ CSpec1dPiecewiseElem::CSpec1dPiecewiseElem(const Numbers& x, const Numbers& y, c
         m_cubics.push_back({y[i], slopes[i], (3.0 * secants[i] - 2.0 * slopes[i] - slopes[i + 1]) / width,
                             (slopes[i] + slopes[i + 1] - 2.0 * secants[i]) / width / width});
     }
+    // Level goes on without a slope.
     const double part = continuation == Continuation::Straight ? 1.0 : 0.0;
     m_cubics.push_back({y.back(), part * slopes.back(), 0.0, 0.0});
     m_below = {y.front(), part * slopes.front(), 0.0, 0.0};
@@ -67,6 +69,7 @@ double CSpec1dPiecewiseElem::Value(double x) const {
 
 double CSpec1dPiecewiseElem::Derivative(double x, int order) const {
     const auto [c, t] = pieceAt(x);
+    // A cubic has no derivatives beyond the third.
     switch (order) {
         case 1:
             return (3.0 * c[3] * t + 2.0 * c[2]) * t + c[1];

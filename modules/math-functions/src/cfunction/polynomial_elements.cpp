@@ -22,6 +22,7 @@ QSF_VECTOR_CLONES void evaluateChunk(const Law law, const double* x, double* val
 /// power * (power - 1) * ..., of `order` factors.
 double fallingFactorial(double power, int order) {
     double product = 1.0;
+    // A whole power below the order gives 0.0 at once, half powers never do.
     for (int k = 0; k < order && product != 0.0; ++k)
         product *= power - k;
     return product;
@@ -40,6 +41,7 @@ double halfPowerDerivativeOf(const std::vector<double>& coefficients, double x, 
     for (std::size_t i = 0; i < coefficients.size(); ++i) {
         const double power = static_cast<double>(i) * 0.5;
         const double factor = coefficients[i] * fallingFactorial(power, order);
+        // A power that has vanished must not meet an infinite pow(0.0, negative).
         if (factor != 0.0)
             value += factor * std::pow(x, power - order);
     }

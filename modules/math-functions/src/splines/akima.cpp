@@ -28,6 +28,7 @@ void CAkima::CalcInterpolation(const std::vector<double>& x, const std::vector<d
     for (std::size_t i = 0; i + 1 < points; ++i)
         secants[i + 2] = (y[i + 1] - y[i]) / (x[i + 1] - x[i]);
     const std::size_t last = points;
+    // Two points have one secant, which does not change.
     const double firstChange = points > 2 ? secants[3] - secants[2] : 0.0;
     const double lastChange = points > 2 ? secants[last] - secants[last - 1] : 0.0;
     secants[1] = secants[2] - firstChange;

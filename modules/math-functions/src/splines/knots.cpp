@@ -15,6 +15,7 @@ void throwNotInitialized(const std::string& what) {
 void checkKnots(const std::vector<double>& x) {
     if (x.empty())
         throwNotInitialized("MakeEmptyContainer");
+    // Written so that a NaN anywhere is not ascending.
     const auto notAscending = [](double a, double b) { return !(a < b); };
     if (std::adjacent_find(x.begin(), x.end(), notAscending) != x.end() || !std::isfinite(x.front()) ||
         !std::isfinite(x.back()))

@@ -19,14 +19,17 @@ namespace {
 
 using Utilities::relativelyEqual;
 
+/// raw = freqHigh / mass - beta.
 bool isLinearMode(int mode) {
     return mode == 0 || mode == 4;
 }
 
+/// raw = alpha / mass^2 + freqHigh / mass + beta.
 bool isQuadraticMode(int mode) {
     return mode == 1 || mode == 3 || mode == 5 || mode == 6;
 }
 
+/// The raw mode moves the axis, so that constants with different ones are not equal.
 bool equalRawMode(int mode, const ICalibrationConstantsFunctional& other) {
     const auto* const ftms = dynamic_cast<const ICalibrationConstantsFunctionalFTMS*>(&other);
     return ftms != nullptr && ftms->GetFTMSRawMode() == mode;
@@ -140,6 +143,7 @@ bool CalibrationConstantsPhysicalFTMS::IsEqual(const ICalibrationConstantsPhysic
 }
 
 double CalibrationConstantsPhysicalFTMS::GetA0() const {
+    // Index 0 has the highest frequency.
     return axisOf(m_calibMode, "GetA0") == Axis::Index ? 0.0 : m_freqWidth + base();
 }
 
@@ -152,6 +156,7 @@ void CalibrationConstantsPhysicalFTMS::AssimilateIndexOffset(double indexOffset)
     const Axis axis = axisOf(m_calibMode, "AssimilateIndexOffset");
     if (axis == Axis::Index)
         return;
+    // The offset goes into the low frequency, which counts from now on whatever the raw mode was.
     m_freqLow = base() - indexOffset * m_freqWidth / stepsOf(axis, m_size);
     m_ftmsRawMode = 0;
 }

@@ -38,6 +38,7 @@ bool CalibrationConstantsPhysicalPaladin::IsEqual(const ICalibrationConstantsPhy
 
 void CalibrationConstantsPhysicalPaladin::AdaptRawStart(double rawStart) {
     const double perMass = m_measurementsPerRawMass;
+    // Algebra would cancel the two begins, rounding does not: the bits are those of this order.
     double begin = m_beginRawMass + (perMass * rawStart - m_beginRawMass);
     if ((begin + 1.0) / perMass < rawStart)
         begin = begin + 1.0;

@@ -24,6 +24,7 @@ bool CalibrationConstantsFunctionalTOF1::IsEqual(const ICalibrationConstantsFunc
         *this, other);
 }
 
+/// C1 = 1e12 / c1.
 double CalibrationConstantsFunctionalTOF1::GetC1() const {
     return CalibrationTOFUtilities::StoredC1ToComputation(m_stored.c1);
 }
@@ -55,6 +56,7 @@ bool CalibrationConstantsPhysicalTOF::IsEqual(const ICalibrationConstantsPhysica
 void CalibrationConstantsPhysicalTOF::AdaptRawStart(double rawStart) {
     // Slack against rounding, in raw units: a start that lies on the grid stays there.
     constexpr double slack = 1e-8;
+    // The start is kept on the grid of samples: whole steps, corrected by one where the division was rounded.
     const std::int32_t steps = Utilities::truncateToIndex((rawStart - m_timeDelay) / m_timeBase);
     double delay = steps * m_timeBase + m_timeDelay;
     if (rawStart - slack > delay + m_timeBase)

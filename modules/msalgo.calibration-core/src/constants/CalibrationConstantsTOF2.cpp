@@ -16,12 +16,14 @@ std::shared_ptr<ICloneable> CalibrationConstantsFunctionalTOF2::Clone() const {
 }
 
 bool CalibrationConstantsFunctionalTOF2::IsEqual(const ICalibrationConstantsFunctional& other) const {
+    // The shift is no part of the cubic view: TOF1 constants with the same numbers are not equal.
     const auto* const shift = dynamic_cast<const ICalibrationConstantsFunctionalComputationShift*>(&other);
     return equalFunctional<ICalibrationConstantsFunctionalTOF2, ICalibrationConstantsFunctionalComputationCubic>(
                *this, other) &&
            shift != nullptr && Utilities::relativelyEqual(m_c4, shift->GetShift());
 }
 
+/// C1 = 1e12 / c1.
 double CalibrationConstantsFunctionalTOF2::GetC1() const {
     return CalibrationTOFUtilities::StoredC1ToComputation(m_stored.c1);
 }

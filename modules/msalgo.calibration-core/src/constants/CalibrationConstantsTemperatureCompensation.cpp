@@ -94,6 +94,7 @@ bool TemperatureCompensated<Law>::IsEqual(const ICalibrationConstantsFunctional&
     if (!Law::IsEqual(other))
         return false;
     const auto* const compensated = dynamic_cast<const TemperatureCompensated*>(&other);
+    // A plain law with the same numbers computes alike, and counts as equal.
     return compensated == nullptr ||
            (m_mode == compensated->m_mode && Utilities::relativelyEqual(m_measTemp, compensated->m_measTemp) &&
             Utilities::relativelyEqual(m_correctionFactors, compensated->m_correctionFactors));
@@ -121,6 +122,7 @@ void CalibrationConstantsFunctionalTOF1TemperatureCompensation::AdaptToReference
     const Values& measured = GetMeasuredTemperatures();
     const auto& law = referenceLaw<CalibrationConstantsFunctionalTOF1>(reference, measured, g_tof1Texts);
     SetCompensationMode(adaptedMode(measured));
+    // Only the mode has changed: a spectrum of other sensors keeps its own law.
     if (!sameSize(measured, referenceTemperatures, correctionFactors))
         return;
     const double k = expansion(measured, referenceTemperatures, correctionFactors);

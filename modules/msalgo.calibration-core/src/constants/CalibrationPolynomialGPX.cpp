@@ -14,6 +14,7 @@ std::shared_ptr<ICloneable> CalibrationPolynomialGPX::Clone() const {
 }
 
 int CalibrationPolynomialGPX::GetOrder() const {
+    // An empty polynomial is written as one of order 0.
     return m_coefficients.empty() ? 0 : static_cast<int>(m_coefficients.size()) - 1;
 }
 

@@ -26,6 +26,7 @@ void CalibrationPolynomialKITE1::SetParentMass(double mass) {
     adapt();
 }
 
+/// rho; 1 where one of the masses is none.
 double CalibrationPolynomialKITE1::massRatio() const {
     return Utilities::isParentMass(m_numbers.parentMass) && Utilities::isParentMass(m_numbers.calibrationParentMass)
                ? m_numbers.parentMass / m_numbers.calibrationParentMass
@@ -40,6 +41,7 @@ void CalibrationPolynomialKITE1::adapt() {
 }
 
 ICalibrationPolynomial::Range CalibrationPolynomialKITE1::GetArgRange() const {
+    // Times grow with the root of the mass.
     const double root = std::sqrt(massRatio());
     return {m_numbers.calibTimeRange.first * root, m_numbers.calibTimeRange.second * root};
 }

@@ -46,6 +46,7 @@ std::size_t nearestParent(const std::vector<Polynomial>& parents, double mass) {
 
 /// Sets the range that both hold in, or that of `first` if there is none.
 void setCommonRange(Polynomial& mixed, const Polynomial& first, const Polynomial& second, double firstMass) {
+    // One without a range holds everywhere.
     const Polynomial& bounded = first.IsBounded() ? first : second;
     mixed.argLow = bounded.argLow;
     mixed.argHigh = bounded.argHigh;
@@ -93,6 +94,7 @@ Polynomial forParentMass(const Numbers& numbers) {
         return interpolate(parents[first].ScaledTo(mass), parents[first].parentMass, parents[first + 1].ScaledTo(mass),
                            parents[first + 1].parentMass, mass, byRoots);
     };
+    // At the mass of a parent, and outside all of them, there is nothing to mix.
     if (mass > parents[nearest].parentMass && nearest + 1 < parents.size())
         return mix(nearest);
     if (mass < parents[nearest].parentMass && nearest > 0)

@@ -15,6 +15,7 @@ using Utilities::relativelyEqual;
 
 CalibrationPolynomialSimple CalibrationPolynomialSimple::ScaledTo(double mass) const {
     CalibrationPolynomialSimple scaled = *this;
+    // No mass, no scale: the polynomial holds for all of them.
     if (!Utilities::isParentMass(parentMass) || !Utilities::isParentMass(mass))
         return scaled;
     const double u = std::sqrt(parentMass / mass);

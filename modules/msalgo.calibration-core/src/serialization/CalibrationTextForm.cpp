@@ -38,6 +38,7 @@ CalibrationTextForm::TransformatorPtr CalibrationTextForm::ReadConstants(
     if (texts.oneLine)
         reader.LimitToLine();
     auto transformator = texts.read(fields, version, factory);
+    // What follows the constants, a correction, may stand in other lines.
     reader.LiftLimit();
     return transformator;
 }

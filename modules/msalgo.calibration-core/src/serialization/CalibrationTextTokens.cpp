@@ -18,6 +18,7 @@ constexpr std::string_view g_vectorPrefix = "V1.0VectorDouble";
 
 template <class Number>
 std::optional<Number> numberOf(std::string_view token) {
+    // A lone sign stays, and is no number.
     if (token.size() > 1 && token[0] == '+' && token[1] != '-')
         token.remove_prefix(1);
     Number number{};
@@ -31,6 +32,7 @@ std::optional<Number> numberOf(std::string_view token) {
 }  // namespace
 
 std::string_view CalibrationTextReader::Token() {
+    // At the end, of the line or of the text, tokens are empty, however often one is asked for.
     const std::string_view left = m_text.substr(0, m_end);
     const std::size_t begin = std::min(left.find_first_not_of(g_blanks, m_position), m_end);
     m_position = std::min(left.find_first_of(g_blanks, begin), m_end);
@@ -87,6 +89,7 @@ CalibrationTextWriter& CalibrationTextWriter::operator<<(int value) {
 }
 
 CalibrationTextWriter& CalibrationTextWriter::operator<<(double value) {
+    // Seventeen recover every double; the form has eighteen.
     constexpr int digits = 18;
     char buffer[64];
     const auto end = std::to_chars(std::begin(buffer), std::end(buffer), value, std::chars_format::general, digits).ptr;

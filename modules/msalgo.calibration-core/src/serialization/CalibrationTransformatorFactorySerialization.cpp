@@ -89,6 +89,7 @@ CalibrationFamily storedFamilyOf(const ICalibrationTransformator& transformator)
 void writeBlob(const TransformatorPtr& transformator, BlobForm form, std::vector<unsigned char>& blob) {
     const CorrectedLaw parts = withoutCorrections(transformator);
     const BlobForms& blobs = *findRow(storedFamilyOf(*parts.law))->blobs;
+    // The type is asked before anything is written: a family may refuse the form.
     CalibBlobWriteAccess access(blob);
     const std::uint16_t hasGpx = parts.corrections.empty() ? 0 : 1;
     CalibratorUtil::WriteRecord(access, CalibBlobHead{blobs.typeOf(*parts.law, form), hasGpx});
@@ -114,6 +115,7 @@ struct TextHead {
     int rangeHigh = std::numeric_limits<std::int32_t>::max();
 };
 
+/// The version of a text, 1 to 3; each adds to the one before: 2 the offset and the range, 3 the correction.
 int GetStringVersionNumberOfStringPrefix(std::string_view token) {
     constexpr std::string_view versions[] = {"V1.0CCalibrator", "V2.0CCalibrator", "V3.0CCalibrator"};
     const auto* const found = std::find(std::begin(versions), std::end(versions), token);
@@ -133,6 +135,7 @@ struct WrittenParts {
 
 WrittenParts partsOf(const TransformatorPtr& transformator) {
     WrittenParts parts{{}, nullptr, transformator};
+    // Rounded as every index of a text: 0.5 is added and the rest cut toward zero.
     parts.head.indexOffset = Utilities::truncateToIndex(transformator->GetIndexOffset() + 0.5);
     if (const auto* const bounds =
             dynamic_cast<const ICalibrationTransformatorIndexBoundsChecker*>(transformator.get())) {
@@ -146,6 +149,7 @@ WrittenParts partsOf(const TransformatorPtr& transformator) {
     parts.law = inside.law;
     if (!inside.corrections.empty())
         parts.correction = inside.corrections.front();
+    // A text always holds the words of a correction.
     if (!parts.correction)
         parts.correction = std::make_shared<Constants::CalibrationPolynomialGPX>();
     return parts;
@@ -160,6 +164,7 @@ TextHead readTextHead(CalibrationTextReader& reader) {
     };
     TextHead head{GetStringVersionNumberOfStringPrefix(reader.Token()), CalibrationFamily{integer()}};
     const int kind = integer();
+    // Three codes are known, which mean the same to a reader; 1 is written.
     if (kind != 1 && kind != 100 && kind != 109)
         throwInvalidText();
     if (head.version >= 2) {
@@ -187,10 +192,12 @@ TransformatorPtr CalibrationTransformatorFactorySerialization::DeserializeFromBl
     CalibBlobReadAccess access(blob);
     const auto head = CalibratorUtil::ReadRecord<CalibBlobHead>(access);
     const BlobType* const type = findBlobType(head.type);
+    // 255, which stands for no transformator, is such a type as well.
     if (type == nullptr)
         return nullptr;
     auto transformator = type->read(access, *m_factory);
     access.SeekToFarthest();  // arrays may stand in any order, and overlap
+    // Looked at after the block: a cut block fails first.
     if (head.hasGpx > 1)
         BOOST_THROW_EXCEPTION(
             std::runtime_error("kvan::calibration::CalibrationTransformatorFactorySerialization::DeserializeFromBlob: "
@@ -228,6 +235,7 @@ TransformatorPtr CalibrationTransformatorFactorySerialization::DeserializeFromSt
     CalibrationTextReader reader(text);
     const TextHead head = readTextHead(reader);
     auto transformator = CalibrationTextForm::ReadConstants(head.strategy, reader, *m_factory);
+    // From the inside out: the correction, the offset of the whole, the bounds around all of it.
     if (head.version == 3) {
         const auto polynomial = GpxStoredForms::ReadText(reader);
         if (polynomial->GetUse())
@@ -248,6 +256,7 @@ std::string CalibrationTransformatorFactorySerialization::SerializeToString(
     const WrittenParts parts = partsOf(transformator);
     storedFamilyOf(*parts.law);
     const CalibrationFamily strategy = CalibrationTextForm::StrategyOf(*parts.law);
+    // The strategy of a text is that of the plain law only where a text loses something.
     if (strategy != familyOf(*parts.law)) {
         const auto logger =
             logging::Logger::getLogger("kvan.calibration_core.CalibrationTransformatorFactorySerialization");

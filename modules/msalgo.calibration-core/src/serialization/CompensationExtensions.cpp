@@ -48,6 +48,7 @@ constexpr const char* g_reader = "kvan::calibration::CalibrationTransformatorFac
 
 /// Goes to the end of the block that began at `start`. Nothing may follow it.
 void endAtBlockEnd(CalibBlobReadAccess& access, std::size_t start, std::uint32_t wholeSize, const char* operation) {
+    // The size counts from the block: it is a claim, so the end is sought, not assumed.
     if (!access.Seek(start + wholeSize))
         CalibratorUtil::ThrowReadFailure();
     if (!access.IsAtEnd())
@@ -180,6 +181,7 @@ void SerializeExtension(const ICalibrationTransformator& transformator, BlobForm
     const auto& compensation = dynamic_cast<const Compensation&>(*functional);
     const std::size_t temperatures = compensation.GetMeasuredTemperatures().size();
     const std::size_t factors = compensation.GetCorrectionFactors().size();
+    // One value has its place in the block itself.
     if (form == BlobForm::Plain && factors > 1)
         writeExtension(compensation, access);
     if (form == BlobForm::Reference && (temperatures > 1 || factors > 1))
@@ -198,6 +200,7 @@ void requireReferenceData(const Compensation& compensation) {
 }
 
 bool holdsReferenceData(const Compensation& compensation) {
+    // Neither is a plain reference; one without the other is a fault.
     if (compensation.GetMeasuredTemperatures().empty() && compensation.GetCorrectionFactors().empty())
         return false;
     requireReferenceData(compensation);

@@ -20,6 +20,7 @@ using Fields = CalibrationTextFields;
 
 /// The linear law has words of its own for constants of another one.
 void writeFtmsBlock(const ICalibrationTransformator& transformator, BlobForm form, CalibBlobWriteAccess& access) {
+    // By the class, not by the constants, which may be of any law.
     const bool isLinear = dynamic_cast<const ICalibrationTransformatorFTMSQuadratic*>(&transformator) == nullptr;
     if (isLinear &&
         !std::dynamic_pointer_cast<ICalibrationConstantsFunctionalFTMS04>(transformator.GetFunctionalConstants()))
@@ -61,6 +62,7 @@ TransformatorPtr readFtms(Fields& fields, std::size_t, const Factory& factory) {
     const double freqLow = fields.Double();
     const double freqWidth = fields.Double();
     const int calibMode = fields.Int();
+    // Before the numbers after it, which a mode without a law need not have.
     checkFtmsMode(calibMode);
     const int ftmsRawMode = fields.Int();
     const int size = fields.Int();
@@ -74,6 +76,7 @@ void writeFtms(const ICalibrationTransformator& transformator, CalibrationTextWr
     const WrittenConstants constants(transformator);
     const auto& axis = constants.axis<ICalibrationConstantsPhysicalFTMS>();
     if (const auto* const linear = constants.lawIf<ICalibrationConstantsFunctionalFTMS04>()) {
+        // The linear law has no alpha.
         writer << 0.0 << linear->GetBeta() << linear->GetFreqHigh();
     } else {
         const auto& quadratic = constants.law<ICalibrationConstantsFunctionalFTMS1356>();

@@ -23,6 +23,7 @@ void requireGpx(bool condition) {
 }  // namespace
 
 GpxStoredForms::PolynomialPtr GpxStoredForms::ReadBlob(CalibBlobReadAccess& access) {
+    // The offset of the coefficients counts from here, not from the blob.
     const std::size_t start = access.Position();
     const auto head = CalibratorUtil::ReadRecord<GPXCalibrationHead>(access);
     auto coefficients = CalibratorUtil::ReadDoubles(access, start, head.coefficientsOffset, head.coefficientsCount);
@@ -39,12 +40,14 @@ void GpxStoredForms::WriteBlob(const ICalibrationPolynomialGPX& polynomial, Cali
     head.maxMass = polynomial.GetGlobalMassRange().second;
     head.use = polynomial.GetUse() ? 1 : 0;
     head.coefficientsCount = storedCount(coefficients.size());
+    // Written also with a count of 0.
     head.coefficientsOffset = sizeof head;
     CalibratorUtil::WriteRecord(access, head);
     CalibratorUtil::WriteDoubles(access, coefficients);
 }
 
 GpxStoredForms::PolynomialPtr GpxStoredForms::ReadText(CalibrationTextReader& reader) {
+    // Order and words are fixed: a text is read as it is written, token by token.
     const auto word = [&](const char* expected) { requireGpx(reader.Token() == expected); };
     const auto number = [&](const char* name) {
         word(name);

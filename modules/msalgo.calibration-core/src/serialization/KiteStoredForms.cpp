@@ -38,6 +38,7 @@ std::vector<Polynomial> readPolynomials(CalibBlobReadAccess& access, std::size_t
         return polynomials;
     if (!access.Seek(start) || count > access.BytesLeft() / sizeof(CalibPolynomialRecord))
         CalibratorUtil::ThrowReadFailure();
+    // Each one begins where the coefficients of the one before end, by its own claim.
     for (std::size_t k = 0; k < count; ++k) {
         StoredPolynomial stored = readPolynomial(access, start);
         polynomials.push_back(std::move(stored.polynomial));
@@ -51,6 +52,7 @@ Constants::CalibrationPolynomialKITE2::Numbers withoutInterpolation(
     auto numbers = polynomial.GetNumbers();
     if (numbers.interpolationMode == 0)
         return numbers;
+    // Scaling to its own mass changes nothing, so that mode 0 gives this polynomial back.
     numbers.parents = {polynomial.GetCurrentPolynomial()};
     numbers.vc0.clear();
     return numbers;
@@ -103,6 +105,7 @@ void writeKite2(const ICalibrationTransformator& kite, BlobForm, CalibBlobWriteA
     if (polynomial.GetNumbers().interpolationMode != 0)
         warnOfLostInterpolation();
     const auto numbers = withoutInterpolation(polynomial);
+    // Global polynomial, parents and VC0 follow the block without gaps.
     std::size_t vc0Offset = sizeof(KITE2CalibrationBlock) + storedSize(numbers.global);
     const std::size_t firstParentOffset = vc0Offset;
     for (const Polynomial& parent : numbers.parents)

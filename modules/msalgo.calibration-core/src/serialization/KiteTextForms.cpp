@@ -51,6 +51,7 @@ TransformatorPtr readKite1(CalibrationTextFields& fields, std::size_t version, c
     const auto tof = CalibrationTextForm::ReadConstants(CalibrationFamily::Tof, fields.Reader(), factory);
     CalibrationTextStream stream(fields);
     Constants::CalibrationPolynomialKITE1::Numbers numbers;
+    // Three numbers without a use here; 0 is written.
     stream.DropInts(3);
     numbers.ignoreIndexBounds = version >= V2_1 && stream.Bool();
     numbers.parentMass = stream.Double();
@@ -65,6 +66,7 @@ TransformatorPtr readKite1(CalibrationTextFields& fields, std::size_t version, c
     numbers.indexRange.first = stream.Int();
     numbers.indexRange.second = stream.Int();
     requireGood(stream, "calibMode");
+    // What the numbers are followed by depends on the version alone; a missing tail shows only as a bad stream.
     if (version == V2_0 || version == V2_1) {
         stream.DropTailOfSecondVersion();
     } else if (version == V1_0) {
@@ -75,6 +77,7 @@ TransformatorPtr readKite1(CalibrationTextFields& fields, std::size_t version, c
         stream.DropInts(1);
         requireGood(stream, "iDummy");
     }
+    // The mode stands with the polynomial, and belongs to the time axis.
     tof->SetCalibMode(calibMode);
     return factory.createTransformatorKite(tof, numbers);
 }
@@ -110,6 +113,7 @@ TransformatorPtr readKite2(CalibrationTextFields& fields, std::size_t, const Fac
     numbers.indexRange.first = fields.Int();
     numbers.indexRange.second = fields.Int();
     numbers.ignoreIndexBounds = fields.Int() != 0;
+    // Numbers without a use here; 0 is written.
     for (int unread = 0; unread < 3; ++unread)
         fields.Int();
     return factory.createTransformatorKite2(tof, numbers);

@@ -19,6 +19,7 @@ using Fields = CalibrationTextFields;
 // The numbers of a line are read one by one: arguments of a call have no order.
 
 TransformatorPtr readLinear(Fields& fields, std::size_t, const Factory& factory) {
+    // The line between index and raw value, then the one between raw value and mass.
     const double a0 = fields.Double();
     const double a1 = fields.Double();
     const double c0 = fields.Double();

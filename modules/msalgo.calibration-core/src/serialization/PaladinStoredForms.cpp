@@ -18,6 +18,7 @@ using Fields = CalibrationTextFields;
 // The numbers of a line are read one by one: arguments of a call have no order.
 
 TransformatorPtr readPaladin(Fields& fields, std::size_t, const Factory& factory) {
+    // c0, c1, c2 and the mode of the law, then the scale.
     const double c0 = fields.Double();
     const double c1 = fields.Double();
     const double c2 = fields.Double();

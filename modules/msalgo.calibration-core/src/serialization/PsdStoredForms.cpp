@@ -49,6 +49,7 @@ void writePsdBlock(const ICalibrationTransformator& psd, BlobForm, CalibBlobWrit
     block.spcCount = storedCount(numbers.spc.size());
     block.ocpCount = storedCount(numbers.ocp.size());
     block.classicCount = storedCount(numbers.classic.size());
+    // The arrays follow in the order of their offsets, without gaps.
     block.spcOffset = sizeof block;
     block.ocpOffset = block.spcOffset + block.spcCount * std::uint32_t{sizeof(double)};
     block.classicOffset = block.ocpOffset + block.ocpCount * std::uint32_t{sizeof(double)};
@@ -71,6 +72,7 @@ TransformatorPtr readPsd(CalibrationTextFields& fields, std::size_t version, con
     CalibrationTextStream stream(fields);
     Polynomial::Numbers numbers;
     const int mode = stream.Int();
+    // A mode that could not be read is a damaged text, not an unknown mode.
     requireGood(stream);
     requireFastMode(mode);
     numbers.uRefFull = stream.Double();

@@ -23,6 +23,7 @@ using Fields = CalibrationTextFields;
 using Compensation = ICalibrationConstantsFunctionalTemperatureCompensation;
 
 TransformatorPtr readTof2Compensated(CalibBlobReadAccess& access, const Factory& factory) {
+    // Offsets of arrays count from the block, which begins after the head of the blob.
     const std::size_t start = access.Position();
     const auto block = CalibratorUtil::ReadRecord<Tof2TempCorrCalibrationBlock>(access);
     auto factors = CalibratorUtil::ReadDoubles(access, start, block.factorsOffset, block.factorsCount);
@@ -43,6 +44,7 @@ void writeCompensatedTof2(const ICalibrationTransformator& transformator, const 
     Tof2TempCorrCalibrationBlock block{};
     CCOConversionUtil::MapCCO2QSF(transformator, block);
     block.factorsCount = boost::numeric_cast<std::uint32_t>(factors.size());
+    // A count of 0 makes the offset meaningless; 0 is written.
     block.factorsOffset = factors.empty() ? 0 : sizeof block;
     CalibratorUtil::WriteRecord(access, block);
     CalibratorUtil::WriteDoubles(access, factors);
@@ -77,6 +79,7 @@ void writeTof2Block(const ICalibrationTransformator& transformator, BlobForm for
                                        : writeBlock<TOF2CalibrationRefBlock>(transformator, access);
     if (form == BlobForm::Plain)
         return writeCompensatedTof2(transformator, *compensation, access);
+    // A reference without data would be read back as the plain law.
     requireReferenceData(*compensation);
     writeCompensatedTof2Reference(transformator, *compensation, access);
 }
@@ -118,6 +121,7 @@ void writeTof2(const ICalibrationTransformator& transformator, CalibrationTextWr
 }
 
 TransformatorPtr readTof2Compensated(Fields& fields, std::size_t, const Factory& factory) {
+    // The line of the plain law stands inside, with its own prefix.
     fields.Prefix(g_prefixes);
     const Tof2Numbers numbers = readTof2Numbers(fields);
     const auto mode = Compensation::compensationModeFromInt(fields.Int());

@@ -24,6 +24,7 @@ std::uint16_t tofTypeOf(const ICalibrationTransformator& transformator, BlobForm
     if (form == BlobForm::Plain)
         return compensation && compensation->GetCorrectionFactors().size() == 1 ? TOFCORRCalibrationBlock::Type
                                                                                 : TOFCalibrationBlock::Type;
+    // Reference data that are half there throw here.
     if (!compensation || !holdsReferenceData(*compensation))
         return TOFCalibrationRefBlock::Type;
     return compensation->GetMeasuredTemperatures().size() == 1 && compensation->GetCorrectionFactors().size() == 1

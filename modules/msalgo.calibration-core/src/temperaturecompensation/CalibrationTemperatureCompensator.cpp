@@ -18,12 +18,14 @@ ICalibrationTemperatureCompensator::TransformatorPtr CalibrationTemperatureCompe
     const auto functional = functionalConstantsOf(*transformator);
     const auto compensation =
         std::dynamic_pointer_cast<ICalibrationConstantsFunctionalTemperatureCompensation>(functional);
+    // A spectrum without temperatures cannot be adapted.
     if (!compensation)
         return result;
     result->SetPhysicalConstants(transformator->GetPhysicalConstants());
     compensation->AdaptToReference(*m_reference->GetFunctionalConstants(), m_referenceTemperatures,
                                    m_correctionFactors);
     result->SetFunctionalConstants(functional);
+    // What comes out is the calibration of a spectrum, not a reference.
     result->SetMeasurementModeInfo(nullptr);
     return result;
 }

@@ -29,6 +29,7 @@ std::shared_ptr<ICalibrationTransformator> addTemperatureCompensationInfo(
         std::make_shared<Constants::CalibrationConstantsFunctionalTOF1TemperatureCompensation>(*law);
     compensated->SetMeasuredTemperatures(temperatures);
     compensated->SetCorrectionFactors(factors);
+    // The argument stays as it is; a correction around the law is copied along.
     auto copy = cloneObject(transformator);
     copy->SetFunctionalConstants(compensated);
     return copy;

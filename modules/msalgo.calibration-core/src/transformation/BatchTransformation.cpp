@@ -15,6 +15,7 @@ namespace kvan::calibration::Transformation {
 
 namespace {
 
+/// Elements a block: 32 KiB of doubles, long against the handing out of a block and short against an array.
 constexpr std::size_t g_blockSize = 4096;
 
 /// Nanoseconds of work from which a fork pays: waking a team costs microseconds, beside a busy neighbour milliseconds.
@@ -27,6 +28,7 @@ bool insideParallelRegion() {
 }
 
 bool convertBlocks(std::size_t count, double cost, const BlockConversion& convert) {
+    // The cost decides, not the count: a cheap law needs a longer array.
     const bool fork = static_cast<double>(count) * cost >= g_workWorthForking && omp_get_max_threads() > 1;
     const auto blocks = static_cast<std::int64_t>((count + g_blockSize - 1) / g_blockSize);
     bool failed = false;  // each thread has its own in the loop; from its first failure on it skips its blocks

@@ -25,6 +25,7 @@ using StoredAxis = Constants::CalibrationConstantsPhysicalLinear;
 using StoredLaw = Constants::CalibrationConstantsFunctionalLinear;
 
 std::shared_ptr<ICalibrationTransformator> make(Factory::FunctionalPtr functional, Factory::PhysicalPtr physical) {
+    // One class whatever the slope is.
     return adopt<CalibrationTransformatorLinear, StoredAxis, StoredLaw>(std::move(functional), std::move(physical));
 }
 

@@ -13,6 +13,7 @@ double ICalibrationTransformator::IndexWidthToMassWidth(double mass, double widt
     const double centre = MassToDIndex(mass);
     double lower = centre - width * 0.5;
     double upper = centre + width * 0.5;
+    // An index below 0 has no sample.
     if (0.0 > lower) {
         upper = upper - lower;
         lower = 0.0;
@@ -24,6 +25,7 @@ double ICalibrationTransformator::MassWidthToIndexWidth(double mass, double widt
     double lower = mass - width * 0.5;
     double upper = mass + width * 0.5;
     const double start = IndexToMass(0);
+    // Also where the lower end is NaN.
     if (!(lower > start)) {
         lower = start;
         upper = start + width;

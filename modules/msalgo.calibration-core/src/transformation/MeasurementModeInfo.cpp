@@ -8,6 +8,7 @@ namespace kvan::calibration::Transformation {
 
 namespace {
 
+/// A code and what a dump says for it.
 struct Word {
     std::uint8_t value;
     const char* text;
@@ -32,6 +33,7 @@ void write(std::ostream& sink, std::uint8_t value, const Word (&words)[Count]) {
 }  // namespace
 
 bool MeasurementModeInfo::IsComplete() const {
+    // A reference is found by all four of them.
     return m_polarity != Unknown && m_acquisitionMode != Unknown && m_scanMode != Unknown && m_msmsLevel != Unknown;
 }
 

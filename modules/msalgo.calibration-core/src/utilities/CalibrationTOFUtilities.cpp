@@ -29,6 +29,7 @@ const char* const g_setTof1 = "SetMainCalibConstants(transformator, c0, c1, c2)"
 
 template <class Law>
 void setStored(Law& law, double c0, double c1, double c2) {
+    // Stored values: both views change with them.
     law.SetStoredC0(c0);
     law.SetStoredC1(c1);
     law.SetStoredC2(c2);
@@ -40,6 +41,7 @@ void CalibrationTOFUtilities::GetMainCalibConstants(const ICalibrationTransforma
                                                     double& c1, double& c2, double& c3, double& dm) const {
     const auto functional = transformator.GetFunctionalConstants();
     const auto& law = viewOf<ICalibrationConstantsFunctionalTOF2>(functional, g_getTof2);
+    // Both views are asked before a result is written: a failure leaves all of them as they were.
     dm = viewOf<ICalibrationConstantsFunctionalComputationShift>(functional, g_getTof2).GetShift();
     c0 = law.GetStoredC0();
     c1 = law.GetStoredC1();
@@ -60,6 +62,7 @@ void CalibrationTOFUtilities::SetMainCalibConstants(ICalibrationTransformator& t
                                                     double c2, double c3, double dm) const {
     const auto functional = transformator.GetFunctionalConstants();
     auto& law = viewOf<ICalibrationConstantsFunctionalTOF2>(functional, g_setTof2);
+    // On a copy, so that a failure changes nothing.
     viewOf<ICalibrationConstantsFunctionalComputationShift>(functional, g_setTof2).SetShift(dm);
     setStored(law, c0, c1, c2);
     law.SetStoredC3(c3);

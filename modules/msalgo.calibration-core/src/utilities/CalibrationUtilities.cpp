@@ -46,6 +46,7 @@ public:
     std::shared_ptr<ICalibrationTransformator> PeelDecorators(
         const std::shared_ptr<ICalibrationTransformator>& transformator) const override {
         auto innermost = transformator;
+        // Each step copies what it peels; the argument stays as it is.
         while (const auto* decorator = dynamic_cast<const ICalibrationTransformatorDecorator*>(innermost.get()))
             innermost = decorator->GetDecoratedTransformator();
         return innermost;
@@ -73,6 +74,7 @@ public:
     double StandardDeviation(const ICalibrationTransformator& transformator, const Values& raws,
                              const Values& referenceMasses, MassErrorUnit unit) const override {
         const Values errors = errorsOf(transformator, raws, referenceMasses, unit);
+        // The divisor is one less than the number of errors.
         if (errors.size() < 2)
             return 0.0;
         const auto count = static_cast<double>(errors.size());

@@ -22,6 +22,7 @@ std::pair<double, double> monotonicPolyShiftedSqrtRange(const std::vector<double
         BOOST_THROW_EXCEPTION(std::runtime_error("Mass->time mapping not defined for specified value of 'm0'"));
     auto [lower, upper] = math::monotonicPolyRange(polynomial, std::sqrt(x));
     KVAN_LOG(logger, TRACE) << "Calculated monotonic x range is: [" << lower << ", " << upper << "]";
+    // t is a root: what lies below 0 is no mass.
     if (lower < 0.0)
         lower = 0.0;
     const std::pair<double, double> masses{std::pow(lower, 2.0) - shift, std::pow(upper, 2.0) - shift};
@@ -31,6 +32,7 @@ std::pair<double, double> monotonicPolyShiftedSqrtRange(const std::vector<double
 
 TofPolynomial::TofPolynomial(const ICalibrationConstantsFunctional& constants) : c3(0.0), shift(0.0) {
     double c1 = 0.0;
+    // TOF2 first: its constants are no TOF1 constants, but an object may offer both.
     if (const auto* const tof2 = dynamic_cast<const ICalibrationConstantsFunctionalTOF2*>(&constants)) {
         c0 = tof2->GetStoredC0();
         c1 = tof2->GetStoredC1();

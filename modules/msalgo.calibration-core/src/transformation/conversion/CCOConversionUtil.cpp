@@ -70,6 +70,7 @@ using CompensatedTof2 = Constants::CalibrationConstantsFunctionalTOF2Temperature
 
 }  // namespace
 
+/// Codes of a block count otherwise than modes: 255 is what writers put for none.
 ENUM_TEMPERATURE_COMPENSATION_MODE CCOConversionUtil::modeOfCode(std::int32_t compensationCode) {
     switch (compensationCode) {
         case 0:
@@ -136,6 +137,7 @@ CCOConversionUtil::TransformatorPtr CCOConversionUtil::MapQSF2CCO(const TOFCORRC
 CCOConversionUtil::TransformatorPtr CCOConversionUtil::MapQSF2CCO(const Tof2TempCorrCalibrationRefBlock& block,
                                                                   Values temperatures, Values factors,
                                                                   const Factory& factory) {
+    // A reference that was measured without temperatures is no compensated one.
     if (temperatures.empty() && factors.empty())
         return asReference(MapQSF2CCO(block.tof2, factory), block.key);
     return asReference(
@@ -159,6 +161,7 @@ CCOConversionUtil::TransformatorPtr CCOConversionUtil::MapQSF2CCO(const FTMSCali
 
 CCOConversionUtil::TransformatorPtr CCOConversionUtil::asReference(TransformatorPtr transformator,
                                                                    const CalibKey& key) {
+    // Whatever has a mode is a reference and is written as one.
     transformator->SetMeasurementModeInfo(std::make_shared<Transformation::MeasurementModeInfo>(
         key.polarity, key.acquisitionMode, key.scanMode, key.msLevel));
     return transformator;
@@ -169,6 +172,7 @@ CalibKey CCOConversionUtil::keyOf(const ICalibrationTransformator& transformator
     if (!mode)
         BOOST_THROW_EXCEPTION(
             std::invalid_argument("CCOConversionUtil::MapCCO2QSF: no mode of GetMeasurementModeInfo."));
+    // The bytes of a key stand in another order than the arguments of a mode.
     return {mode->GetAcquisitionMode(), mode->GetPolarity(), mode->GetMSMSLevel(), mode->GetScanMode()};
 }
 
@@ -190,6 +194,7 @@ CCOConversionUtil::TransformatorPtr CCOConversionUtil::MapQSF2CCO(const LINEARCa
 }
 
 void CCOConversionUtil::MapCCO2QSF(const ICalibrationTransformator& transformator, TOFCalibrationBlock& block) {
+    // The axis first: it fails in its own words.
     const auto physical = transformator.GetPhysicalConstants();
     MapTOFPhysicalConstants2QSF(physical.get(), block);
     const auto functional = transformator.GetFunctionalConstants();
@@ -207,6 +212,7 @@ void CCOConversionUtil::MapCCO2QSF(const ICalibrationTransformator& transformato
     const auto functional = transformator.GetFunctionalConstants();
     const auto& law = viewFor<Constants::CalibrationConstantsFunctionalTOF2>(
         functional, "TOF2CalibrationBlock", "GetFunctionalConstants", "ICalibrationConstantsFunctionalTOF2");
+    // c4 is the shift.
     block = {axis.GetTimeDelay(), axis.GetTimeBase(), law.GetStoredC0(), law.GetStoredC1(),
              law.GetStoredC2(),   law.GetStoredC3(),  law.GetShift()};
 }
@@ -216,6 +222,7 @@ void CCOConversionUtil::MapCCO2QSF(const ICalibrationTransformator& transformato
     const auto functional = transformator.GetFunctionalConstants();
     const auto& law = compensationOf(functional, "TOFCORRCalibrationBlock");
     block.compensationCode = codeOfMode(law.GetCompensationMode());
+    // The type was chosen by the number of values: there is one.
     block.correctionFactor = law.GetCorrectionFactors().at(0);
 }
 
@@ -253,6 +260,7 @@ void CCOConversionUtil::MapCCO2QSF(const ICalibrationTransformator& transformato
     const auto physical = transformator.GetPhysicalConstants();
     const auto& axis = viewFor<ICalibrationConstantsPhysicalFTMS>(
         physical, "FTMSCalibrationBlock", "GetPhysicalConstants", "ICalibrationConstantsPhysicalFTMS");
+    // Both sets of constants hold the mode; that of the law counts.
     const int mode = functional->GetCalibMode();
     block.calibMode = mode;
     block.ftmsRawMode = law.GetFTMSRawMode();
@@ -271,6 +279,7 @@ void CCOConversionUtil::MapCCO2QSF(const ICalibrationTransformator& transformato
             return;
         }
         case 1:
+        // Modes 3 and 6 have constants and a block, but no transformator.
         case 3:
         case 5:
         case 6: {
@@ -315,6 +324,7 @@ void CCOConversionUtil::MapTOFPhysicalConstants2QSF(const ICalibrationConstantsP
     if (axis == nullptr)
         BOOST_THROW_EXCEPTION(
             std::invalid_argument("Physical constants not of type ICalibrationConstantsPhysicalTOF."));
+    // The law is no law: c1 = 1.0 only keeps the conversion of c1 finite.
     block = {axis->GetTimeDelay(), axis->GetTimeBase(), 0.0, 1.0, 0.0};
 }
 

@@ -78,6 +78,7 @@ CCOConversionUtil::TransformatorPtr CCOConversionUtil::MapQSF2CCO(const PSDCalib
                                                                   const Values& ocp, const Values& classic,
                                                                   const Factory& factory) {
     using Polynomial = Constants::CalibrationPolynomialPSDFAST;
+    // Before anything is built of the numbers.
     if (block.psdMode == ClassicPsdMode)
         BOOST_THROW_EXCEPTION(std::invalid_argument(
             "CCOConversionUtil::MapQSF2CCO: classic psd mode (mode 1) is not supported any more."));
@@ -102,6 +103,7 @@ void CCOConversionUtil::MapCCO2QSF(const ICalibrationTransformator& tof,
                                    const Constants::CalibrationPolynomialPSDFAST* polynomial,
                                    PSDCalibrationBlock& block) {
     MapCCO2QSF(tof, block.tof);
+    // The rest of the block is 0, the mode included.
     if (polynomial == nullptr)
         return;
     const auto& numbers = polynomial->GetNumbers();
@@ -109,6 +111,7 @@ void CCOConversionUtil::MapCCO2QSF(const ICalibrationTransformator& tof,
     block.uSegment = numbers.uSegment;
     block.calibrationMass = numbers.calibrationMass;
     block.parentMass = numbers.parentMass;
+    // Beyond 32 bits the nearest number that the block can hold.
     block.minArg = Utilities::truncateToIndex(numbers.minArg);
     block.maxArg = Utilities::truncateToIndex(numbers.maxArg);
     block.psdMode = FastPsdMode;

@@ -47,6 +47,7 @@ void requireInner(const Factory::TransformatorPtr& inner, const char* failure) {
 }  // namespace
 
 const std::shared_ptr<const ICalibrationTransformatorFactory>& CalibrationTransformatorFactory::instance() {
+    // Made at the first call, by one thread; never replaced.
     static const std::shared_ptr<const ICalibrationTransformatorFactory> shared =
         std::make_shared<CalibrationTransformatorFactory>();
     return shared;
@@ -54,6 +55,7 @@ const std::shared_ptr<const ICalibrationTransformatorFactory>& CalibrationTransf
 
 Factory::TransformatorPtr CalibrationTransformatorFactory::createTransformator(const FunctionalPtr& functional,
                                                                                const PhysicalPtr& physical) const {
+    // The first law that the constants offer decides, so that constants of two families are of the first.
     for (const FamilyRow& row : FamilyTable::g_rows) {
         if (row.law == nullptr || !row.law->isLaw(functional.get()))
             continue;
@@ -72,6 +74,7 @@ Factory::TransformatorPtr CalibrationTransformatorFactory::createDecoratedTransf
                                                                                         double lower,
                                                                                         double upper) const {
     requireInner(inner, "createDecoratedTransformator: no transformator to be decorated");
+    // The kind may be any number: an enumeration is no promise.
     switch (kind) {
         case Decorator::RawBounds:
             return std::make_shared<CalibrationTransformatorRawBoundsChecker>(inner, lower, upper);
@@ -123,6 +126,7 @@ Factory::FunctionalPtr CalibrationTransformatorFactory::createConstantsFunctiona
                                                                                      int, bool quadraticFlag,
                                                                                      double alpha, double beta,
                                                                                      double freqHigh) const {
+    // Modes 3 and 6 give constants, of which no transformator is made: blobs hold them.
     switch (calibMode) {
         case 0:
         case 4:
@@ -153,6 +157,7 @@ Factory::TransformatorPtr CalibrationTransformatorFactory::createTransformatorPs
 
 Factory::TransformatorPtr CalibrationTransformatorFactory::createTransformatorKite2(const TransformatorPtr& tof,
                                                                                     const Kite2Numbers& numbers) const {
+    // The polynomial of KITE 2 is one of its parents, or a mix of two.
     if (!tof || numbers.parents.empty())
         BOOST_THROW_EXCEPTION(std::invalid_argument(
             "CalibrationTransformatorFactory::createTransformatorKite2: can't create kite2Polynomial"));

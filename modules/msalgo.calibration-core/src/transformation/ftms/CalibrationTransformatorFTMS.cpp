@@ -43,6 +43,7 @@ namespace {
 using StoredAxis = Constants::CalibrationConstantsPhysicalFTMS;
 
 std::shared_ptr<ICalibrationTransformator> make(Factory::FunctionalPtr functional, Factory::PhysicalPtr physical) {
+    // The laws of modes 2, 3 and 6 are known by name only.
     switch (const int mode = functional->GetCalibMode()) {
         case 0:
         case 4:

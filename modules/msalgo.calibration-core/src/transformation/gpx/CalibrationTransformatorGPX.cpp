@@ -56,6 +56,7 @@ void convertOrFail(Doubles& masses, double cost, const char* failure, Convert co
     const auto convert = [&](std::size_t begin, std::size_t end) {
         return convertBlock(masses.data() + begin, end - begin);
     };
+    // No fork inside a region: the caller is a team already.
     const bool failed =
         insideParallelRegion() ? convert(0, masses.size()) : convertBlocks(masses.size(), cost, std::cref(convert));
     if (failed)
@@ -93,6 +94,7 @@ void CalibrationTransformatorGPX::SetPolynomial(const std::shared_ptr<ICalibrati
         return;
     const auto [minMass, maxMass] = m_polynomial->GetGlobalMassRange();
     m_apparentMass = math::CFunction(g_gpxStrategy, m_polynomial->GetCoefficients(), minMass, maxMass);
+    // A precise mass lies as far from its apparent one as G from the identity: twice the worse end leaves room.
     const double atMin = m_apparentMass(minMass) - minMass;
     const double atMax = m_apparentMass(maxMass) - maxMass;
     m_searchWidth = std::max({g_leastSearchWidth, 2.0 * atMax, 2.0 * atMin});
@@ -115,6 +117,7 @@ double CalibrationTransformatorGPX::MassToPreciseMassImpl(double mass) const {
 }
 
 std::optional<double> CalibrationTransformatorGPX::search(double mass) const noexcept {
+    // A search evaluates G some dozens of times for every mass of an array.
     if (m_polynomial->GetCoefficients().size() > Utilities::g_mostCoefficients)
         return std::nullopt;
     bool found = false;
@@ -127,6 +130,7 @@ bool ApparentMassToMassTransformFunctor::operator()(double* values, std::size_t 
     const math::CFunction& apparentMass = gpx.m_apparentMass;
     if (!apparentMass)
         return false;
+    // Two arrays of 2 KiB, which stay in the first cache.
     constexpr std::size_t chunkSize = 256;
     double first[chunkSize];
     double apparent[chunkSize];

@@ -39,6 +39,7 @@ public:
     double FromInner(double raw) const { return m_evaluator(raw - m_correctionTime); }
 
     bool FromInnerBlock(double* values, std::size_t count) const noexcept {
+        // In two loops, both over vectors.
         for (std::size_t k = 0; k < count; ++k)
             values[k] -= m_correctionTime;
         m_evaluator.Values(values, values, count);
@@ -48,6 +49,7 @@ public:
     double ToInner(double mass) const {
         bool found = false;
         double time = 0.0;
+        // Without coefficients there is no law and no time either.
         if (m_evaluator) {
             const Range interval = searchInterval(mass);
             m_evaluator.Inverse(mass, interval.first, interval.first, interval.second, found, time);
@@ -58,6 +60,7 @@ public:
     }
 
     int GetFunctionalTypeCode() const override { return codeOf(CalibrationFamily::Kite1); }
+    // Those of the axis inside, under the code of this family.
     std::shared_ptr<ICalibrationConstantsFunctional> GetFunctionalConstants() const override {
         return Constants::wrappedTof1(inner().GetFunctionalConstants(), CalibrationFamily::Kite1);
     }
@@ -111,8 +114,10 @@ private:
         auto [low, high] = m_searchInterval;
         double massAtHigh = m_evaluator(high);
         for (int step = 0; mass > massAtHigh && high < endOfTime && step < mostSteps; ++step) {
+            // Doubled; from near 0 on by a thousand, so that it moves at all.
             const double next = high + (high > 1.0 ? high : 1000.0);
             const double massAtNext = m_evaluator(next);
+            // The law has turned: a time beyond would not be unique. NaN ends here too.
             if (!(massAtNext > massAtHigh))
                 break;
             high = next;

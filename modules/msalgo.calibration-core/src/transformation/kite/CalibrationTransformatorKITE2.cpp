@@ -36,6 +36,7 @@ public:
                                   const Constants::CalibrationPolynomialKITE2& polynomial)
         : WrappingTransformator(tof), m_polynomial(polynomial) {
         InitData(polynomial);
+        // A mode is no reason to refuse: it is stored, and no formula looks at it.
         if (tof->GetCalibMode() != 0)
             tellCalibMode();
     }
@@ -44,6 +45,7 @@ public:
     double ToInner(double mass) const { return m_law->MassToRaw(mass); }
     bool FromInnerBlock(double* values, std::size_t count) const noexcept { return m_law->RawsToMasses(values, count); }
 
+    // Without the global polynomial, w is the root of the mass, and h rises with it inside its range.
     Range monotonicMassRange(double mass) const override {
         if (m_law->globalPolynomialEnabled())
             refuse("Kite2: monotonicMassRange() available only for disabled global polynomial.");
@@ -54,6 +56,7 @@ public:
     Range usableMassRange(double mass, double) const override { return monotonicMassRange(mass); }
 
     int GetFunctionalTypeCode() const override { return codeOf(CalibrationFamily::Kite2); }
+    // The polynomial is no set of two constants: callers know the family and do not ask.
     std::shared_ptr<ICalibrationConstantsFunctional> GetFunctionalConstants() const override {
         refuse("GetFunctionalConstants(): the Kite2 transformator has no dedicated functional-constants object.");
     }
@@ -115,6 +118,7 @@ private:
     }
 
     void InitData(const Constants::CalibrationPolynomialKITE2& polynomial) {
+        // Throws for numbers that make no law, before anything is changed.
         auto law = std::make_shared<const Kite2Law>(polynomial);
         if (!polynomial.GetIgnoreIndexBounds())
             warn(

@@ -45,8 +45,10 @@ void requireUsable(const Polynomial& polynomial) {
 }
 
 void requireNoExtrema(std::vector<double> derivative, const Polynomial& polynomial) {
+    // The companion matrix needs a highest coefficient that is not 0.
     while (derivative.size() > 1 && derivative.back() == 0.0)
         derivative.pop_back();
+    // Only extrema inside a range count: a polynomial without one is taken as it is.
     if (derivative.size() < 2 || !polynomial.IsBounded())
         return;
     std::vector<std::complex<double>> roots;
@@ -84,6 +86,7 @@ Kite2Law::Kite2Law(const Constants::CalibrationPolynomialKITE2& polynomial)
     if (!std::isfinite(m_base))
         fail(g_noLaw);
     requireNoExtrema(m_polynomial.derivative, current);
+    // Without it a mass is w * w, and one search is enough.
     if (!isIdentity(global.coefficients))
         m_global.emplace(global);
 
@@ -91,6 +94,7 @@ Kite2Law::Kite2Law(const Constants::CalibrationPolynomialKITE2& polynomial)
         m_knots[k] = k == 0 ? 0.0 : std::ldexp(1.0, static_cast<int>(k) - 1);
         m_values[k] = valueOf(m_polynomial.law, m_knots[k]);
     }
+    // Brackets are kept as far as h rises from knot to knot; beyond, and where it falls, the single form searches.
     while (m_rising < KnotCount && m_values[m_rising] > m_values[m_rising - 1])
         ++m_rising;
 }
@@ -108,6 +112,7 @@ double Kite2Law::RawToMass(double raw) const {
     const double x = *w * *w;
     if (!m_global)
         return x;
+    // g is near the identity: a percent of the mass, and at least one unit, holds its inverse.
     const double width = searchWidth(x);
     const auto mass = math::invert([this](double m) { return valueOf(m_global->law, m); }, x, x - width, x + width);
     if (!mass)
@@ -137,6 +142,7 @@ QSF_VECTOR_CLONES void Kite2Law::bracketRoots(const double* raws, std::size_t co
     math::ZeroBlock& block = searches.block;
     for (std::size_t k = 0; k < size; ++k)
         block.y[k] = (k < count ? raws[k] : raws[0]) - m_base;
+    // The bracket of the first value is tried for all of them before each is asked for its own.
     const std::size_t common = knotOf(block.y[0]);
     const double a = m_knots[common - 1];
     const double b = m_knots[std::min(common, KnotCount - 1)];
@@ -152,6 +158,7 @@ QSF_VECTOR_CLONES void Kite2Law::bracketRoots(const double* raws, std::size_t co
         block.bestX[k] = passed ? b : 0.0;
         block.bestY[k] = passed ? hb - block.y[k] : 0.0;
     }
+    // A bracket without width is one that has ended: its search costs a selection, no branch.
     for (std::size_t k = 0; others != 0 && k < count; ++k) {
         const std::size_t knot = knotOf(block.y[k]);
         searches.single[k] = knot == m_rising ? 1 : 0;
@@ -207,6 +214,7 @@ void Kite2Law::convertBlock(double* values, std::size_t count) const {
     }
     for (std::size_t k = 0; k < count; ++k) {
         const double zero = searches.block.bestX[k];
+        // Gives the value of the single form or throws in its words.
         if (searches.single[k] != 0)
             values[k] = RawToMass(values[k]);
         else

@@ -37,6 +37,7 @@ public:
         return 0.0 > apparentMass ? -m_law(-apparentMass) : m_law(apparentMass);
     }
 
+    /// In chunks that stay in the first cache, with the bits of the single form.
     bool FromInnerBlock(double* values, std::size_t count) const noexcept {
         if (!m_polynomial)
             return false;
@@ -45,6 +46,7 @@ public:
         for (std::size_t begin = 0; begin < count; begin += chunkSize) {
             double* const chunk = values + begin;
             const std::size_t size = std::min(chunkSize, count - begin);
+            // The law sees magnitudes; signs come back after it.
             for (std::size_t k = 0; k < size; ++k)
                 masses[k] = 0.0 > chunk[k] ? -chunk[k] : chunk[k];
             m_law.Values(masses, masses, size);
@@ -60,6 +62,7 @@ public:
             return mass;
         const auto apparentMass =
             math::invert([this](double value) { return FromInner(value); }, mass, -mostApparentMass, mostApparentMass);
+        // No apparent mass up to the bound has that mass, or the law turns on the way.
         if (!apparentMass)
             BOOST_THROW_EXCEPTION(std::runtime_error("PSD: unable to invert polynomial."));
         return *apparentMass;
@@ -121,9 +124,11 @@ private:
     void initData() {
         constexpr int polynomialInRoots = 11;
         m_range = m_polynomial->GetArgRange();
+        // Numbers that are not finite would make every search fail, later and without a reason.
         if (!Utilities::areUsable(m_polynomial->GetCoefficients()) ||
             !Utilities::areFinite({m_range.first, m_range.second}))
             BOOST_THROW_EXCEPTION(std::runtime_error("PSD InitData(): unexpected error."));
+        // The argument of the polynomial is a root.
         m_range.first = std::max(m_range.first, 0.0);
         m_law = math::CFunction(polynomialInRoots, m_polynomial->GetCoefficients(), m_range.first, m_range.second);
     }

@@ -43,15 +43,18 @@ Tof2CubicRange::Tof2CubicRange(const ICalibrationTransformator& law, const ICali
 
 double Tof2CubicRange::exactRawToMass(double raw, double lower, double upper) const {
     const auto roots = realRootsOfCubic(m_polynomial.c0 - raw, m_polynomial.b, m_polynomial.c2, m_polynomial.c3);
+    // In the order of the solver: the first that fits is taken, also where several do.
     for (const double root : roots) {
         const double mass = root * root - m_polynomial.shift;
         if (!(root < 0.0) && mass >= lower && mass <= upper)
             return mass;
     }
+    // Rounding moved the root across an end: the nearer end, by raw value, is meant.
     KVAN_LOG(m_logger, TRACE) << "Round-off handling; roots = " << textOf(roots);
     const double rawLower = m_law.MassToRaw(lower);
     const double rawUpper = m_law.MassToRaw(upper);
     KVAN_LOG(m_logger, TRACE) << "- time = " << raw << ", boundaries = " << PairText{{rawLower, rawUpper}};
+    // Halfway between the raw values, not the masses.
     const bool isLower = raw < (rawUpper + rawLower) * 0.5;
     KVAN_LOG(m_logger, TRACE) << "- choosing " << (isLower ? "lower" : "upper") << " boundary.";
     return isLower ? lower : upper;
@@ -71,8 +74,10 @@ Tof2CubicRange::Range Tof2CubicRange::usableMassRange(double mass, double tolera
     const double first = exactRawToMass(times.first, monotonic.first, monotonic.second);
     const double last = times.second == infinity ? std::numeric_limits<double>::max()
                                                  : exactRawToMass(times.second, monotonic.first, monotonic.second);
+    // The ends are where one of the curves turns or leaves the other: one unit of mass inside.
     Range usable{first + 1.0, last - 1.0};
     if (!(usable.first < usable.second))
+        // Nothing is left: the middle stands for the empty range.
         usable.first = usable.second = (first + last) * 0.5;
     if (usable.first != usable.second && tolerance != 0.0)
         usable = restrictRoundTrip(usable, tolerance);
@@ -86,6 +91,7 @@ Tof2CubicRange::Range Tof2CubicRange::monotonicRangeOfApproximation(double mass)
     const Range exact = m_law.monotonicMassRange(mass);
     Range both{std::max(approximate.first, exact.first), std::min(approximate.second, exact.second)};
     KVAN_LOG(m_logger, TRACE) << "       monotonic range = " << PairText{both};
+    // The sign of an empty range: both ends are one.
     if (both.first > both.second)
         both.second = both.first;
     return both;
