@@ -1,5 +1,6 @@
 // Stepping through the heads of all blocks of a native file, against the same walk by seeking a std::ifstream.
 
+#include "qsf2sql/qsflib/BlockWalk.h"
 #include "ratio.h"
 
 #include <qsf2sql/qsf_blocked_reader.h>
@@ -49,9 +50,10 @@ public:
     void walkByReader() const {
         QSFBlockedReader reader(m_path, QSFBlockedReader::Access::Scan);
         std::uint64_t found = 0;
-        for (; reader.nextBlock() != 0; ++found) {
+        KVAN::io::QSF::BlockWalk walk(reader);
+        while (const auto block = walk.next()) {
             benchmark::DoNotOptimize(kvan::io::readRecord<RESOURCE_HEADER>(reader));
-            reader.blockPosition += reader.blockSize;
+            ++found;
         }
         check(found);
     }

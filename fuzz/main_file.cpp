@@ -2,6 +2,7 @@
 
 #include "native_bytes.h"
 #include "qsf2sql/qsflib/AnalysisHeaderBlock.h"
+#include "qsf2sql/qsflib/BlockWalk.h"
 #include "qsf2sql/qsflib/CompressionInfoBlock.h"
 #include "qsf2sql/qsflib/InstrumentInfoBlock.h"
 #include "qsf2sql/qsflib/SegmentConditionBlock.h"
@@ -15,11 +16,9 @@ using namespace KVAN::io::QSF;
 using kvan::io::QSFBlockedReader;
 
 template <class Block>
-Block read(QSFBlockedReader& reader) {
-    reader.seekTo(reader.blockPosition);
+void read(QSFBlockedReader& reader) {
     Block block;
     block.Read(reader);
-    return block;
 }
 
 void readByType(QSFBlockedReader& reader, std::uint16_t type) {
@@ -49,10 +48,9 @@ void readByType(QSFBlockedReader& reader, std::uint16_t type) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     try {
         const auto reader = native_bytes::readerOf({data, data + size});
-        while (reader->nextBlock() != 0) {
-            readByType(*reader, kvan::io::readRecord<RESOURCE_HEADER>(*reader).type);
-            reader->blockPosition += reader->blockSize;
-        }
+        BlockWalk walk(*reader);
+        while (const auto block = walk.next())
+            readByType(*reader, walk.contentType(*block));
     } catch (const kvan::io::Qsf2SqlFileFormatError&) {
     }
     return 0;

@@ -19,8 +19,8 @@ void scanFile(const std::string& bytes, const SideFileHead& head, ReadEntry read
     try {
         const auto reader = native_bytes::readerOf(bytes);
         SideFileScan scan(*reader, head, logger);
-        while (scan.nextEntry() != 0)
-            readEntry(*reader);
+        while (const auto entry = scan.nextEntry())
+            readEntry(*reader, entry->end());
     } catch (const Qsf2SqlFileFormatError&) {
     }
 }
@@ -29,10 +29,11 @@ void scanFile(const std::string& bytes, const SideFileHead& head, ReadEntry read
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string bytes(data, data + size);
-    scanFile(bytes, g_indexFileHead, [](QSFBlockedReader& reader) { readRecord<FILE_CONTAINER_INDEX_ENTRY>(reader); });
+    scanFile(bytes, g_indexFileHead,
+             [](QSFBlockedReader& reader, std::uint64_t) { readRecord<FILE_CONTAINER_INDEX_ENTRY>(reader); });
     QuickInfoEntry entry;
-    scanFile(bytes, g_extraFileHead, [&](QSFBlockedReader& reader) {
-        entry.Read(reader, reader.blockPosition + reader.blockSize);
+    scanFile(bytes, g_extraFileHead, [&](QSFBlockedReader& reader, std::uint64_t end) {
+        entry.Read(reader, end);
         if (entry.calibration.size() < sizeof entry.record.calibrationHead || entry.masses.size() > 255)
             std::abort();
     });

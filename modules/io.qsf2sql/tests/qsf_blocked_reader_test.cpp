@@ -1,4 +1,5 @@
 #include "native_bytes.h"
+#include "qsf2sql/qsflib/BlockWalk.h"
 
 #include <qsf2sql/qsf_blocked_reader.h>
 
@@ -11,6 +12,7 @@ namespace kvan::io {
 namespace {
 
 using namespace native_bytes;
+using KVAN::io::QSF::BlockWalk;
 namespace fs = boost::filesystem;
 
 TEST(QSFBlockedReader, FailsWhereTheFileEndsAndStaysFailed) {
@@ -37,7 +39,7 @@ TEST(QSFBlockedReader, FailsWhereTheFileEndsAndStaysFailed) {
         [&](QSFBlockedReader& reader) { reader.seekTo(0); },
         [&](QSFBlockedReader& reader) { reader.skip(0); },
         [&](QSFBlockedReader& reader) { reader.requireAvailable(0, 1); },
-        [&](QSFBlockedReader& reader) { reader.nextBlock(); },
+        [&](QSFBlockedReader& reader) { BlockWalk(reader).next(); },
     };
     for (const Step& fail : failures) {
         const auto reader = readerOf("0123456789");
@@ -107,38 +109,62 @@ Bytes container(std::uint32_t size) {
     return Bytes(48, '\0').set(0, 0xDDDDDDDDu).set(4, std::uint16_t{0x5001}).set(8, size);
 }
 
-TEST(NextBlock, FindsBlocksAndContainersAndTheEnd) {
+TEST(BlockWalk, FindsBlocksAndContainersAndTheEnd) {
     const struct {
         const char* name;
         Bytes bytes;
-        std::uint64_t result, blockSize, position;
+        std::uint64_t size, contentStart, contentSize;  // all 0: the end
     } cases[] = {
-        {"ordinary block", block(0x1001, 44), 44, 44, 0},
-        {"version is not looked at", block(0x1001, 44).set(6, std::uint16_t{1}), 44, 44, 0},
-        {"size is not held against the file", block(0x1001, 8).set(0, 4000000000u), 4000000000u, 4000000000u, 0},
+        {"ordinary block", block(0x1001, 44), 44, 0, 44},
+        {"version is not looked at", block(0x1001, 44).set(6, std::uint16_t{1}), 44, 0, 44},
+        {"size is not held against the file", block(0x1001, 8).set(0, 4000000000u), 4000000000u, 0, 4000000000u},
         {"size 0", block(0x1001, 44).set(0, 0u), 0, 0, 0},
-        {"end marker of any size", block(0x5003, 8).set(0, 999u), 0, 0, 8},
-        {"container", container(48), 24, 48, 12},
-        {"container that claims to be empty", container(24), 0, 24, 12},
+        {"end marker of any size", block(0x5003, 8).set(0, 999u), 0, 0, 0},
+        {"container", container(48), 48, 12, 24},
+        {"container that claims to be empty", container(24), 0, 0, 0},
     };
     for (const auto& item : cases) {
+        SCOPED_TRACE(item.name);
         const auto reader = readerOf(item.bytes);
-        EXPECT_EQ(reader->nextBlock(), item.result) << item.name;
-        EXPECT_EQ(reader->blockSize, item.blockSize) << item.name;
-        EXPECT_EQ(reader->tell(), item.position) << item.name;
+        const auto found = BlockWalk(*reader).next();
+        EXPECT_EQ(found.has_value(), item.size != 0);
+        if (found) {
+            EXPECT_EQ(found->start, 0u);
+            EXPECT_EQ(found->size, item.size);
+            EXPECT_EQ(found->contentStart(), item.contentStart);
+            EXPECT_EQ(found->contentSize(), item.contentSize);
+            EXPECT_EQ(reader->tell(), item.contentStart);
+        }
     }
-    EXPECT_EQ(failureOf([] { readerOf(container(23))->nextBlock(); }), g_readError);
-    EXPECT_EQ(failureOf([] { readerOf(container(48).cutAt(11))->nextBlock(); }), g_readError);
+    EXPECT_EQ(failureOf([] { BlockWalk(*readerOf(container(23))).next(); }), g_readError);
+    EXPECT_EQ(failureOf([] { BlockWalk(*readerOf(container(48).cutAt(11))).next(); }), g_readError);
 }
 
-TEST(NextBlock, AFileWithoutEndMarkerEndsInAReadError) {
+TEST(BlockWalk, SeeksForItselfAndKnowsWhatAContainerHolds) {
+    const auto reader =
+        readerOf(Bytes().add(container(48).set(16, std::uint16_t{0x4003})).add(block(0x2001, 20)).add(endOfFile()));
+    BlockWalk walk(*reader);
+    const auto first = walk.next();
+    reader->seekTo(5000);
+    EXPECT_EQ(walk.contentType(*first), 0x4003);
+    EXPECT_EQ(reader->tell(), 12u);
+    reader->seekTo(5000);
+    const auto second = walk.next();
+    EXPECT_EQ(second->start, 48u);
+    EXPECT_EQ(walk.contentType(*second), 0x2001);
+    EXPECT_FALSE(walk.next());
+    EXPECT_FALSE(walk.next()) << "the end stays the end";
+}
+
+TEST(BlockWalk, AFileWithoutEndMarkerEndsInAReadError) {
     const Bytes whole = Bytes().add(block(0x2001, 20)).add(container(48)).add(endOfFile());
     for (std::size_t size = 0; size <= whole.size(); ++size) {
         int blocks = 0;
         const auto reader = readerOf(whole.cutAt(size));
+        BlockWalk walk(*reader);
         const std::string failure = failureOf([&] {
-            for (; reader->nextBlock() != 0; ++blocks)
-                reader->blockPosition += reader->blockSize;
+            for (; walk.next(); ++blocks) {
+            }
         });
         EXPECT_EQ(failure, size == whole.size() ? "" : g_readError) << size;
         EXPECT_EQ(blocks, size < 8 ? 0 : size < 32 ? 1 : 2) << size;

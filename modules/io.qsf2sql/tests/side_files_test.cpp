@@ -23,8 +23,8 @@ std::vector<std::uint64_t> entrySizes(const Bytes& bytes, const SideFileHead& he
     const auto logger = logging::Logger::getLogger("kvan.io.qsf2sql.test");
     SideFileScan scan(*reader, head, logger);
     std::vector<std::uint64_t> sizes;
-    while (const std::uint64_t size = scan.nextEntry())
-        sizes.push_back(size);
+    while (const auto entry = scan.nextEntry())
+        sizes.push_back(entry->contentSize());
     return sizes;
 }
 

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <logger/logger.h>
-#include <qsf2sql/qsflib/ResourceRecords.h>
 #include <sysutils/platform.h>
 
 #include <cstdint>
@@ -13,7 +11,7 @@
 
 namespace kvan::io {
 
-/// A native file, read block by block or by position. Owns the file. One position, so one thread at a time.
+/// A native file, read by position. Owns the file. One position, so one thread at a time.
 ///
 /// A short read, a failed seek or a claim that the file cannot hold throws `Qsf2SqlFileFormatError` "Error reading QSF
 /// files." and leaves the reader failed: each later read and seek ends in the same words, also a seek back. Standing at
@@ -61,17 +59,8 @@ public:
             readError();
     }
 
-    /// Finds the block at `blockPosition`, sets `blockSize` and gives the size: of a container without its own 24
-    /// bytes, leaving the position at the contained entry; of any other block whole, leaving the position at its first
-    /// byte. 0 ends the walk: the end marker, a block of size 0, an empty container. The caller adds `blockSize` to
-    /// `blockPosition` to go on.
-    std::uint64_t nextBlock();
-
     /// Leaves the reader failed and throws.
     [[noreturn]] void readError();
-
-    std::uint64_t blockPosition = 0;
-    std::uint64_t blockSize = 0;
 
 private:
     static constexpr std::uint64_t g_lastOffset = INT64_MAX;
@@ -100,7 +89,6 @@ private:
     std::uint64_t nextWindowSize(std::uint64_t wanted);
     std::uint64_t bytesLeft() const { return m_position < m_fileSize ? m_fileSize - m_position : 0; }
 
-    logging::Logger m_logger;
     std::unique_ptr<sys::PositionedFile> m_file;
     std::uint64_t m_position = 0;
     std::uint64_t m_fileSize = 0;  // as last asked for

@@ -5,6 +5,7 @@
 #include "qsf2sql/passes/extra_pass.h"
 #include "qsf2sql/passes/index_pass.h"
 #include "qsf2sql/passes/main_file_pass.h"
+#include "qsf2sql/qsflib/BlockWalk.h"
 
 #include <logger/logger.h>
 #include <qsf2sql/qsf_blocked_reader.h>
@@ -64,16 +65,17 @@ void CacheGenerator::fillSqlCacheFromQsf(const fs::path& mainFile, CppSQLite3DB&
     KVAN_LOG(logger, TRACE) << "QSF_XTR: " << sys::pathToUtf8(extraFile);
     QSFBlockedReader reader(mainFile, QSFBlockedReader::Access::Scan);
     KVAN_LOG(logger, TRACE) << "QSF file opened successfully.";
+    KVAN::io::QSF::BlockWalk walk(reader);
 
     using namespace qsf2sql::passes;
-    MainFileHead head = readMainFileHead(reader, {allVariables, requestedVariables}, database, logger);
+    MainFileHead head = readMainFileHead(walk, {allVariables, requestedVariables}, database, logger);
     const std::string infoInsert =
         "INSERT INTO Info (SchemaVersion, QSFSize, IDXSize, XTRSize, Compressor, AllVariables) VALUES ('" +
         std::string(g_schemaVersion) + "'," + sizeText(mainFile) + "," + sizeText(indexFile) + "," +
         sizeText(extraFile) + ",'" + head.compressor + "'," + (allVariables ? "1" : "0") + ")";
     const NumberSet withoutData = readIndexFile(indexFile, database, logger);
     const auto keys = readExtraFile(extraFile, head.facts, withoutData, std::move(head.references), database, logger);
-    readConditions(reader, head.variables, keys, database, logger);
+    readConditions(walk, head.variables, keys, database, logger);
 
     head.variables.writeTo(database);
     for (const char* const statement : g_createIndexes)

@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <boost/throw_exception.hpp>
-#include <ios>
 
 // Bytes reach a parser by one of two roads: out of a window of the file that was read before, or, when it asks for no
 // less than a window, by a system call straight into its memory. Which one it was makes no difference to what it gets.
@@ -12,8 +11,6 @@
 // first fault every call fails in the same words, as a stream in a failed state does. A count that a file claims takes
 // no memory before the size of the file allows it.
 namespace kvan::io {
-
-using namespace KVAN::io::QSF;
 
 namespace {
 
@@ -26,8 +23,6 @@ constexpr std::uint64_t g_sparsestReads = 2048;
 
 /// Holds the heads of a spectrum block, so that they cost one system call together.
 constexpr std::uint64_t g_arraysLookAhead = 512;
-
-constexpr std::uint64_t g_containerOverhead = sizeof(ContainerHeader) + 12;
 
 std::unique_ptr<sys::PositionedFile> openFile(const boost::filesystem::path& path) {
     auto file = sys::PositionedFile::open(path);
@@ -42,8 +37,7 @@ QSFBlockedReader::QSFBlockedReader(const boost::filesystem::path& file, Access a
     : QSFBlockedReader(openFile(file), access) {}
 
 QSFBlockedReader::QSFBlockedReader(std::unique_ptr<sys::PositionedFile> file, Access access)
-    : m_logger(logging::Logger::getLogger("kvan.io.qsf2sql.qsfblockedreader")),
-      m_file(std::move(file)),
+    : m_file(std::move(file)),
       m_lookAhead(access == Access::Scan ? g_scanShortest : g_arraysLookAhead),
       m_shortestLookAhead(m_lookAhead),
       m_longestLookAhead(access == Access::Scan ? g_scanLongest : g_arraysLookAhead) {}
@@ -97,24 +91,6 @@ void QSFBlockedReader::requireAvailable(std::uint64_t count, std::uint64_t size)
         m_fileSize = m_file->size();  // another process may be writing to the file
     if (count > bytesLeft() / size)
         readError();
-}
-
-std::uint64_t QSFBlockedReader::nextBlock() {
-    seekTo(blockPosition);
-    KVAN_LOG(m_logger, TRACE) << "We're now at position 0x" << std::hex << blockPosition;
-    const auto header = readRecord<RESOURCE_HEADER>(*this);
-    KVAN_LOG(m_logger, TRACE) << "Resource type = 0x" << std::hex << header.type;
-    if (header.type == RESTYPE_END_OF_FILE)
-        return 0;
-    if (header.type != RESTYPE_CONTAINER) {
-        seekTo(blockPosition);
-        blockSize = header.size;
-        return blockSize;
-    }
-    blockSize = readRecord<std::uint32_t>(*this);
-    if (blockSize < g_containerOverhead)
-        readError();
-    return blockSize - g_containerOverhead;
 }
 
 void QSFBlockedReader::readError() {

@@ -1,6 +1,5 @@
 #include "qsf2sql/passes/condition_pass.h"
 
-#include "qsf2sql/passes/block_type.h"
 #include "qsf2sql/variables/variable_rows.h"
 #include "qsf2sql/variables/variable_settings.h"
 
@@ -36,19 +35,18 @@ public:
           m_segmentRows(g_segmentVariables, descriptions, database, m_logger),
           m_spectrumRows(g_spectrumVariables, descriptions, database, m_logger) {}
 
-    void run(QSFBlockedReader& reader) {
-        for (bool atEnd = false; !atEnd && reader.nextBlock() != 0; reader.blockPosition += reader.blockSize) {
-            switch (peekType(reader)) {
+    void run(BlockWalk& walk) {
+        while (const auto block = walk.next()) {
+            switch (walk.contentType(*block)) {
                 case RESTYPE_SEGMENT_CONDITION:
-                    readSegment(reader);
+                    readSegment(walk.reader());
                     break;
                 case RESTYPE_SPECTRUM_CONDITION:
-                    readSpectrum(reader);
+                    readSpectrum(walk.reader());
                     break;
                 case RESTYPE_END_OF_CONDITIONS_8:
                 case RESTYPE_END_OF_CONDITIONS_A:
-                    atEnd = true;
-                    break;
+                    return;
                 default:
                     break;
             }
@@ -89,10 +87,10 @@ private:
 
 }  // namespace
 
-void readConditions(QSFBlockedReader& reader, const VariableDescriptions& descriptions, const AcquisitionKeyMap& keys,
+void readConditions(BlockWalk& walk, const VariableDescriptions& descriptions, const AcquisitionKeyMap& keys,
                     cppsqlite::CppSQLite3DB& database, const logging::Logger& logger) {
     KVAN_LOG(logger, TRACE) << "Now reading variable tables.";
-    ConditionPass(descriptions, keys, database).run(reader);
+    ConditionPass(descriptions, keys, database).run(walk);
 }
 
 }  // namespace kvan::io::qsf2sql::passes

@@ -66,8 +66,8 @@ public:
     AcquisitionKeyMap run(QSFBlockedReader& reader) {
         SideFileScan scan(reader, g_extraFileHead, m_logger);
         QuickInfoEntry entry;
-        while (scan.nextEntry() != 0) {
-            entry.Read(reader, reader.blockPosition + reader.blockSize);
+        while (const auto container = scan.nextEntry()) {
+            entry.Read(reader, container->end());
             handle(entry);
         }
         KVAN_LOG(m_logger, TRACE) << "XTR file scanned successfully.";

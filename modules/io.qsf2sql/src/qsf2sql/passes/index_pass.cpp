@@ -68,11 +68,11 @@ public:
 
     NumberSet run(QSFBlockedReader& reader) {
         SideFileScan scan(reader, g_indexFileHead, m_logger);
-        while (const std::uint64_t containedSize = scan.nextEntry()) {
+        while (const auto container = scan.nextEntry()) {
             const auto entry = readRecord<FILE_CONTAINER_INDEX_ENTRY>(reader);
             KVAN_LOG(m_logger, TRACE) << "IDX: entry type = 0x" << std::hex << entry.type;
             // Tolerated: a container that is larger than its entry.
-            if (containedSize != sizeof entry) {
+            if (container->contentSize() != sizeof entry) {
                 KVAN_LOG(m_logger, WARN) << "IDX: contained data size non-zero, expected zero.";
             }
             handle(entry);

@@ -1,7 +1,6 @@
 #include "qsf2sql/passes/main_file_pass.h"
 
 #include "qsf2sql/passes/analysis_properties.h"
-#include "qsf2sql/passes/block_type.h"
 #include "qsf2sql/qsflib/CompressionInfoBlock.h"
 #include "qsf2sql/qsflib/InstrumentInfoBlock.h"
 
@@ -23,7 +22,7 @@ namespace {
 
 // In comes the main file from its first block on. The two important blocks may stand in either order and among others;
 // an INSTRUMENT_INFO counts only before the later of them, since nothing after it is looked at. The walk stops there,
-// and the last pass goes on from the same reader, so that no block of the file is met twice.
+// and the last pass goes on with the same walk, so that no block of the file is met twice.
 //
 // Properties are written as their block is read: of two analysis headers before the compression info the second one is
 // refused by the table's primary key. A block that is damaged ends the generation, an unknown one is passed over.
@@ -32,10 +31,14 @@ public:
     MainFilePass(const WantedVariables& wanted, cppsqlite::CppSQLite3DB& database, const logging::Logger& logger)
         : m_logger(logger), m_wanted(wanted), m_properties(database), m_references(logger) {}
 
-    MainFileHead run(QSFBlockedReader& reader) {
+    MainFileHead run(BlockWalk& walk) {
         m_properties.insert("SchemaType", "Qsf2Sql");
-        for (; !isComplete() && reader.nextBlock() != 0; reader.blockPosition += reader.blockSize)
-            readBlock(reader);
+        while (!isComplete()) {
+            const auto block = walk.next();
+            if (!block)
+                break;
+            readBlock(walk.contentType(*block), walk.reader());
+        }
         m_properties.insert("InstrumentSerialNumber", instrumentSerialNumber(m_serialNumber));
         if (!isComplete())
             failFormat("Important blocks missing from main QSF file.");
@@ -46,8 +49,8 @@ public:
 private:
     bool isComplete() const { return m_compressor && m_variables; }
 
-    void readBlock(QSFBlockedReader& reader) {
-        switch (peekType(reader)) {
+    void readBlock(std::uint16_t type, QSFBlockedReader& reader) {
+        switch (type) {
             case COMPRESSION_INFO:
                 return readCompressionInfo(reader);
             case ANALYSIS_HEADER:
@@ -113,9 +116,9 @@ private:
 
 }  // namespace
 
-MainFileHead readMainFileHead(QSFBlockedReader& reader, const WantedVariables& wanted,
-                              cppsqlite::CppSQLite3DB& database, const logging::Logger& logger) {
-    return MainFilePass(wanted, database, logger).run(reader);
+MainFileHead readMainFileHead(BlockWalk& walk, const WantedVariables& wanted, cppsqlite::CppSQLite3DB& database,
+                              const logging::Logger& logger) {
+    return MainFilePass(wanted, database, logger).run(walk);
 }
 
 }  // namespace kvan::io::qsf2sql::passes

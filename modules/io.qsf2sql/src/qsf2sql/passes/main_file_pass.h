@@ -2,11 +2,11 @@
 
 #include "qsf2sql/passes/analysis_facts.h"
 #include "qsf2sql/passes/reference_transformator_map.h"
+#include "qsf2sql/qsflib/BlockWalk.h"
 #include "qsf2sql/variables/variable_descriptions.h"
 
 #include <cppsqlite/CppSQLite3.h>
 #include <logger/logger.h>
-#include <qsf2sql/qsf_blocked_reader.h>
 
 #include <string>
 #include <unordered_set>
@@ -26,12 +26,12 @@ struct MainFileHead {
     VariableDescriptions variables;
 };
 
-/// Pass 1: reads the main file up to its two important blocks, COMPRESSION_INFO and ANALYSIS_HEADER, leaves the reader
+/// Pass 1: reads the main file up to its two important blocks, COMPRESSION_INFO and ANALYSIS_HEADER, leaves the walk
 /// after the later of them and fills the table `Properties`.
 ///
 /// Throws `Qsf2SqlFileFormatError` also when one of the two is missing, `std::out_of_range` for an impossible
 /// acquisition time, and what a reference calibration that cannot be read throws.
-MainFileHead readMainFileHead(QSFBlockedReader& reader, const WantedVariables& wanted,
+MainFileHead readMainFileHead(KVAN::io::QSF::BlockWalk& walk, const WantedVariables& wanted,
                               cppsqlite::CppSQLite3DB& database, const logging::Logger& logger);
 
 }  // namespace kvan::io::qsf2sql::passes

@@ -11,29 +11,26 @@ using namespace KVAN::io::QSF;
 // container counts as a block of the head and the file has no entries. Block walk and its faults are the reader's.
 
 SideFileScan::SideFileScan(QSFBlockedReader& reader, const SideFileHead& head, const logging::Logger& logger)
-    : m_reader(reader), m_head(head), m_logger(logger) {}
+    : m_walk(reader), m_head(head), m_logger(logger) {}
 
-std::uint64_t SideFileScan::nextEntry() {
-    while (true) {
-        // The size of the block before this one; still 0 at the first.
-        m_reader.blockPosition += m_reader.blockSize;
-        const std::uint64_t size = m_reader.nextBlock();
-        if (size == 0 || m_inEntries)
-            return size;
-        passHead();
+std::optional<WalkedBlock> SideFileScan::nextEntry() {
+    while (const auto block = m_walk.next()) {
+        if (m_inEntries)
+            return block;
+        passHead(*block);
     }
+    return std::nullopt;
 }
 
-void SideFileScan::passHead() {
-    const auto header = readRecord<RESOURCE_HEADER>(m_reader);
+void SideFileScan::passHead(const WalkedBlock& block) {
+    const std::uint16_t type = m_walk.contentType(block);
     if (m_head.traceOfBlockType != nullptr) {
-        KVAN_LOG(m_logger, TRACE) << m_head.traceOfBlockType << std::hex << header.type;
+        KVAN_LOG(m_logger, TRACE) << m_head.traceOfBlockType << std::hex << type;
     }
-    if (header.type == m_head.entriesFollow) {
+    if (type == m_head.entriesFollow) {
         m_inEntries = true;
-    } else if (header.type != RESTYPE_SIDE_FILE_HEAD && header.type != m_head.passedOver) {
-        KVAN_LOG(m_logger, WARN) << "Skipping unexpected data in RESOURCE_HEADER with: Type = 0x" << std::hex
-                                 << header.type;
+    } else if (type != RESTYPE_SIDE_FILE_HEAD && type != m_head.passedOver) {
+        KVAN_LOG(m_logger, WARN) << "Skipping unexpected data in RESOURCE_HEADER with: Type = 0x" << std::hex << type;
     }
 }
 

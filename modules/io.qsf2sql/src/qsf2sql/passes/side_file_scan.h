@@ -1,7 +1,8 @@
 #pragma once
 
+#include "qsf2sql/qsflib/BlockWalk.h"
+
 #include <logger/logger.h>
-#include <qsf2sql/qsf_blocked_reader.h>
 
 namespace kvan::io::qsf2sql::passes {
 
@@ -20,8 +21,8 @@ inline constexpr SideFileHead g_extraFileHead{KVAN::io::QSF::RESTYPE_EXTRA_HEAD,
 /// Walks a side file from entry to entry, the road that the passes over both side files have in common:
 ///
 ///     SideFileScan scan(reader, g_indexFileHead, logger);
-///     while (const std::uint64_t containedSize = scan.nextEntry())
-///         handle(readRecord<FILE_CONTAINER_INDEX_ENTRY>(reader), containedSize);
+///     while (const auto entry = scan.nextEntry())
+///         handle(readRecord<FILE_CONTAINER_INDEX_ENTRY>(reader), entry->contentSize());
 ///
 /// Blocks of an unexpected type in the head are logged at WARN and passed over. A head without the block that announces
 /// the entries runs to the end of the file. Borrows reader and logger.
@@ -29,14 +30,13 @@ class SideFileScan {
 public:
     SideFileScan(QSFBlockedReader& reader, const SideFileHead& head, const logging::Logger& logger);
 
-    /// Moves the reader to the next entry's first byte and gives its size as `QSFBlockedReader::nextBlock` does; 0 at
-    /// the end. Throws like the reader.
-    std::uint64_t nextEntry();
+    /// The next entry, with the reader at its `contentStart`; nothing at the end. Throws like the reader.
+    std::optional<KVAN::io::QSF::WalkedBlock> nextEntry();
 
 private:
-    void passHead();
+    void passHead(const KVAN::io::QSF::WalkedBlock& block);
 
-    QSFBlockedReader& m_reader;
+    KVAN::io::QSF::BlockWalk m_walk;
     const SideFileHead& m_head;
     const logging::Logger& m_logger;
     bool m_inEntries = false;

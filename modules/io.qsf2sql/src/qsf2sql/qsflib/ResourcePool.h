@@ -1,6 +1,7 @@
 #pragma once
 
 #include <qsf2sql/qsf_blocked_reader.h>
+#include <qsf2sql/qsflib/ResourceRecords.h>
 
 #include <memory>
 #include <optional>
