@@ -107,7 +107,7 @@ const char* decodeBlock(const std::vector<unsigned char>& source, std::vector<T>
 
     DifferenceDecoder<VlcCode> decoder(code, stream.data(), stream.size());
     DecoderCursor& cursor = decoder.cursor();
-    cursor.next = reinterpret_cast<std::uint32_t*>(destination.data());  // signed elements have the same bits
+    cursor.next = bitsOf(destination.data());
     cursor.end = cursor.next + count;
     return decoder.run() == Rest::End && cursor.next == cursor.end ? nullptr : g_wrongCount;
 }
@@ -144,7 +144,7 @@ void CompressVLCImpl::compressArray(const std::uint32_t* source, unsigned count,
 
 void CompressVLCImpl::compressArray(const std::int32_t* source, unsigned count, unsigned char** destination,
                                     unsigned* destinationBytes) {
-    compressBlock(g_magicSigned, reinterpret_cast<const std::uint32_t*>(source), count, destination, destinationBytes);
+    compressBlock(g_magicSigned, bitsOf(source), count, destination, destinationBytes);
 }
 
 void CompressVLCImpl::decompressArray(const std::vector<unsigned char>& source,

@@ -127,7 +127,7 @@ bool decodeStream(std::span<const unsigned char> stream, std::uint32_t count, st
     DecoderCursor& cursor = decoder.cursor();
     std::size_t produced = 0;
     for (;;) {
-        auto* const elements = reinterpret_cast<std::uint32_t*>(destination.data());  // signed ones have the same bits
+        std::uint32_t* const elements = bitsOf(destination.data());
         cursor.next = elements + produced;
         cursor.end = elements + destination.size();
         const Rest rest = decoder.run();
@@ -187,7 +187,7 @@ void CompressVariableVLI2Impl::compressArray(const std::uint32_t* source, unsign
 
 void CompressVariableVLI2Impl::compressArray(const std::int32_t* source, unsigned count, unsigned char** destination,
                                              unsigned* destinationBytes) {
-    compressArray(reinterpret_cast<const std::uint32_t*>(source), count, destination, destinationBytes);
+    compressArray(bitsOf(source), count, destination, destinationBytes);
 }
 
 void CompressVariableVLI2Impl::decompressArray(const std::vector<unsigned char>& source,

@@ -46,6 +46,17 @@ inline std::optional<IntegerBlock> readIntegerBlock(std::span<const unsigned cha
     return block;
 }
 
+/// Elements as the coders take them: signed ones have the same bits.
+inline std::uint32_t* bitsOf(std::uint32_t* elements) {
+    return elements;
+}
+inline std::uint32_t* bitsOf(std::int32_t* elements) {
+    return reinterpret_cast<std::uint32_t*>(elements);
+}
+inline const std::uint32_t* bitsOf(const std::int32_t* elements) {
+    return reinterpret_cast<const std::uint32_t*>(elements);
+}
+
 /// Makes room for any block of `head.count` elements and writes its head.
 inline void beginBlock(std::vector<unsigned char>& block, const IntegerBlockHead& head) {
     block.resize(std::max<std::size_t>(std::size_t{head.count} * 8 + 8, 4096));
