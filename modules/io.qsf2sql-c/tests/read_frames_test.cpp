@@ -8,6 +8,7 @@
 #include <boost/stacktrace.hpp>
 #include <iostream>
 #include <numeric>
+#include <sstream>
 
 #include <unistd.h>
 
@@ -32,6 +33,16 @@ ssize_t __real_pread64(int file, void* to, std::size_t count, off64_t offset);
 ssize_t __wrap_pread64(int file, void* to, std::size_t count, off64_t offset) {
     noteCall();
     return __real_pread64(file, to, count, offset);
+}
+
+/// The library's log holds the lines of the road alone.
+__attribute__((visibility("default"))) const char* kvan_logging_get_logconf() {
+    return R"(<kvan-logconf><sink name="console" class="kvan.logging.ConsoleSink"/>
+              <root level="WARN"><sink ref="console"/></root>
+              <logger name="kvan.io.qsf2sql" level="TRACE"/>
+              <logger name="kvan.io.qsf2sql.CacheGenerator" level="WARN"/>
+              <logger name="kvan.io.qsf2sql.qsfblockedreader" level="WARN"/>
+              <logger name="kvan.io.qsf2sql.vartab" level="WARN"/></kvan-logconf>)";
 }
 }
 
@@ -87,6 +98,31 @@ TEST_F(ReadFrames, AtMostSevenFunctionsLieBetweenTheInterfaceAndTheFile) {
     expectShortRoad("line field converted", qsf2sql_array_read_float, id(16, peaks));
     expectShortRoad("m/z of a line spectrum", qsf2sql_array_read_double, id(22, peaks));
     expectShortRoad("m/z of a profile", qsf2sql_array_read_double, id(67, packed));
+}
+
+// Two arrays are read, the m/z and the indices that they come from, and each names its steps.
+TEST_F(ReadFrames, AReadOfLineMzTracesEveryStep) {
+    const auto locations = write({{.lines = LineData{.index = {{1, 2}}},
+                                   .info = {.acquiredUpper = 2, .calibration = calibrationBlob(4098, {100, 0.25})}}});
+    const std::uint64_t peaks = locations[0].lines;
+    const Storage storage(mainFile());
+    float masses[2];
+    testing::internal::CaptureStdout();
+    EXPECT_EQ(qsf2sql_array_read_float(storage.handle(), std::uint64_t{22} << 56 | peaks, masses), 1) << lastError();
+    std::istringstream log(testing::internal::GetCapturedStdout());
+    std::string steps;
+    for (std::string line; std::getline(log, line);)
+        steps += line.substr(line.find("kvan.io") + 15, line.rfind(": 1") - line.find("kvan.io") - 15) + "\n";
+    EXPECT_EQ(steps,
+              ".id: getNativeStorageFormat\n"
+              ": Reading from native 64-bit doubles.\n"
+              ": Read array converting to float\n"
+              ".id: readNativeArrayData<double>\n"
+              ".id: getNativeStorageFormat\n"
+              ": Reading from native 64-bit doubles.\n"
+              ": Read array non-converting to double\n"
+              ".id: readNativeArrayData<double>\n");
+    EXPECT_EQ(masses[1], 100.5F);
 }
 
 }  // namespace
