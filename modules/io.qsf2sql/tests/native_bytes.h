@@ -56,7 +56,7 @@ class MemoryFile final : public kvan::sys::PositionedFile {
 public:
     explicit MemoryFile(std::string bytes) : m_bytes(std::move(bytes)) {}
 
-    std::int64_t readAt(char* destination, std::int64_t count, std::uint64_t offset) override {
+    std::int64_t readAt(void* destination, std::int64_t count, std::uint64_t offset) override {
         const std::uint64_t left = offset < m_bytes.size() ? m_bytes.size() - offset : 0;
         const std::uint64_t given = std::min(left, static_cast<std::uint64_t>(count));
         if (given != 0)

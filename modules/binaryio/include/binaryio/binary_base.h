@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <bit>
 #include <concepts>
 #include <cstdint>
@@ -96,8 +97,40 @@ IBinaryBase& operator>>(IBinaryBase& stream, T& value) {
 /// One byte; any but zero is true.
 IBinaryBase& operator>>(IBinaryBase& stream, bool& value);
 
+/// A record that is packed as its format lays it out (see `binaryio/packed_record.h`).
+template <class Record>
+Record readRecord(IBinaryBase& stream) {
+    static_assert(std::is_trivially_copyable_v<Record> && alignof(Record) == 1);
+    static_assert(std::endian::native == std::endian::little);
+    Record record;
+    stream.doRead(reinterpret_cast<unsigned char*>(&record), sizeof record);
+    return record;
+}
+
 /// A count of elements, in the width that the stream's flags say.
 std::uint64_t readContainerSize(IBinaryBase& stream);
+
+/// The bytes of `count` elements of `elementSize`, which is not 0. Fails as a read of them would, if the stream knows
+/// already that they are not there.
+std::uint64_t requireElements(const IBinaryBase& stream, std::uint64_t count, std::uint64_t elementSize);
+
+/// `count` numbers or characters in their container: a vector or a string. The way to take an array out of a stream:
+/// the count may be any claim of a file and takes no more memory than bytes are there to fill it.
+template <class Container>
+Container readArray(IBinaryBase& stream, std::uint64_t count) {
+    using Element = typename Container::value_type;
+    static_assert(StreamedNumber<Element> && std::endian::native == std::endian::little);
+    // A stream that cannot tell how much is left is read piece by piece, so that a false count takes no memory.
+    constexpr std::uint64_t largestPiece = 0x10000 / sizeof(Element);
+    requireElements(stream, count, sizeof(Element));
+    Container elements;
+    for (std::uint64_t done = 0; done < count; done = elements.size()) {
+        const std::uint64_t piece = std::min(count - done, largestPiece);
+        elements.resize(done + piece);
+        stream.doRead(reinterpret_cast<unsigned char*>(elements.data() + done), piece * sizeof(Element));
+    }
+    return elements;
+}
 
 /// A tagged text, "CString-ASCII" or "std_string_ascii". `text` is untouched unless all of it was read.
 IBinaryBase& operator>>(IBinaryBase& stream, std::string& text);

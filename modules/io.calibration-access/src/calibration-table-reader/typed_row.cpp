@@ -1,17 +1,15 @@
 #include "calibration-table-reader/typed_row.h"
 
-#include <bit>
+#include <binaryio/heap_binary.h>
+
 #include <boost/throw_exception.hpp>
 #include <cmath>
-#include <cstring>
 #include <limits>
 #include <stdexcept>
 
 namespace kvan::io::calibration::tables {
 
 namespace {
-
-static_assert(std::endian::native == std::endian::little);
 
 const char* nameOf(int type) {
     switch (type) {
@@ -60,9 +58,8 @@ std::vector<double> TypedRow::reals(int column) const {
     const unsigned char* const bytes = m_query.getBlobField(column, length);
     if (length <= 0 || length % static_cast<int>(sizeof(double)) != 0)
         fail(column, "a blob of " + std::to_string(length) + " bytes instead of doubles");
-    std::vector<double> values(static_cast<std::size_t>(length) / sizeof(double));
-    std::memcpy(values.data(), bytes, static_cast<std::size_t>(length));  // lint: raw-bytes: size checked above
-    return values;
+    binaryio::IHeapBinary blob(bytes, static_cast<std::uint64_t>(length));
+    return binaryio::readArray<std::vector<double>>(blob, static_cast<std::uint64_t>(length) / sizeof(double));
 }
 
 std::optional<int> TypedRow::findBlob(int first) const {

@@ -2,6 +2,7 @@
 
 #include "DeserializeReferenceCalibrator.h"
 
+#include <binaryio/packed_record.h>
 #include <logger/logger.h>
 #include <sysutils/platform.h>
 
@@ -16,6 +17,16 @@ namespace fs = boost::filesystem;
 namespace {
 
 constexpr std::uint32_t g_untestedVersion = 1;
+
+#pragma pack(push, 1)
+/// The payload follows at once.
+struct ArchiveFileHead {
+    std::uint32_t version;        // 0  of the file
+    std::uint32_t unread4;        // 4
+    std::uint32_t payloadLength;  // 8  in bytes; 0 without a payload
+};
+#pragma pack(pop)
+KVAN_PACKED_RECORD(ArchiveFileHead, 12, (version, 0), (payloadLength, 8));
 
 [[noreturn]] void refuse(const fs::path& path, const char* reason) {
     BOOST_THROW_EXCEPTION(std::runtime_error("Specified AMI file '" + sys::pathToUtf8(path) + "' " + reason));
@@ -34,29 +45,24 @@ std::unique_ptr<sys::PositionedFile> openFile(const fs::path& path) {
     return file;
 }
 
-bool readAt(sys::PositionedFile& file, void* destination, std::uint32_t bytes, std::uint64_t offset) {
-    return file.readAt(static_cast<char*>(destination), bytes, offset) == bytes;
-}
-
 }  // namespace
 
 CCalibratorDataFile::CCalibratorDataFile(const fs::path& path) {
     const auto file = openFile(path);
-    std::uint32_t head[3];
-    if (!readAt(*file, head, sizeof head, 0))
+    ArchiveFileHead head;
+    if (file->readAt(&head, sizeof head, 0) != sizeof head)
         refuse(path, "ends inside its head.");
-    m_version = head[0];
-    const std::uint32_t length = head[2];
+    m_version = head.version;
     const auto logger = logging::Logger::getLogger("kvan.io.amiReader");
     KVAN_LOG(logger, DEBUG) << "AMI file version = " << m_version;
     if (m_version == g_untestedVersion)
         ThrowUntestedCodePath();
     if (m_version != ReadVersion)
         return;
-    if (file->size() < sizeof head + std::uint64_t{length})
+    if (file->size() < sizeof head + std::uint64_t{head.payloadLength})
         refuse(path, "ends inside its payload.");
-    m_payload.resize(length);
-    if (!readAt(*file, m_payload.data(), length, sizeof head))
+    m_payload.resize(head.payloadLength);
+    if (file->readAt(m_payload.data(), head.payloadLength, sizeof head) != std::int64_t{head.payloadLength})
         refuse(path, "couldn't be read.");
 }
 

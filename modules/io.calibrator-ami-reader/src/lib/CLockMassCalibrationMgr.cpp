@@ -2,10 +2,10 @@
 
 #include "UnsupportedVersionError.h"
 
+#include <binaryio/packed_record.h>
 #include <logger/logger.h>
 
 #include <boost/throw_exception.hpp>
-#include <cstring>
 #include <stdexcept>
 #include <utility>
 
@@ -24,12 +24,22 @@ VersionNumber readEntryHead(Stream& stream) {
     return version;
 }
 
-/// The length of the blob that begins `bytes`: a string record may fill the rest of them.
+#pragma pack(push, 1)
+struct StringHead {
+    std::uint32_t tag;    // 0
+    std::uint32_t count;  // 4  of the bytes that follow
+};
+#pragma pack(pop)
+KVAN_PACKED_RECORD(StringHead, 8, (tag, 0), (count, 4));
+
+/// The length of the blob that begins `bytes`: a string record may fill the rest of them. Nothing tells where the blob
+/// ends, so each place is tried, the first one first.
 std::size_t blobLength(const Bytes& bytes) {
-    std::uint32_t head[2];  // tag and count of a string
-    for (std::size_t end = 0; end + sizeof head <= bytes.size(); ++end) {
-        std::memcpy(head, bytes.data() + end, sizeof head);  // lint: raw-bytes: looks ahead, takes nothing
-        if (isStringTag(MagicNumber(head[0])) && head[1] == bytes.size() - end - sizeof head)
+    binaryio::IHeapBinary stream(bytes.data(), bytes.size());
+    for (std::size_t end = 0; bytes.size() - end >= sizeof(StringHead); ++end) {
+        stream.doSetReadPos(binaryio::origin::Begin, static_cast<std::int64_t>(end));
+        const auto head = binaryio::readRecord<StringHead>(stream);
+        if (isStringTag(MagicNumber(head.tag)) && head.count == bytes.size() - end - sizeof head)
             return end;
     }
     return bytes.size();

@@ -4,15 +4,13 @@
 
 #include <algorithm>
 #include <boost/throw_exception.hpp>
-#include <limits>
 
 namespace kvan::io::ami {
 
 namespace {
 
-void skipExactly(Stream& stream, std::uint64_t bytes) {
-    stream.requireAvailable(bytes);
-    stream.skip(bytes);
+void skipExactly(Stream& stream, std::uint64_t count, std::uint64_t elementSize) {
+    stream.skip(binaryio::requireElements(stream, count, elementSize));
 }
 
 }  // namespace
@@ -40,14 +38,7 @@ std::uint64_t readArrayHead(Stream& stream) {
 }
 
 Bytes readBytes(Stream& stream) {
-    return readBytes(stream, read<std::uint32_t>(stream));
-}
-
-Bytes readBytes(Stream& stream, std::uint64_t count) {
-    stream.requireAvailable(count);
-    Bytes bytes(count);
-    stream.doRead(bytes.data(), count);
-    return bytes;
+    return binaryio::readArray<Bytes>(stream, read<std::uint32_t>(stream));
 }
 
 bool isStringTag(const MagicNumber& tag) {
@@ -64,7 +55,7 @@ bool isStringNext(Stream& stream) {
 }
 
 void skipBytes(Stream& stream) {
-    skipExactly(stream, read<std::uint32_t>(stream));
+    skipExactly(stream, read<std::uint32_t>(stream), 1);
 }
 
 void skipString(Stream& stream) {
@@ -72,9 +63,7 @@ void skipString(Stream& stream) {
 }
 
 void skipArray(Stream& stream, std::uint64_t elementSize) {
-    const std::uint64_t count = readArrayHead(stream);
-    const bool overflows = count > std::numeric_limits<std::uint64_t>::max() / elementSize;
-    skipExactly(stream, overflows ? count : count * elementSize);
+    skipExactly(stream, readArrayHead(stream), elementSize);
 }
 
 void skipDoubleArrays(Stream& stream, int count) {

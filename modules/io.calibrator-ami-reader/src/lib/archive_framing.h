@@ -60,8 +60,6 @@ std::uint64_t readArrayHead(Stream& stream);
 
 /// A 32-bit length and that many bytes.
 Bytes readBytes(Stream& stream);
-/// `count` bytes.
-Bytes readBytes(Stream& stream, std::uint64_t count);
 
 bool isStringTag(const MagicNumber& tag);
 /// Whether a string record follows. The position stays.

@@ -30,7 +30,7 @@ public:
 
     /// Reads up to `count` bytes at `offset`; gives the number read, less than `count` only at the end of the file, or
     /// -1 when the system reports a fault.
-    virtual std::int64_t readAt(char* destination, std::int64_t count, std::uint64_t offset) = 0;
+    virtual std::int64_t readAt(void* destination, std::int64_t count, std::uint64_t offset) = 0;
 
     /// Size in bytes at this moment, 0 when it cannot be told.
     virtual std::uint64_t size() const = 0;

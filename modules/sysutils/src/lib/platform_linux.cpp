@@ -77,10 +77,11 @@ class LinuxPositionedFile final : public PositionedFile {
 public:
     explicit LinuxPositionedFile(Descriptor descriptor) : m_descriptor(std::move(descriptor)) {}
 
-    std::int64_t readAt(char* destination, std::int64_t count, std::uint64_t offset) override {
+    std::int64_t readAt(void* destination, std::int64_t count, std::uint64_t offset) override {
+        char* const bytes = static_cast<char*>(destination);
         std::int64_t done = 0;
         while (done < count) {
-            const ssize_t got = ::pread(m_descriptor.get(), destination + done, static_cast<std::size_t>(count - done),
+            const ssize_t got = ::pread(m_descriptor.get(), bytes + done, static_cast<std::size_t>(count - done),
                                         static_cast<off_t>(offset + static_cast<std::uint64_t>(done)));
             if (got < 0 && errno == EINTR)
                 continue;
