@@ -34,6 +34,8 @@ public:
 
     /// As `find`, but throws `std::runtime_error` where that gives null.
     CalibrationReaderSqlite(const boost::filesystem::path& analysisDirectory, const CalibrationStateSelector& selector);
+    /// Of a state that was found already; never null.
+    explicit CalibrationReaderSqlite(std::unique_ptr<CalibrationReaderSqliteImpl> impl);
     ~CalibrationReaderSqlite();
 
     /// The key of the state.
@@ -55,8 +57,6 @@ public:
     TransformatorPtr getRefMzTrafo(bool negative, double T1, double T2);
 
 private:
-    explicit CalibrationReaderSqlite(std::unique_ptr<CalibrationReaderSqliteImpl> impl);
-
     std::unique_ptr<CalibrationReaderSqliteImpl> m_impl;
 };
 

@@ -14,9 +14,8 @@ std::unique_ptr<CalibrationReaderSqlite> CalibrationReaderSqlite::find(const boo
     const auto key = selector.findUUID(*database);
     if (!key)
         return nullptr;
-    auto reader = std::make_unique<CalibrationReaderSqliteImpl>(std::move(database), *key);
-    using Owner = std::unique_ptr<CalibrationReaderSqlite>;
-    return Owner(new CalibrationReaderSqlite(std::move(reader)));  // lint: new: the constructor is private
+    return std::make_unique<CalibrationReaderSqlite>(
+        std::make_unique<CalibrationReaderSqliteImpl>(std::move(database), *key));
 }
 
 CalibrationReaderSqlite::CalibrationReaderSqlite(const boost::filesystem::path& analysisDirectory,
