@@ -2,6 +2,7 @@
 
 #include <sysutils/loaded_module.h>
 
+#include <bit>
 #include <optional>
 
 namespace kvan::logging::impl {
@@ -26,7 +27,7 @@ public:
     /// Null if the program does not export the function.
     template <class Function>
     Function* function(const char* name) const {
-        return reinterpret_cast<Function*>(m_program->symbol(name));  // lint: raw-bytes: the name promises the type
+        return std::bit_cast<Function*>(m_program->symbol(name));
     }
 
 private:

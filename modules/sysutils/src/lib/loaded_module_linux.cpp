@@ -1,7 +1,11 @@
 #include <sysutils/loaded_module.h>
 
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <cstddef>
 #include <cstdint>
-#include <cstring>
+#include <span>
 #include <string_view>
 
 #include <dlfcn.h>
@@ -27,6 +31,7 @@ namespace kvan::sys {
 namespace {
 
 using Slot = std::atomic<void*>;
+using Bytes = std::span<const std::byte>;
 
 constexpr std::string_view g_slotOwner("kvan.sys.slot.1", 16);
 
@@ -45,25 +50,32 @@ std::size_t padded(std::size_t size) {
     return (size + 3) / 4 * 4;
 }
 
-/// The slot that the notes in `size` bytes tell of; null if they tell of none.
-Slot* slotInNotes(const char* notes, std::size_t size) {
-    ElfW(Nhdr) head;
-    while (size >= sizeof head) {
-        std::memcpy(&head, notes, sizeof head);
-        const std::size_t rest = size - sizeof head;
+/// The value of the first bytes, of which there are enough.
+template <class Value>
+Value valueIn(Bytes bytes) {
+    std::array<std::byte, sizeof(Value)> own;
+    std::copy_n(bytes.begin(), own.size(), own.begin());
+    return std::bit_cast<Value>(own);
+}
+
+bool isOwners(Bytes name) {
+    const Bytes owner = std::as_bytes(std::span(g_slotOwner));
+    return std::equal(name.begin(), name.end(), owner.begin(), owner.end());
+}
+
+/// The slot that the notes tell of; null if they tell of none.
+Slot* slotInNotes(Bytes notes) {
+    while (notes.size() >= sizeof(ElfW(Nhdr))) {
+        const auto head = valueIn<ElfW(Nhdr)>(notes);
+        notes = notes.subspan(sizeof head);
         const std::size_t nameSize = padded(head.n_namesz);
-        if (nameSize > rest || padded(head.n_descsz) > rest - nameSize)
+        const std::size_t contentSize = padded(head.n_descsz);
+        if (nameSize > notes.size() || contentSize > notes.size() - nameSize)
             return nullptr;
-        const char* name = notes + sizeof head;
-        const char* distanceAt = name + nameSize;
-        std::int64_t distance = 0;
-        if (std::string_view(name, head.n_namesz) == g_slotOwner && head.n_descsz == sizeof distance) {
-            std::memcpy(&distance, distanceAt, sizeof distance);
-            return reinterpret_cast<Slot*>(reinterpret_cast<std::intptr_t>(distanceAt) + distance);
-        }
-        const std::size_t whole = sizeof head + nameSize + padded(head.n_descsz);
-        notes += whole;
-        size -= whole;
+        const Bytes content = notes.subspan(nameSize, head.n_descsz);
+        if (isOwners(notes.first(head.n_namesz)) && content.size() == sizeof(std::int64_t))
+            return std::bit_cast<Slot*>(std::bit_cast<std::intptr_t>(content.data()) + valueIn<std::int64_t>(content));
+        notes = notes.subspan(nameSize + contentSize);
     }
     return nullptr;
 }
@@ -73,7 +85,8 @@ int findSlot(dl_phdr_info* module, std::size_t, void* found) {
         const ElfW(Phdr)& segment = module->dlpi_phdr[i];
         if (segment.p_type != PT_NOTE || segment.p_align > 4)
             continue;
-        Slot* slot = slotInNotes(reinterpret_cast<const char*>(module->dlpi_addr + segment.p_vaddr), segment.p_memsz);
+        const auto* const start = std::bit_cast<const std::byte*>(module->dlpi_addr + segment.p_vaddr);
+        Slot* slot = slotInNotes({start, segment.p_memsz});
         if (slot != nullptr) {
             *static_cast<Slot**>(found) = slot;
             return 1;
