@@ -46,8 +46,7 @@ std::unique_ptr<CppSQLite3DB> openCache(const fs::path& cacheFile) {
 }
 
 void throwCannotOpenCache() {
-    const char* const words = sqlite3_errstr(SQLITE_CANTOPEN);  // lint: sqlite: asks no database
-    BOOST_THROW_EXCEPTION(cppsqlite::CppSQLite3Exception(SQLITE_CANTOPEN, words));
+    BOOST_THROW_EXCEPTION(cppsqlite::CppSQLite3Exception(SQLITE_CANTOPEN));
 }
 
 }  // namespace kvan::io::qsf2sql::cache
