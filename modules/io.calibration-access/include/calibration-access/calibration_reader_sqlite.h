@@ -1,8 +1,8 @@
 #pragma once
 
 #include <calibration-access/calibration_state_selector.h>
+#include <sysutils/boost_fwd.h>
 
-#include <boost/filesystem/path.hpp>
 #include <cstdint>
 #include <memory>
 #include <string>

@@ -1,6 +1,7 @@
 #pragma once
 
-#include <boost/filesystem/path.hpp>
+#include <sysutils/boost_fwd.h>
+
 #include <cstdint>
 #include <string>
 #include <vector>

@@ -1,8 +1,8 @@
 #pragma once
 
 #include <cppsqlite/CppSQLite3.h>
+#include <sysutils/boost_fwd.h>
 
-#include <boost/filesystem/path.hpp>
 #include <memory>
 
 namespace kvan::io::calibration {

@@ -3,6 +3,8 @@
 
 #include <calibration-access/calibration_reader_sqlite.h>
 
+#include <boost/filesystem/path.hpp>
+
 namespace kvan::io::calibration {
 
 std::unique_ptr<CalibrationReaderSqlite> CalibrationReaderSqlite::find(const boost::filesystem::path& analysisDirectory,

@@ -4,6 +4,7 @@
 #include <cppsqlite/simple_checked_query.h>
 #include <cppsqlite/sql_text.h>
 
+#include <boost/filesystem/path.hpp>
 #include <boost/throw_exception.hpp>
 #include <stdexcept>
 

@@ -2,6 +2,8 @@
 
 #include <calibration-access/calibration_states.h>
 
+#include <boost/filesystem/path.hpp>
+
 namespace kvan::io::calibration {
 
 namespace {

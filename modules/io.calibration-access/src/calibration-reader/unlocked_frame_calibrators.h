@@ -4,6 +4,7 @@
 
 #include <sysutils/platform.h>
 
+#include <boost/filesystem/path.hpp>
 #include <memory>
 
 namespace kvan::io::calibration {

@@ -2,8 +2,8 @@
 
 #include <calibration-core/interfaces/Polarity.h>
 #include <logger/logger.h>
+#include <sysutils/boost_fwd.h>
 
-#include <boost/filesystem/path.hpp>
 #include <cstdint>
 #include <memory>
 

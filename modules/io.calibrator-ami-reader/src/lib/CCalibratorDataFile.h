@@ -2,7 +2,8 @@
 
 #include "archive_framing.h"
 
-#include <boost/filesystem/path.hpp>
+#include <sysutils/boost_fwd.h>
+
 #include <cstdint>
 
 namespace kvan::io::ami {

@@ -5,6 +5,7 @@
 #include <sysutils/process.h>
 #include <sysutils/text_conversion.h>
 
+#include <boost/filesystem/path.hpp>
 #include <boost/throw_exception.hpp>
 #include <cstdlib>
 #include <iomanip>

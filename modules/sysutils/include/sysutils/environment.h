@@ -1,6 +1,6 @@
 #pragma once
 
-#include <boost/filesystem/path.hpp>
+#include <sysutils/boost_fwd.h>
 
 /// Where this process and its user live. All of it may be asked from any thread, at the cost of a system call or two.
 namespace kvan::sys {

@@ -1,7 +1,7 @@
 #pragma once
 
-#include <boost/filesystem/path.hpp>
-#include <boost/system/error_code.hpp>
+#include <sysutils/boost_fwd.h>
+
 #include <cstdint>
 #include <cstdio>
 #include <memory>
