@@ -19,7 +19,7 @@ enum class StreamError {
 
 const boost::system::error_category& streamCategory();
 
-/// The one failure of binary streams: a message, which may be empty, ahead of the text of the code.
+/// The one failure of binary streams: a message, which may be empty, before the text of the code.
 class BinaryFailure : public boost::system::system_error {
 public:
     explicit BinaryFailure(StreamError code, const std::string& message = {})

@@ -31,7 +31,7 @@ private:
 /// Decompresses a zlib stream (RFC 1950) out of `source`, which outlives the stream, and reads ahead in it. The flags
 /// go there and back as with `OCompressBinary`.
 ///
-/// Damage fails when the part that holds it is decompressed, that is up to a buffer ahead of the bytes that are asked
+/// Damage fails when the part that holds it is decompressed, that is up to a buffer before the bytes that are asked
 /// for. A stream that is cut off ends where its bytes end.
 class IDecompressBinary final : public IBinaryBase {
 public:

@@ -5,6 +5,8 @@
 #include <boost/throw_exception.hpp>
 #include <limits>
 
+// What every stream reads alike. Sizes and counts are claims of the data: they are held against the bytes that are left
+// before memory depends on them, and what a stream cannot tell is read in pieces.
 namespace kvan::binaryio {
 
 IBinaryBase& operator>>(IBinaryBase& stream, bool& value) {
@@ -40,15 +42,18 @@ IBinaryBase& operator>>(IBinaryBase& stream, std::string& text) {
     stream >> tag;
     std::string read;
     if (tag == s_stdString) {
+        // This form counts in 32 bits whatever the stream says, so that a wide stream refuses it.
         if (stream.hasWideContainerSizes())
             BOOST_THROW_EXCEPTION(BinaryFailure(StreamError::Unspecified, "Incompatible container size alignment"));
         read = readArray<std::string>(stream, readContainerSize(stream));
     } else {
         s_cString.assertMagicIs(tag.getValue());
+        // The count includes the terminator. A count of 0 wraps to one that no stream can hold and is refused as such.
         read = readArray<std::string>(stream, readContainerSize(stream) - 1);
         std::uint8_t terminator = 0;
         stream >> terminator;
     }
+    // Only now, so that the caller's text survives a failure.
     text.swap(read);
     return stream;
 }

@@ -1,11 +1,14 @@
 #include <binaryio/binary_failure.h>
 
+// The category is one object of the process, since codes of two categories never compare equal. Its default-equivalent
+// conditions are those of the base class: codes of streams stand for nothing of the system.
 namespace kvan::binaryio {
 
 namespace {
 
 class StreamCategory final : public boost::system::error_category {
 public:
+    // Name and texts are part of messages that callers show.
     const char* name() const noexcept override { return "binary io stream"; }
 
     std::string message(int code) const override {

@@ -13,6 +13,11 @@
 
 #include <zlib.h>
 
+// zlib between a stream and another one. zlib counts in 32 bits, so buffers are at most that large and longer pieces
+// are handed over in parts. Data of at least a buffer goes through without a copy. Decompression looks ahead by one
+// buffer, from the construction on, so that `isAtEnd` needs no try; a source that ends within the zlib stream ends the
+// data there, without a failure, because a cut file still has the part before the cut. Damage throws. The destructor of
+// the writer finishes the stream and swallows what fails in that: who wants to know calls `close`.
 namespace kvan::binaryio {
 
 namespace {
@@ -27,6 +32,7 @@ std::size_t checkedBufferSize(std::uint64_t size) {
     BOOST_THROW_EXCEPTION(BinaryFailure(StreamError::Unspecified, text));
 }
 
+// No memory is never taken for bad data.
 void checkInitialized(int result, const z_stream& stream) {
     if (result == Z_MEM_ERROR)
         BOOST_THROW_EXCEPTION(std::bad_alloc());
@@ -66,6 +72,7 @@ public:
     void write(const unsigned char* source, std::uint64_t bytes) {
         verifyOpen();
         while (bytes > 0) {
+            // Nothing waits before it, so it may go as it is.
             if (m_buffered == 0 && bytes >= m_input.size()) {
                 const std::uint64_t piece = std::min<std::uint64_t>(bytes, std::numeric_limits<uInt>::max());
                 softFlush(source, piece);
@@ -114,14 +121,17 @@ private:
     }
 
     void finalFlush() {
+        // From here on a write is refused, also when the end fails halfway.
         m_state = Finishing;
         flushBuffered();
+        // Each turn fills a buffer at most; the last one says so.
         for (int result = Z_OK; result != Z_STREAM_END;) {
             result = deflateOnce(Z_FINISH);
             if (result < Z_OK || result > Z_STREAM_END)
                 throwZlibFailure("An error occurred during zlib finishing deflation", m_stream);
         }
         m_state = Closed;
+        // The flags belong to the inner stream; whoever goes on with it finds what was set on the way.
         m_sink->setFlags(m_owner.getFlags());
         m_sink = nullptr;
     }
@@ -175,6 +185,7 @@ public:
                 done += taken;
                 continue;
             }
+            // Straight into the caller's memory where a whole buffer fits.
             const bool isDirect = bytes - done >= m_output.size();
             const std::size_t inflated = zLibInflation(isDirect ? destination + done : m_output.data());
             if (inflated == 0)
@@ -197,6 +208,8 @@ private:
         m_stream.next_out = destination;
         m_stream.avail_out = static_cast<uInt>(m_output.size());
         while (!m_isEnded && m_stream.avail_out > 0) {
+            // Asked only when a source may still have something: a stream that waits for more would otherwise wait for
+            // ever.
             if (m_stream.avail_in == 0 && !m_isExhausted)
                 fetch();
             if (m_stream.avail_in == 0)
@@ -211,6 +224,7 @@ private:
 
     void fetch() {
         const std::uint64_t fetched = m_source.readSome(m_input.data(), m_input.size());
+        // A short fetch is the end of the source, by the contract of `readSome`.
         m_isExhausted = fetched < m_input.size();
         setInput(m_stream, m_input.data(), fetched);
     }
@@ -245,6 +259,7 @@ std::uint64_t IDecompressBinary::readSome(unsigned char* destination, std::uint6
 }
 
 void IDecompressBinary::skip(std::uint64_t bytes) {
+    // Skips of a few bytes are common and need no memory of their own.
     std::array<unsigned char, 256> small;
     std::vector<unsigned char> large(bytes > small.size() ? std::min<std::uint64_t>(bytes, 0x10000) : 0);
     unsigned char* const scratch = large.empty() ? small.data() : large.data();

@@ -7,6 +7,9 @@
 #include <cstring>
 #include <locale>
 
+// Streams over memory. The read position never leaves 0 to the size, so the bytes that are left are a difference that
+// cannot be negative, and every request is compared with it instead of a sum with the end, which a claim of 64 bits
+// could make wrap. A request that fails moves nothing.
 namespace kvan::binaryio {
 
 namespace {
@@ -16,6 +19,7 @@ std::uint64_t movedPosition(std::uint64_t position, std::uint64_t size, origin::
                             const char* failure) {
     std::uint64_t base = position;
     bool backwards = offset < 0;
+    // In unsigned numbers, where also the lowest offset has its distance.
     const std::uint64_t distance =
         backwards ? 0 - static_cast<std::uint64_t>(offset) : static_cast<std::uint64_t>(offset);
     switch (from) {
@@ -25,10 +29,11 @@ std::uint64_t movedPosition(std::uint64_t position, std::uint64_t size, origin::
         case origin::Current:
             break;
         case origin::End:
+            // Offsets from the end count backwards: a positive one lies before it.
             base = size;
             backwards = !backwards;
             break;
-        default:
+        default:  // any other origin leaves the position as it is
             return position;
     }
     if (distance > (backwards ? base : size - base))
@@ -45,6 +50,7 @@ void IHeapBinary::doRead(unsigned char* destination, std::uint64_t bytes) {
 
 std::uint64_t IHeapBinary::readSome(unsigned char* destination, std::uint64_t bytes) {
     const std::uint64_t given = std::min(bytes, m_size - m_position);
+    // Without bytes both pointers may be null, which memcpy does not allow.
     if (given > 0)
         std::memcpy(destination, m_start + m_position, given);
     m_position += given;
@@ -82,6 +88,7 @@ void OHeapBinary::doSetWritePos(origin::type from, std::int64_t offset) {
 }
 
 void OHeapBinary::clear() {
+    // A clear() of the vector would keep its memory.
     std::vector<unsigned char>().swap(m_bytes);
     m_position = 0;
 }

@@ -9,6 +9,9 @@
 #include <string_view>
 #include <unordered_map>
 
+// Tags are compared by number alone. The names serve the messages: a failure says which record was found where another
+// one was expected. They are kept in one registry of the process, written when a tag is made (once, for the constants
+// of a reader) and read when a message is put together, hence a lock that readers share.
 namespace kvan::binaryio {
 
 namespace {
@@ -22,6 +25,7 @@ public:
 
     void add(std::uint32_t value, const char* name) {
         const std::unique_lock lock(m_mutex);
+        // Two names of one number are possible in 16 bits of hash; the first one stays.
         m_names.emplace(value, name);
     }
 
@@ -46,9 +50,12 @@ std::uint32_t MagicNumber::valueOf(const char* name) {
     const std::string_view text = name ? name : "";
     std::uint32_t hash = 0;
     for (const char character : text) {
+        // A rotation of 16 bits to the left by one: the highest bit comes in again at the lowest.
         const std::uint32_t mixed = hash ^ static_cast<unsigned char>(character);
         hash = mixed >= 0x8000 ? (mixed & 0x7FFF) * 2 + 1 : mixed * 2;
     }
+    // The shift drops the highest four bits, so that the number begins with 0xBFA; the length fills the lowest four,
+    // and goes on into the hash for longer names.
     return (hash | 0xFBFA0000U) << 4 ^ static_cast<std::uint32_t>(text.size());
 }
 

@@ -5,6 +5,8 @@
 #include <boost/throw_exception.hpp>
 #include <locale>
 
+// Versions are compared as pairs of numbers, so that 1.10 comes after 1.2. Texts are formatted in the "C" locale: a
+// host that groups digits must not change a message.
 namespace kvan::binaryio {
 
 std::string VersionNumber::toString() const {
@@ -16,11 +18,13 @@ IBinaryBase& operator>>(IBinaryBase& stream, VersionNumber& version) {
     std::uint16_t major = 0;
     std::uint16_t minor = 0;
     stream >> major >> minor;
+    // Both parts are read before the version changes.
     version = VersionNumber(major, minor);
     return stream;
 }
 
 IBinaryBase& operator>>(IBinaryBase& stream, const expected_type<VersionNumber>& expected) {
+    // Before the read: to expect nothing is a fault of the caller, not of the data.
     if (!expected.get().isValid())
         BOOST_THROW_EXCEPTION(BinaryFailure(StreamError::EmptyVersionNumber, "Invalid empty version"));
     VersionNumber found;

@@ -5,6 +5,10 @@
 #include <boost/throw_exception.hpp>
 #include <utility>
 
+// The connection. What a file may hold that somebody else has written is never trusted more than its mode says: a
+// private file takes no locks because nobody else has its name, a frozen one because nobody can write it; both are
+// modes of a URI, so their names must be escaped, while all other names must be kept from being taken for a URI. A
+// failure to open leaves the object closed.
 namespace kvan::cppsqlite {
 
 namespace {
@@ -55,6 +59,7 @@ OpenCall openCall(const std::string& fileName, CppSQLite3DB::OpenMode mode) {
 CppSQLite3DB::~CppSQLite3DB() = default;
 
 void CppSQLite3DB::Close::operator()(sqlite3* connection) const noexcept {
+    // Statements that outlive the connection by mistake keep it until they go.
     sqlite3_close_v2(connection);
 }
 
@@ -62,6 +67,7 @@ void CppSQLite3DB::open(const std::string& fileName, OpenMode mode) {
     close();
     const OpenCall call = openCall(fileName, mode);
     sqlite3* connection = nullptr;
+    // SQLite gives a connection even when it fails, which holds the words of the failure and must be closed as well.
     const int code = sqlite3_open_v2(call.name.c_str(), &connection, call.flags, nullptr);
     std::unique_ptr<sqlite3, Close> opened(connection);
     check(code, connection);
@@ -79,10 +85,12 @@ void CppSQLite3DB::setBusyTimeout(int milliseconds) {
 
 void CppSQLite3DB::close() {
     check(sqlite3_close(m_connection.get()), "Unable to close database");
+    // Closed by the call; it refuses while statements are alive, and then the connection stays.
     static_cast<void>(m_connection.release());
 }
 
 void CppSQLite3DB::distrustContent() {
+    // A schema may call functions from views, triggers and defaults whenever a table is read.
     check(sqlite3_db_config(handle(), SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr), m_connection.get());
     execDML("PRAGMA cell_size_check=ON");
 }
@@ -103,6 +111,8 @@ bool CppSQLite3DB::wasMoved() const {
 }
 
 bool CppSQLite3DB::usesWriteAheadLog() const {
+    // From the file header of the SQLite format: byte 18 the version for writing, byte 19 for reading, 2 for a
+    // write-ahead log.
     constexpr sqlite3_int64 readVersionOffset = 19;
     constexpr unsigned char writeAheadVersion = 2;
     // Through SQLite's own descriptor: closing another one would drop the locks of all connections to the file.

@@ -6,6 +6,8 @@
 
 #include <sqlite3.h>
 
+// The text of a failure carries the name of its code, since callers and logs show it alone. Only primary codes have
+// names; extended ones, and what later versions of SQLite add, are unknown by name but not by number.
 namespace kvan::cppsqlite {
 
 namespace {
@@ -35,6 +37,7 @@ const char* codeName(int code) {
 }
 
 std::string formatMessage(int code, const char* text, bool freeText) {
+    // Freed also when the message below finds no memory.
     const std::unique_ptr<char, decltype(&sqlite3_free)> allocated(freeText ? const_cast<char*>(text) : nullptr,
                                                                    &sqlite3_free);
     return std::string(codeName(code)) + "[" + std::to_string(code) + "]: " + (text == nullptr ? "" : text);

@@ -5,11 +5,16 @@
 #include <string>
 #include <utility>
 
+// A query stands at a row from its construction on: the first step is taken there, so that `eof` is a question without
+// a deed. A statement that has come to its end is never stepped again, because SQLite would run it anew. A step that
+// fails ends the query and keeps SQLite's words, which the release of the statement would replace. A query that goes
+// ends the read, and with it the lock on the file.
 namespace kvan::cppsqlite {
 
 CppSQLite3Query::CppSQLite3Query(sqlite3* connection, sqlite3_stmt* statement, bool ownsStatement)
     : m_connection(connection), m_statement(statement, EndUse{ownsStatement}), m_eof(false) {
     nextRow();
+    // After the step: a schema that changed since the statement was prepared has it prepared anew.
     m_columnCount = sqlite3_column_count(m_statement.get());
 }
 
@@ -61,6 +66,7 @@ int CppSQLite3Query::numFields() const {
 
 std::string_view CppSQLite3Query::fieldName(int column) const {
     const char* const name = sqlite3_column_name(handleOf(column), column);
+    // SQLite gives a null name only without memory.
     if (name == nullptr)
         fail(SQLITE_NOMEM, "out of memory");
     return name;
@@ -72,6 +78,7 @@ int CppSQLite3Query::fieldDataType(int column) const {
 
 std::string_view CppSQLite3Query::fieldValue(int column) const {
     sqlite3_stmt* const statement = handleOf(column);
+    // The text before its length: the conversion to UTF-8 may change the number of bytes.
     const void* const text = sqlite3_column_text(statement, column);
     if (text == nullptr)
         return {};
@@ -92,6 +99,7 @@ double CppSQLite3Query::getFloatField(int column) const {
 
 const unsigned char* CppSQLite3Query::getBlobField(int column, int& length) const {
     sqlite3_stmt* const statement = handleOf(column);
+    // In this order, for the same reason as with texts.
     const void* const bytes = sqlite3_column_blob(statement, column);
     length = sqlite3_column_bytes(statement, column);
     return static_cast<const unsigned char*>(bytes);

@@ -4,6 +4,9 @@
 
 #include <utility>
 
+// Statements are made for reuse: what is bound stays bound over a reset, and neither binding nor running allocates
+// anything here. Texts and blobs are copied by SQLite unless they are lent. A null pointer would bind NULL, so an empty
+// text and an empty blob are given an address.
 namespace kvan::cppsqlite {
 
 namespace {
@@ -16,6 +19,7 @@ void bindText(sqlite3_stmt* statement, int parameter, std::string_view text, sql
 
 void bindBlob(sqlite3_stmt* statement, int parameter, const void* bytes, std::size_t size,
               sqlite3_destructor_type ownership) {
+    // A copy is SQLite's to free; what is lent stays the caller's.
     check(sqlite3_bind_blob64(statement, parameter, size == 0 ? "" : bytes, size, ownership),
           "Error binding blob param");
 }
@@ -62,6 +66,7 @@ void CppSQLite3Statement::bindNull(int parameter) {
 int CppSQLite3Statement::execDML() {
     const int code = sqlite3_step(handle());
     const int changes = sqlite3_changes(m_connection);
+    // The reset gives the code of the step that failed; that is the one to report.
     const int resetCode = sqlite3_reset(m_statement.get());
     if (code != SQLITE_DONE)
         fail(resetCode, sqlite3_errmsg(m_connection));
@@ -69,6 +74,7 @@ int CppSQLite3Statement::execDML() {
 }
 
 CppSQLite3Query CppSQLite3Statement::execQuery() {
+    // The query borrows the statement and resets it when it goes, so the statement must outlive it.
     sqlite3_reset(handle());  // an earlier query may still stand in the middle
     return CppSQLite3Query(m_connection, m_statement.get(), false);
 }

@@ -5,6 +5,8 @@
 #include <cstddef>
 #include <utility>
 
+// A result of `sqlite3_get_table`: one array of texts, the names of the columns first and then row by row, which SQLite
+// allocates and frees as a whole. Row and column are held against it before each access.
 namespace kvan::cppsqlite {
 
 namespace {
@@ -21,6 +23,7 @@ void CppSQLite3Table::Free::operator()(char** results) const noexcept {
 }
 
 void CppSQLite3Table::finalize() {
+    // A finished table refuses every question; a second end is none.
     m_results.reset();
 }
 
@@ -47,6 +50,7 @@ const char* CppSQLite3Table::fieldValue(int row, int column) const {
 const char* CppSQLite3Table::cell(int row, int column) const {
     if (column < 0 || column >= numFields())
         failOwn(g_noField);
+    // One more row than `numRows` says: the names stand before the first one.
     return m_results[static_cast<std::size_t>(row) * static_cast<std::size_t>(m_columns) +
                      static_cast<std::size_t>(column)];
 }

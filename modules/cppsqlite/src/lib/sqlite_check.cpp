@@ -4,6 +4,7 @@
 
 #include <boost/throw_exception.hpp>
 
+// Faults of this layer have a code of their own, 1000, which SQLite does not use.
 namespace kvan::cppsqlite {
 
 void fail(int code, const char* text) {
@@ -19,6 +20,7 @@ void check(int code, const char* text) {
         fail(code, text);
 }
 
+// SQLite's words are those of the last call on the connection, so they are taken at once.
 void check(int code, sqlite3* connection) {
     if (code != SQLITE_OK)
         fail(code, sqlite3_errmsg(connection));

@@ -8,6 +8,10 @@
 #include <boost/throw_exception.hpp>
 #include <stdexcept>
 
+// The file comes from somewhere, may be written by somebody at this moment, and may lie where nothing can be written.
+// So: nothing of its schema is run before it is known to be plain tables; locks are waited for; and a database whose
+// log needs files beside it, which cannot be made there, is read as frozen if all of its data is in the file itself.
+// Where a log or a journal holds data, the ordinary way must do, and its failure counts.
 namespace kvan::io::calibration {
 
 namespace {
@@ -59,6 +63,7 @@ bool isRefusedForItsLog(const cppsqlite::CppSQLite3Exception& fault) {
 
 std::unique_ptr<CppSQLite3DB> connectForReading(const fs::path& file) {
     auto database = connect(file, CppSQLite3DB::OpenMode::Existing);
+    // Asked before the first statement, which would make the files already.
     if (!wouldLeaveFiles(*database) || !isWholeByItself(*database)) {
         try {
             requirePlainTables(*database);
@@ -80,6 +85,7 @@ std::unique_ptr<CppSQLite3DB> connectToCalibrationDatabase(const fs::path& file,
 }
 
 fs::path calibrationFile(const fs::path& analysisDirectory) {
+    // The empty path is the current directory to callers, but not to the file system.
     const fs::path directory = analysisDirectory.empty() ? "." : analysisDirectory;
     if (!fs::exists(directory))
         fail("Specified analysis directory does not exist");
@@ -100,6 +106,7 @@ std::unique_ptr<CppSQLite3DB> openCalibrationDatabase(const fs::path& file) {
     auto database = connectForReading(file);
     const auto type = cppsqlite::simpleCheckedQuery<std::string>(
         *database, "SELECT Value FROM GlobalMetadata WHERE Key='SchemaType'");
+    // Any SQLite file may have the name.
     if (type != "CALIBRATION_SQLITE")
         fail("Schema type '" + type + "' not supported");
     return database;

@@ -5,6 +5,8 @@
 
 #include <boost/filesystem/path.hpp>
 
+// The public face: finds the file, opens it, lets the selector choose a state, and hands over to the reader of that
+// state. No file and no state that fits are no failures here; everything else is.
 namespace kvan::io::calibration {
 
 std::unique_ptr<CalibrationReaderSqlite> CalibrationReaderSqlite::find(const boost::filesystem::path& analysisDirectory,
@@ -23,6 +25,7 @@ std::unique_ptr<CalibrationReaderSqlite> CalibrationReaderSqlite::find(const boo
 CalibrationReaderSqlite::CalibrationReaderSqlite(const boost::filesystem::path& analysisDirectory,
                                                  const CalibrationStateSelector& selector) {
     auto database = openCalibrationDatabase(calibrationFile(analysisDirectory));
+    // Throws where `find` gives null.
     const std::string key = selector.getUUID(*database);
     m_impl = std::make_unique<CalibrationReaderSqliteImpl>(std::move(database), key);
 }

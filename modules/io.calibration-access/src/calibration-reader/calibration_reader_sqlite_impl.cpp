@@ -8,6 +8,10 @@
 #include <boost/throw_exception.hpp>
 #include <stdexcept>
 
+// The members are made in the order of the checks: version, state, tables, digitizer constants; the first that fails
+// ends the construction. References are read once a polarity and shared; a failed load is tried again at the next call.
+// A state without digitizer constants is no fault until a model needs them. A file that is read as frozen has no lock
+// that keeps writers out, so its stamp is compared around each read and a change ends all reads of it.
 namespace kvan::io::calibration {
 
 namespace {
@@ -25,6 +29,7 @@ void checkSchemaVersion(CppSQLite3DB& database) {
         simpleCheckedQuery<std::int64_t>(database, "SELECT Value FROM GlobalMetadata WHERE Key='SchemaVersionMajor'");
     const auto minor =
         simpleCheckedQuery<std::int64_t>(database, "SELECT Value FROM GlobalMetadata WHERE Key='SchemaVersionMinor'");
+    // A new minor version stays readable, a new major one does not.
     if (major >= 2)
         fail("calibration schema version " + std::to_string(major) + "." + std::to_string(minor) + " not supported.");
 }
@@ -58,6 +63,7 @@ std::optional<DigitizerConstants> readDigitizerConstants(CppSQLite3DB& database,
 
 /// The temperatures of a reference that is used as it is are not looked at.
 details::MzCalibTemperatureInfo readTemperatures(const tables::TypedRow& reference) {
+    // Tolerated: with both coefficients 0.0 whatever stands in T1 and T2 is not looked at.
     constexpr int T1 = tables::CalibrationTableReader::FirstExtra;
     details::MzCalibTemperatureInfo info{.dC1 = reference.real(T1 + 2), .dC2 = reference.real(T1 + 3)};
     if (info.isCompensated()) {
@@ -94,6 +100,7 @@ auto CalibrationReaderSqliteImpl::readWhole(Read read) {
             fail(m_database->fileName() + " has changed since it was opened");
     };
     requireUnchanged();
+    // A change in between can have spoiled what was read, so the result waits for the second look.
     auto result = read();
     requireUnchanged();
     return result;
@@ -137,6 +144,7 @@ CalibrationReaderSqliteImpl::RefMzTrafo CalibrationReaderSqliteImpl::loadRefMzTr
                               (negative ? "NegativeReferenceCalibratorId" : "PositiveReferenceCalibratorId") +
                               " FROM CalibrationState WHERE Id=" + std::to_string(m_state)),
         "CalibrationState", "Id", m_state);
+    // None for this polarity; whether that is a fault is for the caller of the reference to say.
     if (!state.exists() || state.isNull(0))
         return {};
     const tables::TypedRow row = m_references.find(state.integer(0));

@@ -5,6 +5,10 @@
 #include <boost/throw_exception.hpp>
 #include <stdexcept>
 
+// One query decides which state of a calibration database is taken; its text is shown when it finds nothing. A state
+// fits an analysis when it has a calibration for each spectrum, or a reference for each polarity that occurs. Keys and
+// sources are texts of a caller and are quoted. No state is no failure for `findUUID`: the analysis then keeps its own
+// calibration.
 namespace kvan::io::calibration {
 
 namespace {
@@ -25,6 +29,7 @@ std::string completeMapping(const std::string& from, const std::string& frames) 
 }  // namespace
 
 std::string CalibrationStateSelector::getUUID(cppsqlite::CppSQLite3DB& database) const {
+    // The words are those of a checked query, with the query itself.
     if (auto uuid = findUUID(database))
         return *std::move(uuid);
     fail("Query result unexpectedly empty: " + query());
@@ -35,6 +40,7 @@ std::optional<std::string> CalibrationStateSelector::findUUID(cppsqlite::CppSQLi
         return cppsqlite::simpleOptionalQuery<std::string>(database, query());
     const auto count = cppsqlite::simpleCheckedQuery<std::int64_t>(
         database, "SELECT COUNT(*) FROM CalibrationState WHERE Key=" + cppsqlite::sqlText(*key));
+    // A state that was named must be there; to take another one would be a wrong calibration.
     if (count == 0)
         fail("Calibration state [" + *key + "] does not exist");
     return key;

@@ -4,6 +4,8 @@
 
 #include <boost/filesystem/path.hpp>
 
+// All states with what decides about them, for a person who wants to see why one was chosen. One query, so that all
+// rows are of the same moment.
 namespace kvan::io::calibration {
 
 namespace {

@@ -3,6 +3,8 @@
 #include <boost/throw_exception.hpp>
 #include <stdexcept>
 
+// From a spectrum to its row in two steps: the mapping of the state names a calibration, the table holds it. A gap in
+// either is the same failure, since neither is of use alone.
 namespace kvan::io::calibration {
 
 namespace {

@@ -9,6 +9,9 @@
 #include <boost/throw_exception.hpp>
 #include <stdexcept>
 
+// From the columns of a row to a transformator, one function a model. Columns count from the first of the model; types
+// are strict, see `TypedRow`; whether the constants make a law is for the factory to say. Time-of-flight models have
+// their time axis in the state, not in the row, and fail without it.
 namespace kvan::io::calibration {
 
 namespace {
@@ -20,7 +23,7 @@ const ::kvan::calibration::ICalibrationTransformatorFactory& factory() {
     return *::kvan::calibration::Transformation::CalibrationTransformatorFactory::instance();
 }
 
-// Column: value, counted from the first of the model. What is not told is not read.
+// Column: value, counted from the first of the model. What is not listed is not read.
 
 /// 0: c0, 1: c1, 2: c2. The time axis is the digitizer's.
 TransformatorPtr makeTof(const tables::TypedRow& row, int base, const DigitizerConstants& digitizer) {

@@ -2,6 +2,10 @@
 
 #include "calibration-reader/calibration_database.h"
 
+// Reads that take no locks count only if the file is proved unwritten: its stamp (device, number, size, times) is taken
+// under a lock, lies long enough in the past to tell a next write, and is the same before and after each read. On any
+// doubt the answer is null and the caller reads under locks, which also finds the words for a failure. A first set-up
+// after 16 reads under locks, another try after each 1024, since a set-up costs several reads.
 namespace kvan::io::calibration {
 
 namespace {
@@ -34,14 +38,16 @@ std::shared_ptr<::kvan::calibration::ICalibrationTransformator> UnlockedFrameCal
     if (!m_calibrators)
         return nullptr;
     try {
+        // Before: pages that SQLite has kept may be older than the file.
         if (isUntouched()) {
             auto transformator = m_calibrators->load(frameId, digitizer);
+            // After: what was read may be half of a change.
             if (isUntouched())
                 return transformator;
         }
         m_calibrators.reset();
     } catch (const std::exception&) {
-        // Whatever a writer in between may have made of the read: under locks it is told or it is none.
+        // Whatever a writer in between may have made of the read: under locks it shows or it is none.
     }
     return nullptr;
 }

@@ -20,7 +20,7 @@ public:
     std::shared_ptr<::kvan::calibration::ICalibrationTransformator> tryLoad(
         std::int64_t frameId, const std::optional<DigitizerConstants>& digitizer);
 
-    /// To be told of each read that succeeded under locks, by the ordinary connection to the file: so many make it
+    /// To be called after each read that succeeded under locks, by the ordinary connection to the file: so many make it
     /// worth to go on without.
     void noteLockedRead(cppsqlite::CppSQLite3DB& locked) noexcept;
 

@@ -8,12 +8,16 @@
 #include <locale>
 #include <stdexcept>
 
+// Tables of models differ in the columns of their models only, and those count by their order. So the columns are asked
+// of the database, the known ones are taken out by name, and the rest is selected in the table's order. The statement
+// is compiled once; a row costs a binding and a step.
 namespace kvan::io::calibration::tables {
 
 namespace {
 
 bool contains(const std::vector<std::string>& names, const std::string& name) {
     return std::any_of(names.begin(), names.end(), [&name](const std::string& other) {
+        // Names of columns have no case in SQL.
         return boost::iequals(name, other, std::locale::classic());
     });
 }
@@ -30,6 +34,7 @@ std::vector<std::string> modelColumns(cppsqlite::CppSQLite3DB& database, const c
         if (!contains(ownColumns, name) && !contains(extraColumns, name))
             columns.push_back(std::move(name));
     }
+    // A table that does not exist has no columns either.
     if (columns.empty())
         BOOST_THROW_EXCEPTION(std::runtime_error(std::string("Too few columns in table ") + table));
     return columns;
@@ -41,6 +46,7 @@ std::string rowQuery(const char* table, const std::vector<std::string>& extraCol
     for (const std::string& name : extraColumns)
         query += "c." + name + ", ";
     for (const std::string& name : columns)
+        // Quoted, since the name is any text of the file.
         query += (&name == columns.data() ? "c." : ", c.") + cppsqlite::sqlName(name);
     query += std::string(" FROM ") + table;
     if (!state)

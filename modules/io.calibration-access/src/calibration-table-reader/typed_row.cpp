@@ -7,6 +7,9 @@
 #include <limits>
 #include <stdexcept>
 
+// SQLite converts whatever it is asked to: a text becomes the number 0, and a NULL too. A calibration made of such
+// numbers would be wrong without a word, so the stored type is looked at first and only lossless conversions are taken:
+// a whole number for a real one, and a real one for a whole number where it is one.
 namespace kvan::io::calibration::tables {
 
 namespace {
@@ -37,7 +40,7 @@ std::int64_t TypedRow::integer(int column) const {
     if (typeOf(column) == SQLITE_INTEGER)
         return m_query.getInt64Field(column);
     const double value = real(column);
-    // Above, a double has no room for the units.
+    // Tolerated: a whole number in a REAL column. Above 2^53 a double has no room for the units.
     if (std::abs(value) > 0x1p53 || std::trunc(value) != value)
         fail(column, "not a whole number");
     return static_cast<std::int64_t>(value);
@@ -56,12 +59,14 @@ std::vector<double> TypedRow::reals(int column) const {
         fail(column, std::string(nameOf(type)) + " instead of a blob");
     int length = 0;
     const unsigned char* const bytes = m_query.getBlobField(column, length);
+    // No coefficients at all would be a law that gives nothing.
     if (length <= 0 || length % static_cast<int>(sizeof(double)) != 0)
         fail(column, "a blob of " + std::to_string(length) + " bytes instead of doubles");
     binaryio::IHeapBinary blob(bytes, static_cast<std::uint64_t>(length));
     return binaryio::readArray<std::vector<double>>(blob, static_cast<std::uint64_t>(length) / sizeof(double));
 }
 
+// For models whose blob has no fixed place.
 std::optional<int> TypedRow::findBlob(int first) const {
     for (int column = first; column < m_query.numFields(); ++column) {
         if (typeOf(column) == SQLITE_BLOB)
@@ -77,6 +82,7 @@ void TypedRow::fail(int column, const std::string& fault) const {
 }
 
 int TypedRow::typeOf(int column) const {
+    // A table with fewer columns than its model needs is a fault of the file.
     if (column >= m_query.numFields())
         BOOST_THROW_EXCEPTION(std::runtime_error(std::string("Too few columns in table ") + m_table));
     return m_query.fieldDataType(column);

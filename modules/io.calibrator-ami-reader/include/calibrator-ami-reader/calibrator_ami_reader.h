@@ -18,7 +18,7 @@ class CDataFileCalibrationOrganizer;
 }
 
 /// The archive `Calibrator.ami`: re-calibrations made after acquisition, one for each spectrum (lock mass) or one for
-/// each polarity (references). Read whole by `open`; docs/calibrator-ami.md tells its format.
+/// each polarity (references). Read whole by `open`; docs/calibrator-ami.md describes its format.
 ///
 /// Any number of threads may ask for calibrators at once, but not while another one opens.
 class CalibratorAmiReader {
@@ -29,7 +29,7 @@ public:
     CalibratorAmiReader& operator=(const CalibratorAmiReader&) = delete;
 
     /// Reads the archive at `path` and forgets the one before. False, with a WARN line on "kvan.io.amiReader" that
-    /// tells why, for anything that is no archive or a damaged one; nothing of it is kept then. A pipe, socket, device
+    /// says why, for anything that is no archive or a damaged one; nothing of it is kept then. A pipe, socket, device
     /// or directory is refused without opening it. True, and yet nothing open, for a file version that nobody can read.
     /// Throws nothing for whatever the file holds.
     bool open(const boost::filesystem::path& path);

@@ -4,6 +4,10 @@
 
 #include <logger/logger.h>
 
+// The history of a list: which spectra were calibrated when, with which masses and what deviations. No calibrator
+// depends on it, but records have no lengths, so each one must be read in its version's layout to find what follows.
+// Numbers nobody asks for are stepped over, with their claims checked; a tag or version that is not known ends the
+// archive.
 namespace kvan::io::ami {
 
 namespace {
@@ -52,6 +56,7 @@ void CCalibrationStatus::ExtractFromBlob(Stream& stream) {
         stream >> id;
     stream >> description >> spectrumDescription;
     skipArray(stream, sizeof(std::uint32_t));  // Ids of the spectra
+    // Layouts that no known file has; their rest is refused rather than guessed.
     if (version <= VersionNumber(1, 0))
         ThrowUntestedCodePath();
     skipBytes(stream);  // two transformators
@@ -66,6 +71,7 @@ void CCalibrationStatus::ExtractFromBlob(Stream& stream) {
     stream >> msmsType;
     KVAN_LOG(s_logger, DEBUG) << " polarity = " << static_cast<std::uint32_t>(polarity) << ", msmstype = " << msmsType;
     skipCalibrationQualityCheck(stream);
+    // Tolerated: blobs and texts in them that are no transformators.
     SkipReferenceCalibrator(stream);
     SkipReferenceCalibrator(stream);
     if (version >= VersionNumber(1, 3)) {

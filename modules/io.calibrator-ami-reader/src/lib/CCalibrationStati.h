@@ -24,7 +24,7 @@ struct CDateTimeTZI {
     std::uint16_t zone = 0;
 };
 
-/// One calibration that was made: on which spectrum, with what, when. Of the masses and calibrators behind it nothing
+/// One calibration that was made: on which spectrum, with what, when. Of the masses and calibrators in it nothing
 /// is kept; they are in force nowhere.
 struct CCalibrationStatus {
     void ExtractFromBlob(Stream& stream);

@@ -10,6 +10,9 @@
 #include <boost/throw_exception.hpp>
 #include <stdexcept>
 
+// The frame of the file. It is looked at before it is opened, so that a pipe cannot stop the reader. The length is a
+// claim: it is held against the size of the file before memory is taken. Tolerated: bytes after the payload, and the
+// second number of the head, whatever they are.
 namespace kvan::io::ami {
 
 namespace fs = boost::filesystem;
@@ -57,6 +60,7 @@ CCalibratorDataFile::CCalibratorDataFile(const fs::path& path) {
     KVAN_LOG(logger, DEBUG) << "AMI file version = " << m_version;
     if (m_version == g_untestedVersion)
         ThrowUntestedCodePath();
+    // No failure: the reader has nothing then, which its first use says.
     if (m_version != ReadVersion)
         return;
     if (file->size() < sizeof head + std::uint64_t{head.payloadLength})

@@ -9,7 +9,7 @@
 namespace kvan::io::ami {
 
 /// The file around an archive: three 32-bit numbers - the file version, one that is not looked at, the length of the
-/// payload - and the payload. Bytes behind it are not looked at.
+/// payload - and the payload. Bytes after it are not looked at.
 class CCalibratorDataFile {
 public:
     static constexpr std::uint32_t ReadVersion = 2;

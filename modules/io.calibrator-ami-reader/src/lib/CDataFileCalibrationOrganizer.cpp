@@ -8,6 +8,10 @@
 #include <boost/throw_exception.hpp>
 #include <stdexcept>
 
+// The top record, versions 1.0 to 1.2: flag and references, lock masses, then up to 1.1 the calibrators of the
+// acquisition, and from 1.1 on whether lock masses count. It is open only when all of it was read. The choice for a
+// spectrum: its lock mass if those count, else the reference of its polarity merged into its own calibrator, else
+// nothing.
 namespace kvan::io::ami {
 
 namespace {
@@ -19,7 +23,7 @@ void skipCalibratorManager(Stream& stream) {
             return CSingleCalibratorManager::ExtractFromBlobClean(stream);
         case Multi:
             return CMultiCalibratorManager::ExtractFromBlobClean(stream);
-        default:
+        default:  // tolerated: a manager of another kind, which has no bytes
             return;
     }
 }
@@ -46,6 +50,8 @@ void CDataFileCalibrationOrganizer::ExtractFromBlob(Stream& stream) {
 bool CDataFileCalibrationOrganizer::GetCalibrator(std::uint64_t spectrum, EPolarity polarity,
                                                   CMSMSInfo::EMSMSType msmsType, TransformatorPtr& calibrator) const {
     requireOpen();
+    // The number is looked up also where lock masses do not count: one beyond the list is a fault of the archive then
+    // too.
     if (m_lockMass.hasCalibrators()) {
         const TransformatorPtr& lockMass = m_lockMass.GetCalibrationPtr(spectrum);
         if (m_useLockMass && lockMass) {
@@ -59,6 +65,7 @@ bool CDataFileCalibrationOrganizer::GetCalibrator(std::uint64_t spectrum, EPolar
     if (!RetrieveReferenceCalibrator(polarity, msmsType, reference))
         return false;
     const TransformatorPtr merged = mergeReference(calibrator, reference);
+    // A law of another family that cannot be converted leaves the spectrum with its own.
     if (!merged)
         return false;
     calibrator = merged;

@@ -9,6 +9,9 @@
 #include <stdexcept>
 #include <utility>
 
+// One entry a spectrum, in the order of the spectra: a calibrator in one of three forms by its version (text, record,
+// blob), or none. An entry says its size, so what stands in it is read from a stream of its own, and bytes after it in
+// the entry are tolerated. Entries of later versions may repeat the blob as a text, within the entry or after it.
 namespace kvan::io::ami {
 
 namespace {
@@ -51,6 +54,7 @@ TransformatorPtr readEntry(Bytes bytes, const VersionNumber& version, std::uint3
         bytes.resize(blobLength(bytes));
         return DeserializeBlob(bytes);
     }
+    // Containers in the entry count as those around it do.
     binaryio::IHeapBinary entry(bytes.data(), bytes.size());
     entry.setFlags(streamFlags);
     if (version == VersionNumber(1, 0))

@@ -7,6 +7,9 @@
 #include <boost/throw_exception.hpp>
 #include <stdexcept>
 
+// References in the order of the archive; the first of a polarity and type is the one in force. After the reading the
+// list is cleaned: an unknown polarity or a missing calibrator is tolerated and dropped, but a single temperature in an
+// early archive spoils the file as a whole.
 namespace kvan::io::ami {
 
 using logging::Logger;
@@ -36,6 +39,7 @@ void CReferenceCalibrator::ExtractFromBlob(Stream& stream) {
     KVAN_LOG(s_logger, DEBUG) << "version = " << version.toString()
                               << " polarity = " << static_cast<std::uint32_t>(polarity)
                               << ", msmstype = " << static_cast<std::uint32_t>(msmsType);
+    // The bytes are read before the refusal, so that a cut archive is named as such.
     if (version == VersionNumber(0, 1)) {
         skipString(stream);
         ThrowUntestedCodePath();
@@ -69,6 +73,7 @@ void CReferenceCalibrators::cleanUp(const VersionNumber& version) {
     std::erase_if(m_calibrators, [](const CReferenceCalibrator& reference) {
         return reference.polarity == POLARITY_UNKNOWN || !reference.calibrator;
     });
+    // After the cleaning: a reference that is dropped can do no harm.
     if (version < VersionNumber(0, 3)) {
         for (const CReferenceCalibrator& reference : m_calibrators)
             requireSoundTemperatures(*reference.calibrator);

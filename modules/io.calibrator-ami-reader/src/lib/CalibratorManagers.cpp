@@ -4,6 +4,8 @@
 
 #include <boost/throw_exception.hpp>
 
+// Calibrators of the acquisition itself, in archives up to version 1.1. The native file has them for each spectrum, so
+// their bytes are only stepped over.
 namespace kvan::io::ami {
 
 namespace {

@@ -6,6 +6,9 @@
 #include <boost/throw_exception.hpp>
 #include <stdexcept>
 
+// A calibrator within a record: version 1.0 holds a blob, 0.2 a text, a later one nothing that can be read, which is no
+// failure. Versions of which no file is known are refused. Reading and skipping share the decision, so that they always
+// consume the same bytes.
 namespace kvan::io::ami {
 
 using kvan::calibration::Transformation::CalibrationTransformatorFactorySerialization;
@@ -20,7 +23,7 @@ const Logger& logger() {
 
 enum class StoredForm { None, Blob, Text };
 
-/// Tag and version, and what stands behind them.
+/// Tag and version, and the form of what follows them.
 StoredForm readStoredForm(Stream& stream) {
     const VersionNumber version = readHead(stream, Tags::get().referenceCalibrator);
     KVAN_LOG(logger(), DEBUG) << "version = " << version.toString();
@@ -70,6 +73,7 @@ TransformatorPtr DeserializeBlob(const Bytes& blob) {
 }
 
 TransformatorPtr DeserializeText(const std::string& text) {
+    // Before the attempt, so that a text that cannot be read stands in the log.
     KVAN_LOG(logger(), DEBUG) << "trying to deserialize: " << text;
     return CalibrationTransformatorFactorySerialization().DeserializeFromString(text);
 }

@@ -5,6 +5,9 @@
 #include <algorithm>
 #include <boost/throw_exception.hpp>
 
+// A record is a tag, mostly a version, and fields in a fixed order without lengths of their own: whoever wants a field
+// must have read or stepped over all before it, in the version's layout. So a skip checks like a read, and a version
+// that is not known ends the reading, because nothing after it could be found. Little-endian throughout.
 namespace kvan::io::ami {
 
 namespace {
@@ -47,9 +50,11 @@ bool isStringTag(const MagicNumber& tag) {
 
 bool isStringNext(Stream& stream) {
     const std::int64_t start = stream.getReadPos();
+    // At the very end nothing follows, which is no failure.
     if (stream.size() - start < static_cast<std::int64_t>(sizeof(std::uint32_t)))
         return false;
     const MagicNumber tag(read<std::uint32_t>(stream));
+    // A look, not a read: the record's own reader wants to see the tag again.
     stream.doSetReadPos(binaryio::origin::Begin, start);
     return isStringTag(tag);
 }
@@ -59,6 +64,7 @@ void skipBytes(Stream& stream) {
 }
 
 void skipString(Stream& stream) {
+    // Read and dropped: a string has two tags and two ways to count.
     read<std::string>(stream);
 }
 

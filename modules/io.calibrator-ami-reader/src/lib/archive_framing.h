@@ -50,7 +50,7 @@ T read(Stream& stream) {
     return value;
 }
 
-/// The head of a record: its tag, which must be `tag`, and the version behind it.
+/// The head of a record: its tag, which must be `tag`, and the version after it.
 VersionNumber readHead(Stream& stream, const MagicNumber& tag);
 /// The same for a record of which only `versions` are known; throws `UnsupportedVersionError` for any other.
 VersionNumber readHead(Stream& stream, const MagicNumber& tag, std::initializer_list<VersionNumber> versions);

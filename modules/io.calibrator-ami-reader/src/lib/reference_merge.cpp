@@ -6,6 +6,10 @@
 #include <calibration-core/interfaces/ICalibrationTransformatorGPX.h>
 #include <calibration-core/interfaces/ICalibrationTransformatorPSD.h>
 
+// A reference replaces the law of a spectrum's calibrator, not its axis: the digitizer's timing, the index offset and
+// bounds belong to the spectrum. Wrappers are taken off from the outside in (bounds, mass corrections, post-source
+// decay) until two plain laws meet, and are put on again around what comes out. A correction of the spectrum's own
+// goes, that of the reference stays, since it was made for this law. Null at any depth means that the two do not fit.
 namespace kvan::io::ami {
 
 using namespace kvan::calibration;
@@ -83,6 +87,7 @@ TransformatorPtr withLaw(const TransformatorPtr& calibrator, const FunctionalPtr
         copy->SetFunctionalConstants(law);
         return copy;
     }
+    // Made by the factory and not copied: the family of the law decides the class.
     auto merged = factory().createTransformator(law, calibrator->GetPhysicalConstants());
     merged->SetIndexOffset(calibrator->GetIndexOffset());
     return merged;

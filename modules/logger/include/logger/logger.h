@@ -27,7 +27,7 @@ struct SinkEntry {
 }  // namespace impl
 
 /// A named logger: a cheap value that shares its state with every logger of that name in the process. All operations
-/// may be called from any thread, and until the very end of the process: behind the end of the logging every level is
+/// may be called from any thread, and until the very end of the process: after the end of the logging every level is
 /// off.
 class Logger {
 public:
@@ -44,7 +44,7 @@ public:
     }
 
     /// Writes one line, if the level is enabled, to every sink of this logger whose own threshold lets it through. Line
-    /// ends behind the text are dropped. Throws as `isEnabled` does; a fault of a sink never changes the caller's flow.
+    /// ends after the text are dropped. Throws as `isEnabled` does; a fault of a sink never changes the caller's flow.
     void write(Level::type level, std::string_view text) const;
 
 private:

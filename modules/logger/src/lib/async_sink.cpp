@@ -10,6 +10,10 @@
 #include <stdexcept>
 #include <system_error>
 
+// Callers only append to the queue, and the worker takes the whole queue at once: a slow sink never holds up a caller,
+// and the mutex is never held while a sink writes. The worker has what it took, the queue what came since, so lines
+// keep their order. The worker is woken only when it waits, since waking costs a system call a line. Faults of a sink
+// end in a diagnostic and the next line; a fault of the queue itself (no memory) loses the line, never the caller.
 namespace kvan::logging::impl {
 
 AsyncSink::AsyncSink(const SinkContext& context) {
@@ -43,6 +47,7 @@ void AsyncSink::write(const std::string& formattedLine) {
             if (m_state.isStopped)
                 return;
             m_lines.push_back(formattedLine);
+            // Missing in a forked child only: elsewhere the constructor has started it.
             if (!m_state.worker)
                 startWorker();
             isWakeNeeded = std::exchange(m_state.isWorkerWaiting, false);
@@ -62,6 +67,7 @@ void AsyncSink::async_write() {
             m_state.isWorkerWaiting = true;
             m_state.wake.wait(lock, [this] { return m_state.isStopped || !m_lines.empty(); });
             m_state.isWorkerWaiting = false;
+            // Stopped, and nothing left: the queue is always drained first.
             if (m_lines.empty())
                 return;
             lines.swap(m_lines);
@@ -73,6 +79,7 @@ void AsyncSink::async_write() {
 }
 
 void AsyncSink::handOver(const std::string& line) const noexcept {
+    // Each sink by itself: what one of them does wrong must not keep the line from the others.
     for (const auto& sink : m_sinks) {
         try {
             sink->write(line);
@@ -90,6 +97,7 @@ void AsyncSink::stop() noexcept {
             if (std::exchange(m_state.isStopped, true))
                 return;
         }
+        // Not under the mutex, which the worker wants next.
         m_state.wake.notify_one();
         try {
             if (worker)

@@ -13,8 +13,8 @@
 
 namespace kvan::logging::impl {
 
-/// Takes lines into a queue without limit and lets a thread of its own hand them, in their order, to the sinks behind
-/// it. The thresholds of those do not apply.
+/// Takes lines into a queue without limit and lets a thread of its own hand them, in their order, to its sinks. The
+/// thresholds of those do not apply.
 class AsyncSink final : public ISink {
 public:
     /// Starts the worker. Throws `std::runtime_error` for a reference to itself, to nothing known, or for none at all.

@@ -14,6 +14,10 @@
 #include <stdexcept>
 #include <string>
 
+// Where the configuration comes from, in this order: a text that the host exports, a file that it names, a file beside
+// the executable, the built-in default. The first that gives a document rules. Whatever is wrong with it, from a file
+// that does not open to a rule that is broken, is said on standard error and leads to the default: a log must never
+// keep a program from running. Only a failure of the default itself ends the process.
 namespace kvan::logging::impl {
 
 namespace {
@@ -22,6 +26,7 @@ constexpr const char* g_default =
     R"(<kvan-logconf><sink name="console" class="kvan.logging.ConsoleSink"/><root level="INFO"><sink ref="console"/></root></kvan-logconf>)";
 constexpr const char* g_unspecifiedFile = "<unspecified file>";
 constexpr const char* g_fileName = "kvan-logconf.xml";
+// Far above any configuration; a file that grows without end must not fill the memory.
 constexpr std::size_t g_largestFile = 16 * 1024 * 1024;
 
 using HostText = const char*();
@@ -30,6 +35,7 @@ using HostText = const char*();
 std::optional<std::string> askHost(const os::self_holder& program, const char* function) {
     auto* const ask = program.function<HostText>(function);
     const char* text = ask != nullptr ? ask() : nullptr;
+    // The text is the host's, who may free or change it after the call.
     return text != nullptr ? std::optional<std::string>(text) : std::nullopt;
 }
 
@@ -41,6 +47,7 @@ std::optional<std::string> readFile(const boost::filesystem::path& path) {
     std::string text;
     std::array<char, 4096> bytes{};
     std::int64_t got = 0;
+    // To the end, not to the size: the file may grow while it is read.
     while ((got = file->readAt(bytes.data(), bytes.size(), text.size())) > 0) {
         text.append(bytes.data(), static_cast<std::size_t>(got));
         if (text.size() > g_largestFile)

@@ -3,6 +3,9 @@
 #include <cstdio>
 #include <string>
 
+// The last way out for what the logging has to say of itself. It must work when everything else has failed, so it
+// throws nothing, takes no lock of the library and allocates only for the place in front of the text; without memory
+// the bare text is written.
 namespace kvan::logging::impl {
 
 namespace {
@@ -34,6 +37,7 @@ void diagnose(Severity severity, std::string_view file, int line, std::string_vi
 }
 
 void writeToErrorChannel(std::string_view formattedLine) noexcept {
+    // One call and a flush, so that lines of several threads do not mix and nothing is lost at a crash.
     std::fwrite(formattedLine.data(), 1, formattedLine.size(), stderr);
     std::fflush(stderr);
 }

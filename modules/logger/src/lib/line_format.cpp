@@ -11,6 +11,10 @@
 #include <chrono>
 #include <mutex>
 
+// A line is built in one string, front to back, without a stream: this is the cost of every line that is written. The
+// time is split into fields by arithmetic alone; the C library is asked for the zone's offset only, since it takes a
+// lock of the process and looks at its zone file. `levelOfLine` reads the same constants back, so that the colours
+// cannot part from the format.
 namespace kvan::logging::impl {
 
 namespace {
@@ -55,6 +59,7 @@ std::string formatLine(std::string_view name, Level::type level, std::string_vie
     const std::string_view message = text.substr(0, text.find_last_not_of("\r\n") + 1);
     const std::string_view levelName = g_levelNames[level];
     std::string line = sys::posix::toIsoExtendedString(localNow(), sys::posix::FormatOption::BlankMicroseconds);
+    // 48: more than the thread's number, the level and the marks between them take.
     line.reserve(line.size() + name.size() + message.size() + 48);
     line += g_beforeThread;
     appendHexadecimal(line, sys::threadId());
@@ -70,6 +75,7 @@ std::string formatLine(std::string_view name, Level::type level, std::string_vie
 }
 
 std::optional<Level::type> levelOfLine(std::string_view line) {
+    // The first one: the time and the thread before it hold no such mark, the name and the text after it may.
     const std::size_t before = line.find(g_beforeLevel);
     if (before == std::string_view::npos)
         return std::nullopt;

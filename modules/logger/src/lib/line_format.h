@@ -15,7 +15,7 @@ std::string formatLine(std::string_view name, Level::type level, std::string_vie
 /// The level that stands in a line of that form; empty for any other text.
 std::optional<Level::type> levelOfLine(std::string_view line);
 
-/// The C library keeps the time zone behind a lock of its own, which a fork may catch held; nobody of ours is inside
+/// The C library guards the time zone by a lock of its own, which a fork may catch held; nobody of ours is inside
 /// between the two calls.
 void lockTimeZone();
 void unlockTimeZone();

@@ -7,6 +7,8 @@
 namespace kvan::logging::impl {
 
 void LockedSink::write(const std::string& formattedLine) {
+    // A sink that fails must not fail its caller: the text of the fault goes to standard error, and the next line is
+    // tried.
     try {
         const std::lock_guard<std::mutex> guard(*m_mutex);
         writeLocked(formattedLine);

@@ -9,6 +9,9 @@
 #include <locale>
 #include <stdexcept>
 
+// The way of a line: the level is compared without a lock, the text is put together by its caller, formatted once for
+// all sinks that take it, and handed to each in turn. The sinks of a logger are fixed when it is made, so nothing is
+// locked here; each sink locks for itself. What a sink does wrong stays with the sink.
 namespace kvan::logging {
 
 Logger Logger::getLogger(const char* name) {
@@ -18,12 +21,14 @@ Logger Logger::getLogger(const char* name) {
 }
 
 void Logger::write(Level::type level, std::string_view text) const {
+    // Again here, since a level may have been switched off between the test of the caller and this call.
     if (!isEnabled(level))
         return;
     std::string line;
     for (const impl::SinkEntry& entry : m_impl->sinks) {
         if (entry.threshold > level)
             continue;
+        // Only for a sink that takes it: a line for nobody costs no formatting.
         if (line.empty())
             line = impl::formatLine(m_impl->name, level, text);
         entry.sink->write(line);
@@ -38,6 +43,7 @@ void Logger::throwInvalidLevel(Level::type level) {
 std::ostream& LogLine::stream() {
     if (!m_text) {
         m_text.emplace();
+        // The host's locale must not change the numbers of a log.
         m_text->imbue(std::locale::classic());
     }
     return *m_text;

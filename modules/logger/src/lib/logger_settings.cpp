@@ -3,6 +3,9 @@
 #include <algorithm>
 #include <cassert>
 
+// What a logger gets is looked up once, when it is made. A rule holds for its own name and for the dotted names below
+// it; level and sinks are looked up apart, so that a rule with a level alone keeps the sinks of the next rule up. The
+// root has both, which the parser has seen to, so that the search always ends.
 namespace kvan::logging::impl {
 
 LoggerSettings::~LoggerSettings() {
@@ -30,11 +33,13 @@ std::vector<SinkEntry> LoggerSettings::sinksOf(std::string_view loggerName) cons
 }
 
 void LoggerSettings::stopSinks() noexcept {
-    // One may stand before another, which stands earlier in the document.
+    // An asynchronous sink may write to another one, which stands earlier in the document and so ends later.
     std::for_each(m_asyncSinks.rbegin(), m_asyncSinks.rend(), [](const auto& sink) { sink->stop(); });
 }
 
 void LoggerSettings::beforeFork() {
+    // Queues before locks of sinks: a worker holds its queue's lock for a moment only and never waits for it inside a
+    // sink.
     for (const auto& sink : m_asyncSinks)
         sink->beforeFork();
     for (std::mutex* mutex : m_sinkMutexes)

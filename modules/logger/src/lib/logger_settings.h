@@ -21,7 +21,7 @@ public:
     class Impl;
 
     /// Reads a document; `name` stands for it in the reason of a failure. Throws an exception of the property tree for
-    /// what is no XML, `std::runtime_error` for a broken rule, and what the sinks throw; then nothing stays behind.
+    /// what is no XML, `std::runtime_error` for a broken rule, and what the sinks throw; then nothing is left over.
     static LoggerSettings parse(const std::string& document, const std::string& name);
 
     LoggerSettings() = default;

@@ -11,6 +11,10 @@
 #include <sstream>
 #include <stdexcept>
 
+// Reads a document element by element, in its order, because the order is part of the language: sinks, then one root,
+// then loggers, and a sink may refer to earlier ones. A sink is made when its element is read, also when no logger
+// refers to it, so a document that fails later may have made a log file. The first broken rule throws and the settings
+// go; attributes and elements that are not known are passed over.
 namespace kvan::logging::impl {
 
 namespace {
@@ -34,6 +38,7 @@ ptree readXml(const std::string& document, const std::string& name) {
     namespace xml = boost::property_tree::xml_parser;
     if (std::count(document.begin(), document.end(), '<') > g_mostTags)
         fail("The document has too many elements");
+    // The reader cannot know what the stream is called; its failure is thrown anew with the name.
     std::istringstream stream(document);
     ptree tree;
     try {
@@ -66,6 +71,7 @@ private:
 };
 
 void LoggerSettings::Impl::parse_configuration(LoggerSettings& settings, const ptree& document) {
+    // Names of elements that are not listed here, text and comments among them, are passed over.
     Impl reading(settings);
     for (const auto& [name, element] : document.get_child("kvan-logconf")) {
         if (name == "sink")
@@ -90,9 +96,11 @@ void LoggerSettings::Impl::readSink(const ptree& element) {
     if (m_sinks.count(name) != 0)
         fail("<sink> element with duplicate name '" + name + "' found");
     const auto sinkClass = element.get<std::string>("<xmlattr>.class");
+    // The class decides what else the element may hold; its factory reads that by itself.
     const auto factory = sinkFactories().find(sinkClass);
     if (factory == sinkFactories().end())
         fail("<sink> element with unknown class attribute '" + sinkClass + "'");
+    // Without a level of its own a sink takes whatever its loggers let through.
     const Level::type threshold = levelAttribute(element).value_or(Level::TRACE);
     auto sink = factory->second(MapSinkContext(*this, element));
     m_sinks.emplace(name, SinkEntry{sink, threshold});
@@ -101,6 +109,8 @@ void LoggerSettings::Impl::readSink(const ptree& element) {
 }
 
 void LoggerSettings::Impl::addSink(std::shared_ptr<ISink> sink) {
+    // What must be held around a fork: queues one by one, locks of sinks each once, since several share the streams'
+    // one.
     if (auto async = std::dynamic_pointer_cast<AsyncSink>(sink)) {
         m_settings.m_asyncSinks.push_back(std::move(async));
     } else if (auto locked = std::dynamic_pointer_cast<LockedSink>(sink)) {
@@ -118,6 +128,7 @@ void LoggerSettings::Impl::readRoot(const ptree& element) {
         fail("No <sink> element before <root> element");
     m_isRootSeen = true;
     m_settings.m_root = readRule(element);
+    // The level where nobody names one.
     if (!m_settings.m_root.level)
         m_settings.m_root.level = Level::INFO;
     if (!m_settings.m_root.sinks)
@@ -141,6 +152,7 @@ LoggerSettings::Rule LoggerSettings::Impl::readRule(const ptree& element) const 
     for (const auto& [name, child] : element) {
         if (name != "sink")
             continue;
+        // A reference to the null sink counts: the rule has sinks then, and they are none.
         if (!rule.sinks)
             rule.sinks.emplace();
         const SinkEntry& entry = find(child.get<std::string>("<xmlattr>.ref"));

@@ -9,6 +9,11 @@
 #include <stdexcept>
 #include <string_view>
 
+// The configuration speaks of console attribute words, a terminal of escape sequences (ECMA-48, select graphic
+// rendition). A rule becomes a mask and a value, four bits each for foreground and background (blue 1, green 2, red 4,
+// bright 8) and bit 15 for the underline; what the mask leaves out has the terminal's default. Codes are 30 to 37 for
+// the foreground, 40 to 47 for the background, 60 more for bright ones; brightness without a colour is 1, bold, for the
+// text and 100 for its ground. A line that does not carry its level in our form is shown as it is.
 namespace kvan::logging::impl {
 
 namespace {
@@ -86,6 +91,7 @@ std::string colorCode(unsigned mask, unsigned value, const ColorCodes& codes) {
     const bool isBright = (value & g_bright) != 0;
     if ((mask & g_color) == 0)
         return isBright ? codes.brightAlone : "";
+    // Green has the same bit on both sides.
     const unsigned color = ((value & g_red) != 0 ? 1u : 0u) | (value & g_green) | ((value & g_blue) != 0 ? 4u : 0u);
     return std::string(1, ';').append(std::to_string((isBright ? codes.bright : codes.plain) + color));
 }
@@ -106,6 +112,7 @@ std::optional<MultiColorLayout> MultiColorLayout::of(const ptree& sink) {
         if (name != "rule")
             continue;
         const auto level = child.get<Level::type>("<xmlattr>.level", LevelTranslator());
+        // Two rules for one level contradict each other; which one was meant nobody knows.
         if (isSeen[level])
             BOOST_THROW_EXCEPTION(std::runtime_error("<rule> element with duplicate level '" +
                                                      std::string(g_levelNames[level]) + "' found"));
@@ -128,6 +135,7 @@ std::string MultiColorLayout::escapeSequence(Attributes attributes) {
     const unsigned value = attributes.value;
     const std::string front = colorCode(mask, value, g_foreground);
     const std::string back = colorCode(mask >> g_backgroundShift, value >> g_backgroundShift, g_background);
+    // From the default on: what an earlier line has set must not shine through.
     return "\x1b[0" + front + back + ((value & g_underline) != 0 ? ";4" : "") + "m";
 }
 
@@ -135,6 +143,7 @@ std::string MultiColorLayout::colored(const std::string& line) const {
     const auto level = levelOfLine(line);
     if (!level || m_attributes[*level].mask == 0)
         return line;
+    // The line feed stays outside of the sequences: a background would otherwise run over the whole next line.
     const std::string text = line.substr(0, line.find_last_not_of('\n') + 1);
     return escapeSequence(m_attributes[*level]) + text + "\x1b[0m\n";
 }

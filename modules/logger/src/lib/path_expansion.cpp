@@ -14,6 +14,9 @@
 #include <stdexcept>
 #include <string_view>
 
+// Tokens are replaced in one pass from left to right, and what was put in is not looked at again: the value of a
+// variable may hold "${" without starting anything. A token that is not known stays in the path as it is, an unset
+// variable becomes nothing. The text is wide inside; a value that is no valid UTF-8 throws.
 namespace kvan::logging::impl {
 
 namespace {
@@ -32,12 +35,14 @@ std::wstring stringified(const boost::filesystem::path& value) {
 
 std::wstring hexadecimal(std::uint64_t value) {
     std::wostringstream digits;
+    // A host's locale may group digits.
     digits.imbue(std::locale::classic());
     digits << std::hex << value;
     return digits.str();
 }
 
 std::wstring environmentVariable(const std::wstring& name) {
+    // Names of variables are bytes of the system; the text of the configuration is UTF-8.
     const char* value = std::getenv(sys::do_narrow(name).c_str());
     return value != nullptr ? stringified(std::string(value)) : std::wstring();
 }
@@ -68,6 +73,7 @@ std::wstring expandTokens(const std::wstring& text) {
     for (;;) {
         const std::size_t open = text.find(opening, done);
         const std::size_t close = open == std::wstring::npos ? open : text.find(L'}', open);
+        // No token is open any more: the rest goes as it is.
         if (close == std::wstring::npos)
             return expanded.append(text, done);
         expanded.append(text, done, open - done);
@@ -76,6 +82,7 @@ std::wstring expandTokens(const std::wstring& text) {
             expanded += *value;
             done = close + 1;
         } else {
+            // Only the opening is passed: another token may stand inside of the unknown one.
             expanded += opening;
             done = inside;
         }

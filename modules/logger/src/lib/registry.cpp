@@ -11,6 +11,11 @@
 #include <boost/throw_exception.hpp>
 #include <stdexcept>
 
+// One registry serves all modules of the process that carry this library. Each module has storage for one, the first to
+// log offers its own through the slot that all of them share, and the others find it there; a module of another layout
+// keeps to itself. The object has no destructor that runs: threads may log until the process is gone.
+// Around a fork every lock of the logging is held in one order (time zone, registry, sinks), so that the child finds
+// none of them taken by a thread that it does not have.
 namespace kvan::logging::impl {
 
 namespace {
@@ -74,6 +79,7 @@ LoggerMapWrapper& LoggerMapWrapper::instance() {
     void* found = slot.load();
     std::optional<sys::LoadedModule> module;
     if (found == nullptr) {
+        // Before the object is offered: once somebody else uses it, its code must not be unloaded.
         module = aquire_handle();
         if (slot.compare_exchange_strong(found, &g_own.registry))
             found = &g_own.registry;
@@ -89,6 +95,7 @@ LoggerMapWrapper& LoggerMapWrapper::instance() {
 Logger LoggerMapWrapper::logger(const char* name) {
     if (t_isConfiguring)
         return Logger(disabled(name));
+    // Only the lookup of a logger takes this lock; a line that is written never does.
     const std::lock_guard<std::mutex> guard(m_mutex);
     if (!m_content && !m_isEnded) {
         t_isConfiguring = true;
@@ -100,6 +107,7 @@ Logger LoggerMapWrapper::logger(const char* name) {
         if (found != m_content->loggers.end())
             return Logger(found->second);
     }
+    // After the lookup: a name that was found was valid, and the pattern costs more than the search.
     if (!isValidName(name))
         BOOST_THROW_EXCEPTION(std::runtime_error("Invalid logger name: \"" + std::string(name) + "\""));
     if (m_isEnded)
@@ -141,6 +149,7 @@ void LoggerMapWrapper::leave() noexcept {
 }
 
 void LoggerMapWrapper::end() noexcept {
+    // Without the lock: queues take their time to drain, and loggers may be asked for meanwhile.
     if (m_content)
         m_content->settings.stopSinks();
     release_handle(m_module);
@@ -148,6 +157,7 @@ void LoggerMapWrapper::end() noexcept {
 
 void LoggerMapWrapper::beforeFork() {
     m_mutex.lock();
+    // No configuration yet means no sink, and so no lock of one.
     if (m_content)
         m_content->settings.beforeFork();
 }

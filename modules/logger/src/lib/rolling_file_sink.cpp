@@ -15,6 +15,12 @@
 #include <functional>
 #include <vector>
 
+// A log file with numbered backups. Two things never change, whatever the file system does: no line is lost without a
+// word, and the caller is never held up or thrown at. So every step of a roll-over may fail by itself: a backup that
+// cannot be removed is moved aside, a file that cannot be renamed goes on growing beyond its limit, one that cannot be
+// opened again sends its lines to standard error. The size is asked of the file system at each line, since other
+// processes may write to the same file. "reset-oldest" fills the numbers as a ring, in which a number says nothing of
+// the age; "steady-rotate" keeps number 0 the latest.
 namespace kvan::logging::impl {
 
 namespace {
@@ -38,6 +44,7 @@ std::optional<std::int64_t> numberIn(std::string_view digits) {
 }
 
 std::uint64_t maxFileSizeOf(const ptree& sink) {
+    // What is no number counts as not given; small limits would roll the file over at every few lines.
     const std::int64_t size = numberIn(textOf(sink, "max-file-size")).value_or(g_defaultFileSize);
     if (size < 0)
         return g_defaultFileSize;
@@ -80,6 +87,8 @@ RollingFileSink::RollingFileSink(const SinkContext& context)
       m_maxFileSize(maxFileSizeOf(context.tree())),
       m_maxBackups(maxBackupsOf(context.tree())),
       m_rollingType(rollingTypeOf(textOf(context.tree(), "rolling-type"))) {
+    // A file that cannot be opened at the start is a fault of the configuration, later only of the moment. The code is
+    // a fixed one, whatever the system says.
     boost::system::error_code fault;
     m_file = sys::AppendedFile::open(m_path, fault);
     if (!m_file)
@@ -125,18 +134,21 @@ void RollingFileSink::append(const std::string& formattedLine) {
             return;
         m_endsWithinLine = m_endsWithinLine || taken > 0;
     }
+    // Whole, although a part may stand in the file: a reader of the error channel has no other half.
     writeToErrorChannel(formattedLine);
 }
 
 void RollingFileSink::doRollOverResetOldest() {
     const fs::path backup = backupPath(m_nextBackup);
     removeBackup(backup);
+    // Closed before the rename, which some systems refuse for an open file.
     m_file.reset();
     boost::system::error_code fault;
     fs::rename(m_path, backup, fault);
     if (fault)
         KVAN_DIAGNOSE(Error, "Error when trying to rename log file to backup one.\n");
     reopen();
+    // Also after a rename that failed: the next number may be free.
     m_nextBackup = (m_nextBackup + 1) % m_maxBackups;
 }
 
@@ -179,6 +191,7 @@ boost::system::error_code RollingFileSink::shiftBackups() {
         if (index && *index < m_maxBackups - 1)
             indexes.push_back(*index);
     }
+    // From the highest on: each name is free when its predecessor moves there.
     std::sort(indexes.begin(), indexes.end(), std::greater<>());
     for (auto index = indexes.begin(); index != indexes.end() && !fault; ++index)
         fs::rename(backupPath(*index), backupPath(*index + 1), fault);
@@ -197,6 +210,7 @@ void RollingFileSink::reopen() {
 std::optional<std::int64_t> RollingFileSink::backupIndex(const fs::path& file) const {
     const std::string digits = file.stem().extension().string();
     const auto index = numberIn(std::string_view(digits).substr(std::min<std::size_t>(digits.size(), 1)));
+    // The name must be the very one that the number gives: "app.007.log" is none of ours.
     return index && *index >= 0 && backupPath(*index).filename() == file.filename() ? index : std::nullopt;
 }
 

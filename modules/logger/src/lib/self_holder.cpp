@@ -2,6 +2,9 @@
 
 #include "diagnostic.h"
 
+// The registry outlives the module that brought it unless that module is kept loaded: its sinks are code of this
+// library. A handle that cannot be had is said on standard error and ignored, since a log is no reason to refuse to
+// run.
 namespace kvan::logging::impl {
 
 namespace {

@@ -8,7 +8,7 @@
 namespace kvan::logging::impl {
 
 /// Keeps the module of this library, and with it the code of the sinks, in the process until it ends. What cannot be
-/// had is told on standard error and otherwise ignored.
+/// had is said on standard error and otherwise ignored.
 std::optional<sys::LoadedModule> aquire_handle();
 void release_handle(std::optional<sys::LoadedModule>& handle);
 

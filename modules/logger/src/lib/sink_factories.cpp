@@ -4,6 +4,8 @@
 #include "rolling_file_sink.h"
 #include "stream_sinks.h"
 
+// All classes of sinks that a configuration may name. A further one is a class that takes a `SinkContext`, and a row
+// here. The null sink gives no object: references to it are valid and write nowhere.
 namespace kvan::logging::impl {
 
 namespace {
@@ -20,6 +22,7 @@ std::shared_ptr<ISink> makeNothing(const SinkContext&) {
 }  // namespace
 
 const std::map<std::string, SinkFactory>& sinkFactories() {
+    // Made at the first use: another module may log before the objects of this one are constructed.
     static const std::map<std::string, SinkFactory> factories = {
         {"kvan.logging.NullSink", &makeNothing},
         {"kvan.logging.ConsoleSink", &make<ConsoleSink>},

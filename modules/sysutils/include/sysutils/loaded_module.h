@@ -28,7 +28,7 @@ private:
 };
 
 /// One word of memory that is the same in every module of the process that is linked with this library; null at first.
-/// Its content stands behind no name that the dynamic linker could see.
+/// Its content has no name that the dynamic linker could see.
 std::atomic<void*>& processWideSlot();
 
 }  // namespace kvan::sys

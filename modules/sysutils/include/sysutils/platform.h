@@ -32,11 +32,11 @@ public:
     /// -1 when the system reports a fault.
     virtual std::int64_t readAt(void* destination, std::int64_t count, std::uint64_t offset) = 0;
 
-    /// Size in bytes at this moment, 0 when it cannot be told.
+    /// Size in bytes at this moment, 0 when the system does not say.
     virtual std::uint64_t size() const = 0;
 };
 
-/// What a system notes of every write to a file ahead of its bytes.
+/// What a system notes of every write to a file before its bytes.
 struct FileStamp {
     std::uint64_t device = 0;
     std::uint64_t number = 0;

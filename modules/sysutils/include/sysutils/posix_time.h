@@ -7,7 +7,7 @@ namespace kvan::sys::posix {
 
 namespace FormatOption {
 /// Bit 0: a `T` between date and time instead of a blank. Bit 1: six digits of fractional seconds. Bit 2: three digits,
-/// ahead of bit 1.
+/// whatever bit 1 says.
 enum type { Blank = 0, T = 1, BlankMicroseconds = 2, TMicroseconds = 3, BlankMilliseconds = 4, TMilliseconds = 5 };
 }  // namespace FormatOption
 

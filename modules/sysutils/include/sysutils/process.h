@@ -23,7 +23,7 @@ bool isDebuggerAttached();
 /// `std::system_error` if there can be no more threads.
 std::thread startQuietThread(std::function<void()> work);
 
-/// Has `before` called ahead of each fork of the process, then `inParent` and `inChild` behind it, all on the forking
+/// Has `before` called before each fork of the process, then `inParent` and `inChild` after it, all on the forking
 /// thread, until the module that contains them is unloaded. The child has no other thread.
 void onFork(void (*before)(), void (*inParent)(), void (*inChild)());
 

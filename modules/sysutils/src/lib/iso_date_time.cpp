@@ -6,6 +6,9 @@
 #include <iterator>
 #include <stdexcept>
 
+// A time as text, field by field: each with a fixed width and leading zeros, so that lines of a log sort by time. A
+// field that its width cannot hold is a fault of the caller and throws; the text then holds the fields before it.
+// Fractions are cut, not rounded: a rounded one could show a second that has not come yet.
 namespace kvan::sys::date_time::internal {
 
 namespace {
@@ -42,6 +45,7 @@ void append_iso_time(std::string& text, const boost::posix_time::time_duration& 
     text += ':';
     appendField<2>(text, time.seconds(), "Invalid seconds in time");
     const std::int64_t microseconds = time.total_microseconds() % 1000000;
+    // Three digits win where both are asked for.
     if ((option & 4) != 0) {
         text += '.';
         appendField<3>(text, microseconds / 1000, "Invalid fractional seconds in time");

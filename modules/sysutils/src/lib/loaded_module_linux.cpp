@@ -11,7 +11,7 @@
 #include <dlfcn.h>
 #include <link.h>
 
-// Every module that is linked with this file carries its own slot and an ELF note of this owner that tells where the
+// Every module that is linked with this file carries its own slot and an ELF note of this owner that says where the
 // slot lies, as the distance from the telling itself. The notes are what the modules find one another by: they need no
 // name in the symbol table, no file and no variable of the environment, and a forked child inherits them.
 extern "C" {
@@ -63,11 +63,13 @@ bool isOwners(Bytes name) {
     return std::equal(name.begin(), name.end(), owner.begin(), owner.end());
 }
 
-/// The slot that the notes tell of; null if they tell of none.
+/// The slot that the notes name; null if they name none.
 Slot* slotInNotes(Bytes notes) {
     while (notes.size() >= sizeof(ElfW(Nhdr))) {
         const auto head = valueIn<ElfW(Nhdr)>(notes);
         notes = notes.subspan(sizeof head);
+        // Name and content each begin at a multiple of 4 bytes. The sizes are held against what is left: the notes of
+        // other modules may be anything.
         const std::size_t nameSize = padded(head.n_namesz);
         const std::size_t contentSize = padded(head.n_descsz);
         if (nameSize > notes.size() || contentSize > notes.size() - nameSize)
@@ -83,6 +85,7 @@ Slot* slotInNotes(Bytes notes) {
 int findSlot(dl_phdr_info* module, std::size_t, void* found) {
     for (int i = 0; i < module->dlpi_phnum; ++i) {
         const ElfW(Phdr)& segment = module->dlpi_phdr[i];
+        // Notes with an alignment above 4 bytes are laid out otherwise and are none of ours.
         if (segment.p_type != PT_NOTE || segment.p_align > 4)
             continue;
         const auto* const start = std::bit_cast<const std::byte*>(module->dlpi_addr + segment.p_vaddr);
@@ -108,6 +111,7 @@ std::optional<LoadedModule> LoadedModule::pinned(const void* address) {
         return std::nullopt;
     if (isProgram(*module))
         return program();
+    // NOLOAD: only what is loaded already is named, nothing is loaded. NODELETE stays with the module for good.
     void* handle = ::dlopen(module->l_name, RTLD_LAZY | RTLD_NOLOAD | RTLD_NODELETE);
     return handle != nullptr ? std::optional(LoadedModule(handle)) : std::nullopt;
 }

@@ -15,12 +15,16 @@
 #include <sys/vfs.h>
 #include <unistd.h>
 
+// The files of the platform seam on Linux. Every descriptor is opened with O_CLOEXEC, so that no program that the host
+// starts inherits it, and is closed by its object. Reads and writes that a signal interrupts are made again. A fault of
+// the system is a value for the caller to judge: a null object, a code, or a count that is too small.
 namespace kvan::sys {
 
 namespace {
 
 class Descriptor {
 public:
+    // A negative number is no descriptor: a call that failed makes an object that closes nothing.
     explicit Descriptor(int descriptor) : m_descriptor(descriptor) {}
     Descriptor(const Descriptor&) = delete;
     Descriptor& operator=(const Descriptor&) = delete;
@@ -46,12 +50,14 @@ boost::system::error_code lastFault() {
     return {errno, boost::system::system_category()};
 }
 
+// Of the open file, not of its name: what the name leads to may change between the two.
 bool isRegular(int descriptor) {
     struct stat status {};
     return ::fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode);
 }
 
-/// Gives how many bytes the system took.
+/// Gives how many bytes the system took. A disk that is nearly full may take a part; the rest is offered again until
+/// nothing is taken.
 std::size_t writeAll(int descriptor, std::string_view bytes) {
     std::size_t done = 0;
     while (done < bytes.size()) {
@@ -77,6 +83,7 @@ class LinuxPositionedFile final : public PositionedFile {
 public:
     explicit LinuxPositionedFile(Descriptor descriptor) : m_descriptor(std::move(descriptor)) {}
 
+    // pread leaves the position of the descriptor alone, so threads do not disturb one another.
     std::int64_t readAt(void* destination, std::int64_t count, std::uint64_t offset) override {
         char* const bytes = static_cast<char*>(destination);
         std::int64_t done = 0;
@@ -87,6 +94,7 @@ public:
                 continue;
             if (got < 0)
                 return -1;
+            // The end of the file; a part that came before it counts.
             if (got == 0)
                 break;
             done += got;
@@ -118,6 +126,7 @@ public:
 
     bool append(const std::string& bytes) override { return writeAll(m_descriptor.get(), bytes) == bytes.size(); }
 
+    // Written at the end always (O_APPEND), so that nothing has to be moved back after a cut.
     bool clear() override { return ::ftruncate(m_descriptor.get(), 0) == 0; }
 
     boost::system::error_code moveTo(const boost::filesystem::path& target) override {
@@ -156,6 +165,7 @@ std::string pathToUtf8(const boost::filesystem::path& path) {
 }
 
 std::unique_ptr<PositionedFile> PositionedFile::open(const boost::filesystem::path& path) {
+    // NONBLOCK: the opening of a pipe would wait for its writer. NOCTTY: no terminal becomes the one of this process.
     Descriptor descriptor(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
     if (descriptor.get() < 0 || !isRegular(descriptor.get()))
         return nullptr;
@@ -165,6 +175,7 @@ std::unique_ptr<PositionedFile> PositionedFile::open(const boost::filesystem::pa
 bool FileStamp::isAtRest() const {
     // Some file systems count the time of a write in steps of two seconds.
     constexpr std::chrono::nanoseconds longestStep = std::chrono::seconds(2);
+    // Twice the step, so that a write right after the stamp falls into another one for certain.
     const std::chrono::nanoseconds now = std::chrono::system_clock::now().time_since_epoch();
     return now.count() - std::max(modified, changed) > 2 * longestStep.count();
 }
@@ -188,6 +199,7 @@ bool hasDependableStamps(const boost::filesystem::path& file) {
     if (::statfs(file.c_str(), &status) != 0)
         return false;
     constexpr std::uint32_t zfs = 0x2FC12FC1;  // is in no header
+    // Local systems, which count every write into the times at once; a network system may learn of it later.
     const std::uint32_t localSystems[] = {EXT4_SUPER_MAGIC,
                                           XFS_SUPER_MAGIC,
                                           BTRFS_SUPER_MAGIC,
@@ -210,7 +222,7 @@ std::unique_ptr<PrivateFile> PrivateFile::create(const boost::filesystem::path& 
             fault = lastFault();
             return nullptr;
         }
-        // Some network file systems know no locks: there nobody holds one, and nobody removes what is left behind.
+        // Some network file systems know no locks: there nobody holds one, and nobody removes what is left over.
         const bool isTaken = ::flock(descriptor.get(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
         fault = isTaken ? lastFault() : boost::system::error_code();
         if (!isTaken && isStillNamed(descriptor.get(), path.c_str()))
@@ -224,6 +236,7 @@ bool removeAbandonedPrivateFile(const boost::filesystem::path& path) {
     const Descriptor descriptor(::open(path.c_str(), O_RDWR | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
     if (descriptor.get() < 0 || !isRegular(descriptor.get()) || ::flock(descriptor.get(), LOCK_EX | LOCK_NB) != 0)
         return false;
+    // The lock says that no holder lives; the name may have gone to a file that somebody made since.
     return isStillNamed(descriptor.get(), path.c_str()) && ::unlink(path.c_str()) == 0;
 }
 
@@ -240,6 +253,7 @@ std::unique_ptr<AppendedFile> AppendedFile::open(const boost::filesystem::path& 
         fault = boost::system::errc::make_error_code(boost::system::errc::not_supported);
         return nullptr;
     }
+    // Only the opening must not wait; writes may.
     ::fcntl(descriptor.get(), F_SETFL, O_APPEND);
     fault.clear();
     return std::make_unique<LinuxAppendedFile>(std::move(descriptor));
@@ -247,6 +261,7 @@ std::unique_ptr<AppendedFile> AppendedFile::open(const boost::filesystem::path& 
 
 std::FILE* divertStandardOutput() {
     std::fflush(stdout);
+    // From 3 on: a closed standard stream would otherwise lend its number to the copy.
     Descriptor former(::fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 3));
     if (former.get() < 0 || ::dup2(STDERR_FILENO, STDOUT_FILENO) < 0)
         return nullptr;
@@ -257,6 +272,7 @@ std::FILE* divertStandardOutput() {
 }
 
 void reportBrokenPipesAsErrors() {
+    // For the whole process, which is why only a program may call it and a library never does.
     std::signal(SIGPIPE, SIG_IGN);
 }
 

@@ -12,10 +12,12 @@ std::string toIsoExtendedString(const boost::posix_time::ptime& time, FormatOpti
     if (option < 0 || option > 5)
         BOOST_THROW_EXCEPTION(
             std::runtime_error("Invalid format option (value: " + std::to_string(static_cast<int>(option)) + ")"));
+    // Special values (infinities, not-a-date-time) have no fields.
     if (time.is_special())
         return "not-a-date-time";
 
     std::string text;
+    // The longest form, with six digits of the second.
     text.reserve(26);
     date_time::internal::append_iso_date(text, time.date().year_month_day());
     text += (option & 1) != 0 ? 'T' : ' ';

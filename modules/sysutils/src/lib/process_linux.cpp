@@ -14,6 +14,8 @@
 #include <signal.h>
 #include <unistd.h>
 
+// What the logging wants to know of its process, by calls of Linux and of the C library. Nothing here keeps state, so
+// any thread may ask at any time; what a call costs is a system call or a short read of /proc.
 namespace kvan::sys {
 
 namespace {
@@ -36,6 +38,7 @@ private:
 
 /// A variable that is set to nothing counts as not set.
 const char* variable(const char* name) {
+    // The pointer stays good until somebody sets the variable; callers copy at once.
     const char* value = std::getenv(name);
     return value != nullptr && *value != '\0' ? value : nullptr;
 }
@@ -47,6 +50,7 @@ boost::filesystem::path homeDirectory() {
     std::vector<char> texts(1024);
     passwd entry{};
     passwd* found = nullptr;
+    // The user database may hold entries of any length; the call says when its buffer was too small.
     while (::getpwuid_r(::getuid(), &entry, texts.data(), texts.size(), &found) == ERANGE)
         texts.resize(texts.size() * 2);
     return found != nullptr && found->pw_dir != nullptr ? found->pw_dir : "";
@@ -56,6 +60,7 @@ boost::filesystem::path homeDirectory() {
 
 boost::filesystem::path executablePath() {
     boost::system::error_code fault;
+    // The kernel's own link: the name under which a program was started may be relative, or a name of a link.
     const auto path = boost::filesystem::read_symlink("/proc/self/exe", fault);
     if (fault || path.empty())
         BOOST_THROW_EXCEPTION(std::runtime_error("Executable path could not be determined"));
@@ -70,6 +75,7 @@ boost::filesystem::path userHome() {
 }
 
 boost::filesystem::path userDataHome() {
+    // By the rules of the XDG base directories, which give the default as well.
     if (const char* dataHome = variable("XDG_DATA_HOME"))
         return dataHome;
     const auto path = homeDirectory();
@@ -93,6 +99,7 @@ bool isTerminal(std::FILE* stream) {
 
 bool isDebuggerAttached() {
     const std::unique_ptr<std::FILE, int (*)(std::FILE*)> status(std::fopen("/proc/self/status", "re"), &std::fclose);
+    // The kernel names the tracing process here, 0 if there is none.
     constexpr char key[] = "TracerPid:";
     char line[256];
     while (status && std::fgets(line, sizeof line, status.get()) != nullptr) {
@@ -103,6 +110,8 @@ bool isDebuggerAttached() {
 }
 
 std::thread startQuietThread(std::function<void()> work) {
+    // A new thread inherits the mask of the one that starts it, so no signal falls between its start and a mask of its
+    // own.
     const HeldSignals held;
     return std::thread(std::move(work));
 }

@@ -6,8 +6,11 @@
 
 #include <utf8.h>
 
+// UTF-8 on the narrow side, whatever the locale says: texts of files must not depend on who reads them. Each conversion
+// stops at the first byte or code point that is not well-formed and throws; nothing is replaced or dropped.
 namespace kvan::sys {
 
+// Where a wide character is a UTF-16 unit, the calls below would have to be others.
 static_assert(sizeof(wchar_t) == 4, "wide text holds whole code points");
 
 std::wstring do_widen(std::string_view text) {
