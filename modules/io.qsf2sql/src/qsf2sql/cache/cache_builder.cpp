@@ -64,22 +64,12 @@ error_code replaceCache(const fs::path& cacheFile, sys::PrivateFile& file) {
 // builders the later one replaces the file of the earlier one. The private file is made first, since making it is the
 // only sure test of whether the directory can be written; a share mounted for reading has modes that say otherwise.
 //
-// A bad native file leaves nothing at the path. Any other failure leaves an empty database there, which
-// no open takes for a cache and the next one replaces.
+// A bad native file leaves nothing at the path. Any other failure leaves an empty database there, which no open takes
+// for a cache and the next one replaces.
 CacheBuilder::CacheBuilder(const fs::path& qsfFile, const VariablesPrefs& settings, const CacheFill& fill)
     : m_logger(logging::Logger::getLogger("kvan.io.qsf2sql")), m_qsfFile(qsfFile), m_settings(settings), m_fill(fill) {}
 
-std::unique_ptr<CppSQLite3DB> CacheBuilder::generate(fs::path& cacheFile, bool& isTemporary) {
-    checkIfQsfExists(m_qsfFile);
-    cacheFile = cachePathBeside(m_qsfFile);
-    isTemporary = false;
-    std::unique_ptr<CppSQLite3DB> database;
-    if (auto file = probeAnalysisDirectory(cacheFile))
-        database = generateInAnalysisDirectory(cacheFile, std::move(file));
-    isTemporary = database == nullptr;
-    return isTemporary ? generateInTemporaryDirectory(cacheFile) : std::move(database);
-}
-
+/// The private file in which the cache will grow; null where none can be made and written.
 std::unique_ptr<sys::PrivateFile> CacheBuilder::probeAnalysisDirectory(const fs::path& cacheFile) {
     const fs::path directory = directoryOf(cacheFile);
     const bool replaces = typeAt(cacheFile) != fs::file_not_found;
@@ -101,9 +91,11 @@ std::unique_ptr<sys::PrivateFile> CacheBuilder::probeAnalysisDirectory(const fs:
     return nullptr;
 }
 
-/// Null when the system lets nobody replace what stands at `cacheFile`.
-std::unique_ptr<CppSQLite3DB> CacheBuilder::generateInAnalysisDirectory(const fs::path& cacheFile,
-                                                                        std::unique_ptr<sys::PrivateFile> file) {
+std::unique_ptr<CppSQLite3DB> CacheBuilder::generateInAnalysisDirectory(const fs::path& cacheFile) {
+    checkIfQsfExists(m_qsfFile);
+    const auto file = probeAnalysisDirectory(cacheFile);
+    if (!file)
+        return nullptr;
     KVAN_LOG(m_logger, INFO) << "Generating new SQLite cache in analysis directory: " << sys::pathToUtf8(cacheFile);
     try {
         fillDatabase(file->path());

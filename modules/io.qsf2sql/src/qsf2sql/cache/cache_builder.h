@@ -30,17 +30,18 @@ public:
     /// Keeps references to its arguments.
     CacheBuilder(const boost::filesystem::path& qsfFile, const VariablesPrefs& settings, const CacheFill& fill);
 
-    /// Gives the open cache, its path and whether that is temporary, so that somebody must remove it.
-    ///
-    /// Throws what the fill step throws. After `Qsf2SqlFileFormatError` nothing stands at the path beside the main
-    /// file, after any other failure an empty database. A temporary file goes with any failure.
-    std::unique_ptr<cppsqlite::CppSQLite3DB> generate(boost::filesystem::path& cacheFile, bool& isTemporary);
+    // Both throw what the fill step throws.
+
+    /// Makes the cache at its place beside the main file and opens it; null where the system refuses that. After
+    /// `Qsf2SqlFileFormatError` nothing stands at `cacheFile`, after any other failure an empty database.
+    std::unique_ptr<cppsqlite::CppSQLite3DB> generateInAnalysisDirectory(const boost::filesystem::path& cacheFile);
+
+    /// Makes the cache in the system's temporary directory and opens it. `cacheFile` becomes its path; somebody must
+    /// remove the file. It goes with any failure.
+    std::unique_ptr<cppsqlite::CppSQLite3DB> generateInTemporaryDirectory(boost::filesystem::path& cacheFile);
 
 private:
     std::unique_ptr<sys::PrivateFile> probeAnalysisDirectory(const boost::filesystem::path& cacheFile);
-    std::unique_ptr<cppsqlite::CppSQLite3DB> generateInAnalysisDirectory(const boost::filesystem::path& cacheFile,
-                                                                         std::unique_ptr<sys::PrivateFile> file);
-    std::unique_ptr<cppsqlite::CppSQLite3DB> generateInTemporaryDirectory(boost::filesystem::path& cacheFile);
     void fillDatabase(const boost::filesystem::path& file);
     void logRefusal(const boost::filesystem::path& cacheFile, const boost::system::error_code& fault);
 

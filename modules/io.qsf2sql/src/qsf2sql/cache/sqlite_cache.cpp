@@ -60,7 +60,11 @@ std::unique_ptr<CppSQLite3DB> getValidSQLiteCache(const fs::path& qsfFile, fs::p
             if (auto database = reuseCache(qsfFile, cacheFile, settings))
                 return database;
         }
-        return CacheBuilder(qsfFile, settings, fill).generate(cacheFile, temporary);
+        CacheBuilder builder(qsfFile, settings, fill);
+        if (auto database = builder.generateInAnalysisDirectory(cacheFile))
+            return database;
+        temporary = true;
+        return builder.generateInTemporaryDirectory(cacheFile);
     } catch (const CppSQLite3Exception& exception) {
         throwConvertedCppSQLite3Exception(exception);
     }
