@@ -1,10 +1,12 @@
 #include "transformators.h"
 
-#include <cmath>
-#include <functional>
-#include <limits>
+#include <calibration-core/interfaces/ICalibrationTransformatorGPX.h>
 
-#include <gtest/gtest.h>
+#include <algorithm>
+#include <numeric>
+#include <thread>
+#include <type_traits>
+
 #include <omp.h>
 
 namespace kvan::calibration {
@@ -41,6 +43,33 @@ std::vector<TransformatorPtr> lawsWithoutFailure() {
     return laws;
 }
 
+/// Laws around a time-of-flight axis of m/z 1 to 2,000, as instruments have them.
+std::vector<TransformatorPtr> wrappingLaws() {
+    const auto inner = tof(120.5, 250000, 4e-3, 20000, 0.2);
+    std::vector<TransformatorPtr> laws = {
+        corrected(inner, {1e-3, 1 - 4e-6, 5e-9, -1e-12}, 100, 3000), corrected(inner, {0.5, 1, 1e-4}, 0, 3000),
+        factory().createTransformatorKite(12000, 0.5, 0, 6e5, 0, 1500.6, 120, {0.25, 1e-4, 6e-7, 2e-13}, 1046.5, 12000,
+                                          58000, 0, 100000),
+        factory().createTransformatorPsd(
+            tof(120, 6e5, 4e-3, 12000, 0.5),
+            std::make_shared<Constants::CalibrationPolynomialPSDFAST>(
+                Constants::CalibrationPolynomialPSDFAST::Numbers{.uRefFull = 20.25,
+                                                                 .uSegment = 12.5,
+                                                                 .calibrationMass = 1046.5,
+                                                                 .parentMass = 1500.6,
+                                                                 .minArg = 50,
+                                                                 .maxArg = 2500,
+                                                                 .spc = {0.02, -1e-3, 0.06, 2e-4},
+                                                                 .ocp = {2.5, -0.01, 1e-4, 0}}))};
+    const std::vector<CCalibPolynomial> parents = {{{12.5, 1280, 0.05, -2e-4}, 5, 50, 905.5},
+                                                   {{11.5, 1279, 0.06, -1e-4}, 5, 50, 1570.7}};
+    for (const CCalibPolynomial& global :
+         {CCalibPolynomial{{0, 1}, 0, 0, 0}, CCalibPolynomial{{0.02, 1.0001, -1e-8}, 50, 2500, 0}})
+        laws.push_back(factory().createTransformatorKite2(12000, 0.5, 0, 6e5, 0, parents, global, {12, 0.01}, 2, 1320.6,
+                                                          104.5, 0, 100000));
+    return laws;
+}
+
 /// `count` values, some of which test signs, zeros, NaN and the ends of the numbers.
 Doubles awkwardValues(std::size_t count) {
     using limits = std::numeric_limits<double>;
@@ -49,10 +78,10 @@ Doubles awkwardValues(std::size_t count) {
                               8.0,
                               -8.0,
                               120.5,
-                              limits::quiet_NaN(),
-                              -limits::quiet_NaN(),
-                              limits::infinity(),
-                              -limits::infinity(),
+                              g_nan,
+                              -g_nan,
+                              g_infinity,
+                              -g_infinity,
                               limits::denorm_min(),
                               -limits::denorm_min(),
                               limits::max(),
@@ -66,70 +95,111 @@ Doubles awkwardValues(std::size_t count) {
     return values;
 }
 
-struct DoubleConversion {
-    const char* name;
-    void (T::*inPlace)(Doubles&) const;
-    void (T::*to)(const Doubles&, Doubles&) const;
-    double (T::*single)(double) const;
-};
-
-const DoubleConversion g_conversions[] = {
-    {"MassToRaw", &T::MassesToRaws, &T::MassesToRaws, &T::MassToRaw},
-    {"RawToMass", &T::RawsToMasses, &T::RawsToMasses, &T::RawToMass},
-    {"MassToDIndex", &T::MassesToDIndices, &T::MassesToDIndices, &T::MassToDIndex},
-    {"DIndexToMass", &T::DIndicesToMasses, &T::DIndicesToMasses, &T::DIndexToMass},
-    {"DIndexToRaw", &T::DIndicesToRaws, &T::DIndicesToRaws, &T::DIndexToRaw},
-    {"RawToDIndex", &T::RawsToDIndices, &T::RawsToDIndices, &T::RawToDIndex},
-};
-
-TEST(Batch, HasTheBitsOfTheSingleConversion) {
-    for (const std::size_t count : {0UL, 1UL, 99UL, 100UL, 5003UL})
-        for (const auto& law : lawsWithoutFailure()) {
-            const Doubles source = awkwardValues(count);
-            for (const DoubleConversion& conversion : g_conversions) {
-                SCOPED_TRACE(conversion.name + std::to_string(count));
-                Doubles expected;
-                for (const double value : source)
-                    expected.push_back(((*law).*conversion.single)(value));
-                Doubles converted(count / 2, 7.0);
-                ((*law).*conversion.to)(source, converted);
-                EXPECT_TRUE(sameBits(converted, expected));
-                converted = source;
-                ((*law).*conversion.to)(converted, converted);
-                EXPECT_TRUE(sameBits(converted, expected));
-                converted = source;
-                ((*law).*conversion.inPlace)(converted);
-                EXPECT_TRUE(sameBits(converted, expected));
-            }
-        }
+/// `count` masses of an axis, up and down.
+Doubles massesOf(std::size_t count) {
+    Doubles masses(count);
+    for (std::size_t k = 0; k < count; ++k)
+        masses[k] = 1050 + 1049 * std::sin(static_cast<double>(k));
+    return masses;
 }
 
-TEST(Batch, WholeIndicesHaveTheBitsOfTheSingleConversion) {
-    for (const std::size_t count : {1UL, 7UL, 8UL, 100UL, 5003UL})
-        for (const auto& law : lawsWithoutFailure()) {
-            const auto last = static_cast<std::int32_t>(count) - 4;
-            Indices indices, fromMasses, fromRaws, expectedFromMasses, expectedFromRaws;
-            Doubles masses, raws, expectedMasses, expectedRaws, range;
-            for (std::int32_t index = -3; index <= last; ++index) {
-                indices.push_back(index);
-                expectedMasses.push_back(law->IndexToMass(index));
-                expectedRaws.push_back(law->IndexToRaw(index));
+/// Gives what the single conversion makes of `source`, after a look at that of all at once.
+template <class Object, class Source, class Destination>
+std::vector<Destination> converted(const Object& law, const std::vector<Source>& source,
+                                   void (Object::*many)(const std::vector<Source>&, std::vector<Destination>&) const,
+                                   Destination (Object::*single)(Source) const,
+                                   void (Object::*inPlace)(Doubles&) const = nullptr) {
+    std::vector<Destination> expected;
+    for (const Source value : source)
+        expected.push_back((law.*single)(value));
+    std::vector<Destination> results(source.size() / 2, Destination{7});
+    (law.*many)(source, results);
+    EXPECT_TRUE(sameBits(results, expected));
+    if constexpr (std::is_same_v<Source, Destination>) {
+        results = source;
+        (law.*many)(results, results);
+        EXPECT_TRUE(sameBits(results, expected));
+        results = source;
+        (law.*inPlace)(results);
+        EXPECT_TRUE(sameBits(results, expected));
+    }
+    return expected;
+}
+
+void expectBitsOfSingles(const T& law, const Doubles& masses, const Doubles& raws) {
+    converted(law, masses, &T::MassesToRaws, &T::MassToRaw, &T::MassesToRaws);
+    converted(law, raws, &T::RawsToMasses, &T::RawToMass, &T::RawsToMasses);
+    converted(law, masses, &T::MassesToDIndices, &T::MassToDIndex, &T::MassesToDIndices);
+    converted(law, masses, &T::MassesToIndices, &T::MassToIndex);
+    converted(law, raws, &T::RawsToIndices, &T::RawToIndex);
+    const Doubles indices = converted(law, raws, &T::RawsToDIndices, &T::RawToDIndex, &T::RawsToDIndices);
+    converted(law, indices, &T::DIndicesToMasses, &T::DIndexToMass, &T::DIndicesToMasses);
+    converted(law, indices, &T::DIndicesToRaws, &T::DIndexToRaw, &T::DIndicesToRaws);
+    Indices whole(masses.size());
+    std::iota(whole.begin(), whole.end(), -3);
+    converted(law, whole, &T::IndicesToRaws, &T::IndexToRaw);
+    const Doubles expected = converted(law, whole, &T::IndicesToMasses, &T::IndexToMass);
+    if (whole.empty())
+        return;
+    Doubles range{1, 2, 3};
+    law.IndexRangeToMasses(-3, whole.back(), range);
+    EXPECT_TRUE(sameBits(range, expected));
+}
+
+TEST(Batch, HasTheBitsOfTheSingleConversionForAnyTeam) {
+    using Gpx = ICalibrationTransformatorGPX;
+    for (const std::size_t count : {0UL, 1UL, 7UL, 8UL, 99UL, 100UL, 257UL, 5003UL})
+        for (const int team : {1, 3}) {
+            SCOPED_TRACE(count);
+            omp_set_num_threads(team);
+            const Doubles awkward = awkwardValues(count);
+            for (const auto& law : lawsWithoutFailure())
+                expectBitsOfSingles(*law, awkward, awkward);
+            for (const auto& law : wrappingLaws()) {
+                const Doubles masses = massesOf(count);
+                Doubles raws;
+                law->MassesToRaws(masses, raws);
+                expectBitsOfSingles(*law, masses, raws);
+                if (const auto* const gpx = dynamic_cast<const Gpx*>(law.get())) {
+                    converted(*gpx, masses, &Gpx::MassesToPreciseMasses, &Gpx::MassToPreciseMass,
+                              &Gpx::MassesToPreciseMasses);
+                    converted(*gpx, masses, &Gpx::PreciseMassesToMasses, &Gpx::PreciseMassToMass,
+                              &Gpx::PreciseMassesToMasses);
+                }
             }
-            law->IndicesToMasses(indices, masses);
-            law->IndicesToRaws(indices, raws);
-            law->IndexRangeToMasses(-3, last, range);
-            EXPECT_TRUE(sameBits(masses, expectedMasses) && sameBits(raws, expectedRaws));
-            EXPECT_TRUE(sameBits(range, expectedMasses));
-            const Doubles values = awkwardValues(count);
-            for (const double value : values) {
-                expectedFromMasses.push_back(law->MassToIndex(value));
-                expectedFromRaws.push_back(law->RawToIndex(value));
-            }
-            law->MassesToIndices(values, fromMasses);
-            law->RawsToIndices(values, fromRaws);
-            EXPECT_EQ(fromMasses, expectedFromMasses);
-            EXPECT_EQ(fromRaws, expectedFromRaws);
         }
+    omp_set_num_threads(1);
+}
+
+TEST(WrappingLaws, HoldTheirRoundTrips) {
+    for (const auto& law : wrappingLaws()) {
+        for (const double mass : massesOf(2000))
+            EXPECT_NEAR(law->RawToMass(law->MassToRaw(mass)), mass, 1e-9 * mass);
+        for (std::int32_t index = 0; index < 90000; index += 37) {
+            const double mass = law->IndexToMass(index);
+            EXPECT_NEAR(law->MassToDIndex(mass), index, 1e-9 * (index + 24000));
+            EXPECT_EQ(law->MassToIndex(mass), index);
+        }
+    }
+}
+
+TEST(WrappingLaws, ManyThreadsMayConvertAtOnceAndGetTheSameBits) {
+    for (const auto& law : wrappingLaws()) {
+        const Doubles masses = massesOf(3000);
+        const Doubles backward(masses.rbegin(), masses.rend());
+        Doubles results[4];
+        std::vector<std::thread> threads;
+        for (int k = 0; k < 4; ++k)
+            threads.emplace_back([&, k] {
+                for (const double mass : k % 2 == 0 ? masses : backward)
+                    results[k].push_back(law->RawToMass(law->MassToRaw(mass)));
+            });
+        for (std::thread& thread : threads)
+            thread.join();
+        std::reverse(results[1].begin(), results[1].end());
+        EXPECT_TRUE(sameBits(results[0], results[1]));
+        EXPECT_TRUE(sameBits(results[0], results[2]));
+    }
 }
 
 TEST(Batch, BelowTheThresholdTheLawsOwnFailureReachesTheCaller) {
@@ -189,8 +259,7 @@ TEST(Batch, InsideAParallelRegionNothingForksAndTheLawsFailurePasses) {
 }
 
 TEST(Batch, AnyNumberOfThreadsGivesTheSameBits) {
-    constexpr std::int32_t points = 1'500'001;  // enough work for a team
-    for (const auto& law : lawsWithoutFailure()) {
+    const auto expectSameBits = [](const TransformatorPtr& law, std::int32_t points) {
         Doubles expected;
         for (const int threads : {1, 2, 7}) {
             omp_set_num_threads(threads);
@@ -200,7 +269,12 @@ TEST(Batch, AnyNumberOfThreadsGivesTheSameBits) {
                 expected = masses;
             EXPECT_TRUE(sameBits(masses, expected)) << threads;
         }
-    }
+    };
+    // Enough work for a team.
+    for (const auto& law : lawsWithoutFailure())
+        expectSameBits(law, 1'500'001);
+    for (const auto& law : wrappingLaws())
+        expectSameBits(law, 70'001);
     omp_set_num_threads(7);
     Doubles masses;
     EXPECT_EQ(failureOf([&] { endsAtRaw40(0x1p-15)->IndexRangeToMasses(0, 40 * 32768 + 1, masses); }), g_failed);

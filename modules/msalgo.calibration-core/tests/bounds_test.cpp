@@ -1,16 +1,10 @@
 #include "transformators.h"
 
-#include <calibration-core/constants/CalibrationPolynomialGPX.h>
 #include <calibration-core/interfaces/ICalibrationTOFUtilities.h>
 #include <calibration-core/interfaces/ICalibrationTransformatorDecorator.h>
 #include <calibration-core/interfaces/ICalibrationTransformatorGPX.h>
 #include <calibration-core/interfaces/ICalibrationUtilities.h>
 #include <calibration-core/temperaturecompensation/TemperatureCompensationInfo.h>
-
-#include <cmath>
-#include <sstream>
-
-#include <gtest/gtest.h>
 
 namespace kvan::calibration {
 
@@ -85,7 +79,7 @@ TEST(BoundsChecker, KeepsIndicesInside) {
     EXPECT_EQ(masses.back(), 19.5);
     EXPECT_EQ(indexBounds(20, 10)->RawToIndex(6), 10);
     EXPECT_EQ(indexBounds(-1e300, 1e300)->MassToDIndex(53), 90.0);
-    EXPECT_EQ(indexBounds(std::nan(""), 1e300)->RawToIndex(25), 90);
+    EXPECT_EQ(indexBounds(g_nan, 1e300)->RawToIndex(25), 90);
 }
 
 TEST(BoundsChecker, ForwardsAndIsPeeled) {
@@ -118,13 +112,10 @@ TEST(BoundsChecker, ForwardsAndIsPeeled) {
     EXPECT_EQ(utilities->PeelDecorators(inner), inner);
     EXPECT_EQ(utilities->PeelDecorators(nullptr), nullptr);
 
-    std::ostringstream dump;
-    both->Dump(dump);
-    EXPECT_EQ(dump.str().find("CalibrationTransformatorIndexBoundsChecker[ index bounds: [1, 2]\n"
-                              "CalibrationTransformatorRawBoundsChecker[ raw bounds: [5, 80]\n"
-                              "CalibrationTransformatorTOFQuadratic[ "),
-              0U)
-        << dump.str();
+    EXPECT_EQ(dumpOf(*both).find("CalibrationTransformatorIndexBoundsChecker[ index bounds: [1, 2]\n"
+                                 "CalibrationTransformatorRawBoundsChecker[ raw bounds: [5, 80]\n"
+                                 "CalibrationTransformatorTOFQuadratic[ "),
+              0U);
 }
 
 TEST(CalibrationUtilities, ErrorsAndConstants) {

@@ -2,12 +2,7 @@
 
 #include <calibration-core/interfaces/ICalibrationTransformatorKITE.h>
 
-#include <cmath>
 #include <iostream>
-#include <limits>
-#include <sstream>
-
-#include <gtest/gtest.h>
 
 namespace kvan::calibration {
 
@@ -17,7 +12,6 @@ using Kite1 = Constants::CalibrationPolynomialKITE1::Numbers;
 
 const char* const g_notInvertible = "runtime_error: Kite1: unable to invert polynomial.";
 const char* const g_noLaw = "runtime_error: Kite1 InitData(): unexpected error.";
-constexpr double g_nan = std::numeric_limits<double>::quiet_NaN();
 
 /// raw = index * 0.5 + 10.
 TransformatorPtr kite1(const Kite1& numbers) {
@@ -115,14 +109,13 @@ TEST(Kite1, IsAFacetAroundATimeAxis) {
     EXPECT_FALSE(law->IsEqual(*factory().createTransformatorKite(tof(0, 1e12, 0, 11, 0.5), numbers)));
     EXPECT_FALSE(law->IsEqual(*tof(0, 1e12, 0, 10, 0.5)));
 
-    std::ostringstream dump;
-    law->Dump(dump);
+    const std::string dump = dumpOf(*law);
     for (const char* words :
          {"CalibrationTransformatorKITE1[ ", "CalibrationPolynomialKITE1[ ", "\t\tCalibration parent mass = 0",
           "\t\tparent mass = 0", "\t\tPolynomial coefficients[0, 1]",
           "\t\tKITE coefficients[0, 1], kite time = 0, "
           "correction time  = 0, calib time range = [1, 9]\n\t\tidx range = [0, 0] ignore? 0"})
-        EXPECT_NE(dump.str().find(words), std::string::npos) << words << dump.str();
+        EXPECT_NE(dump.find(words), std::string::npos) << words << dump;
 }
 
 using Kite2 = Constants::CalibrationPolynomialKITE2::Numbers;
@@ -309,8 +302,7 @@ TEST(Kite2, IsAFacetThatCanBeAdapted) {
                        "possibly inconsistent and untested code paths.\n"),
               std::string::npos);
 
-    std::ostringstream dump;
-    law->Dump(dump);
+    const std::string dump = dumpOf(*law);
     for (const char* words :
          {"\tCalibrationPolynomialKITE2[ ", "\t\tInterpolation mode = 2", "\t\tMeasured parent mass = 0",
           "\t\tGlobal polynomial[ ", "\t\tMeasured global polynomial[ ", "\t\tParent polynomials[ ",
@@ -318,7 +310,7 @@ TEST(Kite2, IsAFacetThatCanBeAdapted) {
           "30]\n\t\t\t\tcoefficients "
           "= (9, 6, 3)\n\t\t\t]\n",
           "\t\tKITE2 polynomial[ ", "\t\t] ", "\t\tVC0 coefficients[], Arg range = [1, 50]"})
-        EXPECT_NE(dump.str().find(words), std::string::npos) << words << dump.str();
+        EXPECT_NE(dump.find(words), std::string::npos) << words << dump;
 }
 
 }  // namespace

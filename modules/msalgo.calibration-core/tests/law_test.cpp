@@ -1,16 +1,8 @@
 #include "transformators.h"
 
-#include <cmath>
-#include <limits>
-
-#include <gtest/gtest.h>
-
 namespace kvan::calibration {
 
 namespace {
-
-constexpr double g_infinity = std::numeric_limits<double>::infinity();
-constexpr double g_nan = std::numeric_limits<double>::quiet_NaN();
 
 struct PointCase {
     const char* name;

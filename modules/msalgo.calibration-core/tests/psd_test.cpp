@@ -2,18 +2,11 @@
 
 #include <calibration-core/interfaces/ICalibrationTransformatorPSD.h>
 
-#include <cmath>
-#include <limits>
-#include <sstream>
-
-#include <gtest/gtest.h>
-
 namespace kvan::calibration {
 
 namespace {
 
 using Polynomial = Constants::CalibrationPolynomialPSDFAST;
-constexpr double g_nan = std::numeric_limits<double>::quiet_NaN();
 
 /// Apparent mass = raw^2, raw = index * 0.5 + 10.
 TransformatorPtr psd(const Polynomial::Numbers& numbers) {
@@ -105,8 +98,7 @@ TEST(Psd, IsAFacetAroundApparentMasses) {
     EXPECT_EQ(plain->MassToRaw(16), 4);
     EXPECT_FALSE(plain->IsEqual(*law) || law->IsEqual(*plain));
 
-    std::ostringstream dump;
-    law->Dump(dump);
+    const std::string dump = dumpOf(*law);
     for (const char* words :
          {"CalibrationTransformatorPSD[ ",
           "\t calibMode = 0\t minIndex = 4, maxIndex = 100\t "
@@ -115,7 +107,7 @@ TEST(Psd, IsAFacetAroundApparentMasses) {
           "CalibrationPolynomialPSDFAST[ , parent mass = 400, USegment = 2.5\n\t\tCalibration mass = "
           "100\n\t\tURefFull = 20\n\t\tSPC coefficients[0.5, 0.25, 2]\n\t\tOCP coefficients[0.5, 0.01, "
           "0.0002]\n\t\tPolynomial coefficients[5.003, 1.25075, 5.003]\n\t\tminArg = 4, maxArg = 100"})
-        EXPECT_NE(dump.str().find(words), std::string::npos) << words << dump.str();
+        EXPECT_NE(dump.find(words), std::string::npos) << words << dump;
 }
 
 }  // namespace

@@ -3,16 +3,11 @@
 #include "transformators.h"
 
 #include <algorithm>
-#include <cmath>
-#include <limits>
-
-#include <gtest/gtest.h>
 
 namespace kvan::calibration {
 
 namespace {
 
-constexpr double g_infinity = std::numeric_limits<double>::infinity();
 using Range = ICalibrationTransformator::Range;
 
 void expectNear(const Range& range, double lower, double upper, double tolerance) {
@@ -79,7 +74,7 @@ TEST(Tof2Cubic, RootsOfThePolynomial) {
     EXPECT_TRUE(Transformation::realRootsOfCubic(4, 0, 1, 0).empty());
     EXPECT_EQ(failureOf([] { Transformation::realRootsOfCubic(-4, 1, 0, 0); }),
               "runtime_error: Failed to determine roots of polynomial: order < 2.");
-    for (const double bad : {g_infinity, std::nan("")})
+    for (const double bad : {g_infinity, g_nan})
         EXPECT_EQ(failureOf([bad] { Transformation::realRootsOfCubic(bad, 1, 1, 1); }),
                   "runtime_error: Failed to determine roots of polynomial. Vigra returned error.");
 }

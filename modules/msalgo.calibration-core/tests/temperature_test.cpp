@@ -4,11 +4,6 @@
 #include <calibration-core/temperaturecompensation/CalibrationTemperatureCompensator.h>
 #include <calibration-core/temperaturecompensation/TemperatureCompensationInfo.h>
 
-#include <cmath>
-#include <sstream>
-
-#include <gtest/gtest.h>
-
 namespace kvan::calibration {
 
 namespace {
@@ -65,9 +60,7 @@ TEST(Compensator, WithoutTemperaturesGivesTheReference) {
     EXPECT_EQ(CalibrationTemperatureCompensator().Compensate(reference), nullptr);
     const auto measured = addTemperatureCompensationInfo(tof(1, 1, 0, 99, 7), {23}, {});
     EXPECT_TRUE(compensator(reference, {25}, {0}).Compensate(measured)->IsEqual(*reference));
-    std::ostringstream dump;
-    plain.Dump(dump);
-    EXPECT_NE(dump.str().find("reference temperatures[ 25 ]"), std::string::npos);
+    EXPECT_NE(dumpOf(plain).find("reference temperatures[ 25 ]"), std::string::npos);
 }
 
 TEST(Compensator, VectorsOfOtherSizesKeepTheLawOrFail) {
@@ -110,10 +103,9 @@ TEST(CompensatedConstants, AreEqualByLawAndData) {
     EXPECT_TRUE(one->IsEqual(*addTemperatureCompensationInfo(plain, {23}, {1})));
     EXPECT_FALSE(one->IsEqual(*addTemperatureCompensationInfo(plain, {24}, {1})));
     EXPECT_FALSE(one->IsEqual(*addTemperatureCompensationInfo(plain, {23}, {})));
-    std::ostringstream dump;
-    one->GetFunctionalConstants()->Dump(dump);
-    EXPECT_EQ(dump.str().find("\tCalibrationConstantsFunctionalTOF1TemperatureCompensation[ compensation mode = 2, "
-                              "temperatures: (23), correction factors: (1)"),
+    EXPECT_EQ(dumpOf(*one->GetFunctionalConstants())
+                  .find("\tCalibrationConstantsFunctionalTOF1TemperatureCompensation[ compensation mode = 2, "
+                        "temperatures: (23), correction factors: (1)"),
               0U);
 }
 

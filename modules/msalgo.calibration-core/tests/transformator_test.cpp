@@ -2,11 +2,6 @@
 
 #include <calibration-core/interfaces/MeasurementModeInfo.h>
 
-#include <cmath>
-#include <sstream>
-
-#include <gtest/gtest.h>
-
 namespace kvan::calibration {
 
 namespace {
@@ -18,13 +13,6 @@ using Constants::CalibrationConstantsPhysicalLinear;
 using Constants::CalibrationConstantsPhysicalPaladin;
 using Constants::CalibrationConstantsPhysicalTOF;
 using Transformation::MeasurementModeInfo;
-
-template <class Dumped>
-std::string dumpOf(const Dumped& object) {
-    std::ostringstream sink;
-    object.Dump(sink);
-    return sink.str();
-}
 
 TEST(Transformator, ConstantsGoInAndComeOutAsCopies) {
     const auto transformator = tof(8, 2.5e11, 0, 10, 0.5);
@@ -119,7 +107,7 @@ TEST(Factory, ChoosesTheClassByTheHighestCoefficient) {
         {tof(0, 1, 0.0, 0, 1), "CalibrationTransformatorTOFLinear[ "},
         {tof(0, 1, -0.0, 0, 1), "CalibrationTransformatorTOFLinear[ "},
         {tof(0, 1, 5e-324, 0, 1), "CalibrationTransformatorTOFQuadratic[ "},
-        {tof(0, 1, std::nan(""), 0, 1), "CalibrationTransformatorTOFQuadratic[ "},
+        {tof(0, 1, g_nan, 0, 1), "CalibrationTransformatorTOFQuadratic[ "},
         {tof2(0, 1, 0, 0, 0, 0, 1), "CalibrationTransformatorTOF2Linear[ "},
         {tof2(0, 1, 1, 0, 0, 0, 1), "CalibrationTransformatorTOF2Quadratic[ "},
         {tof2(0, 1, 0, 1, 0, 0, 1), "CalibrationTransformatorTOF2Cubic[ "},

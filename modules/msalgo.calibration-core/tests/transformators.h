@@ -4,18 +4,27 @@
 #include <calibration-core/constants/CalibrationConstantsLinear.h>
 #include <calibration-core/constants/CalibrationConstantsPaladin.h>
 #include <calibration-core/constants/CalibrationConstantsTemperatureCompensation.h>
+#include <calibration-core/constants/CalibrationPolynomialGPX.h>
 #include <calibration-core/interfaces/CalibrationTransformatorFactory.h>
 
+#include <cmath>
 #include <cstring>
 #include <exception>
+#include <limits>
+#include <sstream>
 #include <string>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 namespace kvan::calibration {
 
 using TransformatorPtr = std::shared_ptr<ICalibrationTransformator>;
 using Doubles = std::vector<double>;
 using Indices = std::vector<std::int32_t>;
+
+constexpr double g_infinity = std::numeric_limits<double>::infinity();
+constexpr double g_nan = std::numeric_limits<double>::quiet_NaN();
 
 inline const ICalibrationTransformatorFactory& factory() {
     return *Transformation::CalibrationTransformatorFactory::instance();
@@ -59,6 +68,20 @@ inline TransformatorPtr paladin(double c0, double c1, double c2, double begin, d
 inline TransformatorPtr linear(double c0, double c1) {
     return factory().createTransformator(std::make_shared<Constants::CalibrationConstantsFunctionalLinear>(c0, c1),
                                          std::make_shared<Constants::CalibrationConstantsPhysicalLinear>());
+}
+
+/// Precise masses from `minMass` to `maxMass` by the polynomial, and straight on outside.
+inline TransformatorPtr corrected(const TransformatorPtr& inner, const Doubles& coefficients, double minMass,
+                                  double maxMass, bool use = true) {
+    return factory().createTransformatorGPX(
+        inner, std::make_shared<Constants::CalibrationPolynomialGPX>(coefficients, 0.1, 0.2, minMass, maxMass, use));
+}
+
+template <class Dumped>
+std::string dumpOf(const Dumped& object) {
+    std::ostringstream sink;
+    object.Dump(sink);
+    return sink.str();
 }
 
 /// Type of the exception as far as callers tell them apart, and its text; "" without one.
