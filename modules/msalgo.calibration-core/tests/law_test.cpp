@@ -55,50 +55,32 @@ TEST(Law, GivesTheValuesWorkedOutByHand) {
     }
 }
 
-/// The forward laws with 64 bits of mantissa, at the ends and in the middle of a real axis.
+/// The forward laws with 64 bits of mantissa, at the ends and in the middle of a real axis. t is the root of the
+/// shifted mass.
 TEST(Law, AgreesWithHigherPrecisionOnARealAxis) {
-    const long double c0 = 120.5L, c1 = 250000.0L, delay = 20000.0L, base = 0.2L;
-    for (const long double c2 : {0.0L, -1.5e-3L, 4e-3L}) {
-        const auto transformator = tof(120.5, 250000.0, static_cast<double>(c2), 20000.0, 0.2);
-        for (const long double mass : {99.0L, 524.265L, 1221.990637L, 2465.19L}) {
-            const long double raw = mass * c2 + std::sqrt(mass * (1e12L / c1)) + c0;
-            const long double index = (raw - delay) / base;
-            EXPECT_NEAR(transformator->MassToRaw(static_cast<double>(mass)), static_cast<double>(raw), 3e-11);
-            EXPECT_NEAR(transformator->MassToDIndex(static_cast<double>(mass)), static_cast<double>(index), 1.5e-10);
-            EXPECT_NEAR(transformator->DIndexToMass(static_cast<double>(index)) / static_cast<double>(mass), 1.0,
-                        2e-15);
+    const auto rounded = [](long double value) { return static_cast<double>(value); };
+    const std::tuple<long double, long double, double> tails[] = {
+        {0.0L, 0.0L, 2e-15}, {0.0L, 0.75L, 2e-15}, {-2.5e-5L, 0.75L, 1e-12}};
+    for (const long double c2 : {0.0L, -1.5e-3L, 4e-3L})
+        for (const auto& [c3, shift, tolerance] : tails) {
+            const auto law = shift == 0.0L ? tof(120.5, 250000.0, rounded(c2), 20000.0, 0.2)
+                                           : tof2(120.5, 250000.0, rounded(c2), rounded(c3), 0.75, 20000.0, 0.2);
+            for (const long double mass : {99.0L, 524.265L, 1221.990637L, 2465.19L}) {
+                const long double t = std::sqrt(mass + shift);
+                const long double raw = ((t * c3 + c2) * t + 2000.0L) * t + 120.5L;
+                const long double index = (raw - 20000.0L) / 0.2L;
+                EXPECT_NEAR(law->MassToRaw(rounded(mass)), rounded(raw), 3e-11);
+                EXPECT_NEAR(law->MassToDIndex(rounded(mass)), rounded(index), 1.5e-10);
+                EXPECT_NEAR(law->DIndexToMass(rounded(index)) / rounded(mass), 1.0, tolerance);
+            }
         }
-    }
-    const auto trap = paladin(0.125, 1.0005, 2.5e-7, 5000, 100);
-    for (const long double raw : {50.0L, 1025.3L, 3000.0L}) {
-        const long double mass = raw * raw * 2.5e-7L + raw * 1.0005L + 0.125L;
-        EXPECT_NEAR(trap->RawToMass(static_cast<double>(raw)), static_cast<double>(mass), 1e-12);
-        EXPECT_NEAR(trap->MassToRaw(static_cast<double>(mass)), static_cast<double>(raw), 1e-12);
-    }
-}
-
-/// The same for the laws with more than one stage. t is the root of the shifted mass, x the reciprocal mass.
-TEST(Law, OfTof2AndFtmsAgreesWithHigherPrecision) {
-    const long double c0 = 120.5L, c1 = 250000.0L, c3 = -2.5e-5L, c4 = 0.75L;
-    for (const long double c2 : {-1.5e-3L, 0.0L, 4e-3L}) {
-        const auto cubic = tof2(120.5, 250000.0, static_cast<double>(c2), -2.5e-5, 0.75, 20000.0, 0.2);
-        const auto quadratic = tof2(120.5, 250000.0, static_cast<double>(c2), 0, 0.75, 20000.0, 0.2);
-        for (const long double mass : {99.0L, 524.265L, 1221.990637L, 2465.19L}) {
-            const long double t = std::sqrt(mass + c4);
-            const long double square = t * t * c2 + t * std::sqrt(1e12L / c1) + c0;
-            const long double cube = square + t * t * t * c3;
-            const double m = static_cast<double>(mass);
-            EXPECT_NEAR(quadratic->MassToRaw(m), static_cast<double>(square), 3e-11);
-            EXPECT_NEAR(quadratic->RawToMass(static_cast<double>(square)) / m, 1.0, 2e-15);
-            EXPECT_NEAR(cubic->MassToRaw(m), static_cast<double>(cube), 3e-11);
-            EXPECT_NEAR(cubic->RawToMass(static_cast<double>(cube)) / m, 1.0, 1e-12);
-        }
-    }
     const auto cyclotron = ftmsQuadratic(5, -3.2e7, -1.5, 1.07e8, 4e4, 1e6, 1 << 20);
+    const auto trap = paladin(0.125, 1.0005, 2.5e-7, 5000, 100);
     for (const long double mass : {107.0L, 400.25L, 1999.9L}) {
         const long double raw = -3.2e7L / mass / mass + 1.07e8L / mass - 1.5L;
-        EXPECT_NEAR(cyclotron->MassToRaw(static_cast<double>(mass)), static_cast<double>(raw), 1e-9);
-        EXPECT_NEAR(cyclotron->RawToMass(static_cast<double>(raw)) / static_cast<double>(mass), 1.0, 2e-15);
+        EXPECT_NEAR(cyclotron->MassToRaw(rounded(mass)), rounded(raw), 1e-9);
+        EXPECT_NEAR(cyclotron->RawToMass(rounded(raw)) / rounded(mass), 1.0, 2e-15);
+        EXPECT_NEAR(trap->MassToRaw(rounded(mass * mass * 2.5e-7L + mass * 1.0005L + 0.125L)), rounded(mass), 1e-12);
     }
 }
 
