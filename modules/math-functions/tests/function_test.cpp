@@ -5,8 +5,6 @@
 
 #include <cmath>
 #include <limits>
-#include <stdexcept>
-#include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -21,45 +19,35 @@ constexpr double g_infinity = std::numeric_limits<double>::infinity();
 TEST(Function, PolynomialsAndWhatContinuesThem) {
     const std::vector<double> cubic{7.0, -3.0, 2.0, 0.5};      // at 2: 13, slope 11; at -1: 11.5, slope -5.5
     const std::vector<double> halfPowers{1.0, 4.0, 3.0, 2.0};  // at 4: 37, slope 10; at 9: 94, slope 38 / 3
+    struct Point {
+        double x;
+        int order;
+        double value;
+    };
     const struct {
         int strategy;
         const std::vector<double>& coefficients;
-        double lower, upper, x;
-        int order;
-        double value;
+        double lower, upper;
+        std::vector<Point> points;
     } cases[] = {
-        {6, cubic, -1.0, 2.0, 10.0, 0, 677.0},
-        {6, cubic, -1.0, 2.0, 10.0, 1, 187.0},
-        {6, cubic, -1.0, 2.0, 10.0, 2, 34.0},
-        {6, cubic, -1.0, 2.0, 10.0, 3, 3.0},
-        {6, cubic, -1.0, 2.0, 10.0, 4, 0.0},
-        {9, cubic, -1.0, 2.0, 0.0, 0, 7.0},
-        {9, cubic, -1.0, 2.0, 2.0, 0, 13.0},
-        {9, cubic, -1.0, 2.0, 5.0, 0, 16.0},
-        {9, cubic, -1.0, 2.0, -3.0, 0, 9.5},
-        {9, cubic, -1.0, 2.0, -3.0, 1, 1.0},
-        {9, cubic, -1.0, 2.0, 5.0, 2, 0.0},
-        {9, cubic, -1.0, 2.0, -1.0, 1, -5.5},
-        {9, cubic, -1.0, 2.0, 2.0, 1, 11.0},
-        {10, cubic, -1.0, 2.0, 5.0, 0, 16.0},
-        {10, cubic, -1.0, 2.0, 1.0, 1, 2.5},
-        {10, cubic, 2.0, -1.0, 10.0, 0, 677.0},
-        {10, cubic, 2.0, 2.0, 10.0, 0, 677.0},
-        {10, cubic, g_nan, 2.0, 10.0, 0, 677.0},
-        {11, halfPowers, 4.0, 9.0, 6.25, 0, 1.0 + 10.0 + 18.75 + 31.25},
-        {11, halfPowers, 4.0, 9.0, 9.0, 1, 2.0 / 3.0 + 3.0 + 9.0},
-        {11, halfPowers, 4.0, 9.0, 0.0, 0, -3.0},
-        {11, halfPowers, 4.0, 9.0, 12.0, 0, 94.0 + 38.0},
-        {11, halfPowers, 4.0, 9.0, 12.0, 1, 38.0 / 3.0},
-        {11, halfPowers, 4.0, 9.0, -5.0, 2, 0.0},
-        {11, {1.0, 0.0, 3.0}, 0.0, 9.0, -2.0, 0, -5.0},
-        {6, {}, 0.0, 0.0, 3.0, 0, 0.0},
+        {6, cubic, -1, 2, {{10, 0, 677}, {10, 1, 187}, {10, 2, 34}, {10, 3, 3}, {10, 4, 0}}},
+        {9, cubic, -1, 2, {{0, 0, 7}, {2, 0, 13}, {5, 0, 16}, {-3, 0, 9.5}}},
+        {9, cubic, -1, 2, {{-3, 1, 1}, {5, 2, 0}, {-1, 1, -5.5}, {2, 1, 11}}},
+        {10, cubic, -1, 2, {{5, 0, 16}, {1, 1, 2.5}}},
+        {10, cubic, 2, -1, {{10, 0, 677}}},
+        {10, cubic, 2, 2, {{10, 0, 677}}},
+        {10, cubic, g_nan, 2, {{10, 0, 677}}},
+        {11, halfPowers, 4, 9, {{6.25, 0, 1 + 10 + 18.75 + 31.25}, {9, 1, 2.0 / 3 + 3 + 9}, {0, 0, -3}}},
+        {11, halfPowers, 4, 9, {{12, 0, 94 + 38}, {12, 1, 38.0 / 3}, {-5, 2, 0}}},
+        {11, {1, 0, 3}, 0, 9, {{-2, 0, -5}}},
+        {6, {}, 0, 0, {{3, 0, 0}}},
     };
-    for (const auto& sample : cases) {
-        const CFunction f(sample.strategy, sample.coefficients, sample.lower, sample.upper);
-        SCOPED_TRACE(std::to_string(sample.strategy) + " at " + std::to_string(sample.x));
-        EXPECT_NEAR(f(sample.x, sample.order), sample.value, 4e-15 * std::abs(sample.value));
-        EXPECT_EQ(f.Derivative(sample.x, sample.order), f(sample.x, sample.order));
+    for (const auto& [strategy, coefficients, lower, upper, points] : cases) {
+        const CFunction f(strategy, coefficients, lower, upper);
+        for (const auto& [x, order, value] : points) {
+            EXPECT_NEAR(f(x, order), value, 4e-15 * std::abs(value)) << strategy << " at " << x;
+            EXPECT_EQ(f.Derivative(x, order), f(x, order));
+        }
     }
     EXPECT_TRUE(std::isnan(CFunction(10, {0.0, 1.0}, 0.0, 1.0)(g_nan)));
 }

@@ -32,48 +32,33 @@ TEST(Inverse, FindsOrTells) {
     const CFunction damaged(6, {0.0, g_nan, 1.0}, 0.0, 0.0);
     const CFunction huge(6, {-1e308, 1e308, 1e308}, 0.0, 0.0);
     const CFunction steps(8, {0.0, 10.0}, {-1.0, 1.0});
-    const struct {
-        const CFunction& f;
-        double y, lower, upper;
-        std::optional<double> x;
-    } cases[] = {
-        {square, 2.0, 0.0, 2.0, std::sqrt(2.0)},
-        {square, 2.0, -1.0, 2.0, std::sqrt(2.0)},
-        {square, 9.0, 3.0, 5.0, 3.0},
-        {square, 25.0, 3.0, 5.0, 5.0},
-        {square, 2.0, 3.0, 5.0, std::nullopt},
-        {square, 2.0, -3.0, 3.0, std::nullopt},
-        {square, 4.0, 3.0, 1.0, std::nullopt},
-        {square, 1.0, 2.0, 2.0, std::nullopt},
-        {square, 1e8, 0.0, g_largest, 1e4},
-        {square, 1.0, 0.0, g_largest, 1.0},
-        {square, 1e-30, 0.0, g_largest, 1e-15},
-        {square, -1.0, 0.0, g_largest, std::nullopt},
-        {square, -1.0, 0.0, g_infinity, std::nullopt},
-        {square, 4.0, -g_infinity, 5.0, std::nullopt},
-        {square, 4.0, 0.0, g_nan, std::nullopt},
-        {square, 4.0, g_nan, 5.0, std::nullopt},
-        {square, g_nan, 0.0, 5.0, std::nullopt},
-        {square, g_infinity, 0.0, 5.0, std::nullopt},
-        {constant, 3.0, 1.0, 2.0, 1.0},
-        {constant, 4.0, 1.0, g_largest, std::nullopt},
-        {damaged, 4.0, 0.0, 5.0, std::nullopt},
-        {damaged, 4.0, 0.0, g_largest, std::nullopt},
-        {huge, 0.0, -1e9, 1e9, std::nullopt},
-        {huge, 0.0, 0.0, 1.0, 0.6180339887498949},
-        {steps, 0.0, -100.0, 100.0, 10.0},
-        {CFunction(), 0.0, 0.0, 1.0, std::nullopt},
+    struct Search {
+        double y, lower, upper, x;
     };
-    for (const auto& sample : cases) {
-        const auto x = inverseOf(sample.f, sample.y, 1.0, sample.lower, sample.upper);
-        SCOPED_TRACE(std::to_string(sample.y) + " from " + std::to_string(sample.lower));
-        ASSERT_EQ(x.has_value(), sample.x.has_value());
-        if (x) {
-            EXPECT_NEAR(*x, *sample.x, 1e-15 * std::abs(*sample.x));
+    constexpr double nothing = g_nan;
+    const std::pair<const CFunction&, std::vector<Search>> cases[] = {
+        {square, {{2, 0, 2, std::sqrt(2.0)}, {2, -1, 2, std::sqrt(2.0)}, {9, 3, 5, 3}, {25, 3, 5, 5}}},
+        {square, {{2, 3, 5, nothing}, {2, -3, 3, nothing}, {4, 3, 1, nothing}, {1, 2, 2, nothing}}},
+        {square, {{1e8, 0, g_largest, 1e4}, {1, 0, g_largest, 1}, {1e-30, 0, g_largest, 1e-15}}},
+        {square, {{-1, 0, g_largest, nothing}, {-1, 0, g_infinity, nothing}, {4, -g_infinity, 5, nothing}}},
+        {square, {{4, 0, g_nan, nothing}, {4, g_nan, 5, nothing}, {g_nan, 0, 5, nothing}, {g_infinity, 0, 5, nothing}}},
+        {constant, {{3, 1, 2, 1}, {4, 1, g_largest, nothing}}},
+        {damaged, {{4, 0, 5, nothing}, {4, 0, g_largest, nothing}}},
+        {huge, {{0, -1e9, 1e9, nothing}, {0, 0, 1, 0.6180339887498949}}},
+        {steps, {{0, -100, 100, 10}}},
+        {CFunction(), {{0, 0, 1, nothing}}},
+    };
+    for (const auto& [f, searches] : cases)
+        for (const auto& [y, lower, upper, expected] : searches) {
+            const auto x = inverseOf(f, y, 1.0, lower, upper);
+            SCOPED_TRACE(testing::Message() << y << " from " << lower);
+            ASSERT_EQ(x.has_value(), !std::isnan(expected));
+            if (x) {
+                EXPECT_NEAR(*x, expected, 1e-15 * std::abs(expected));
+            }
+            for (const double guess : {g_nan, -g_infinity, 0.0, 1.5, 1e30})
+                EXPECT_EQ(inverseOf(f, y, guess, lower, upper), x);
         }
-        for (const double guess : {g_nan, -g_infinity, 0.0, 1.5, 1e30})
-            EXPECT_EQ(inverseOf(sample.f, sample.y, guess, sample.lower, sample.upper), x);
-    }
 }
 
 TEST(Inverse, AlwaysEnds) {

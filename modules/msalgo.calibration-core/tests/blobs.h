@@ -53,4 +53,44 @@ inline std::string failureOfReading(const Bytes& blob) {
     return failureOf([&] { read(blob); });
 }
 
+/// `wholeSize` is where the block of the type may end before an extension.
+inline void expectCutFails(const Bytes& blob, std::size_t wholeSize = 0) {
+    for (std::size_t size = 1; size < blob.size(); ++size)
+        EXPECT_EQ(failureOfReading(Bytes(blob.data(), blob.data() + size)), size == wholeSize ? "" : g_cut) << size;
+}
+
+/// With a correction after the block.
+inline Bytes flagged(Bytes blob) {
+    blob[2] = 1;
+    return blob;
+}
+
+inline const Bytes g_key = test::fromHex("02 01 03 00");
+inline const Bytes g_tofBlock = packed(10.0, 0.5, 8.0, 2.5e11, -0.125);
+inline const Bytes g_tof2Block = g_tofBlock + packed(0.5, 4.0);
+/// An extension with two factors.
+inline const Bytes g_extension = packed(u16{49068}, u16{0}, u32{1}, u32{3}, u32{0}, u32{0}, u32{0}) +
+                                 packed(u16{53152}, u16{0}, u32{36}, u32{0}, u32{20}, u16{2}, u16{0}, 25.5, 26.5);
+
+inline const std::string g_reader =
+    "runtime_error: kvan::calibration::CalibrationTransformatorFactorySerialization::Deserialize";
+inline const std::string g_noExtension = g_reader + "Extension: invalid serialization: id unknown";
+
+inline TransformatorPtr readText(const std::string& text) {
+    return g_serialization.DeserializeFromString(text);
+}
+
+inline std::string failureOfReadingText(const std::string& text) {
+    return failureOf([&] { readText(text); });
+}
+
+inline std::string textOf(const TransformatorPtr& transformator) {
+    return g_serialization.SerializeToString(transformator);
+}
+
+/// What stands between the family and its constants, and after them, in a text without bounds and correction.
+inline const std::string g_tail = " 1 0 0 -2147483648 2147483647 ";
+inline const std::string g_noGpx =
+    " V1.0CGPXData  Order 0 vCoeff V1.0VectorDouble 0  c2 0 c0 0 minMass 0 maxMass 0 bUse 0 endCGPXData ";
+
 }  // namespace kvan::calibration

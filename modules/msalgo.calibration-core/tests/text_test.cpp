@@ -1,34 +1,13 @@
-#include "transformators.h"
-
-#include <calibration-core/interfaces/CalibrationTransformatorFactorySerialization.h>
-
-#include <algorithm>
-#include <cmath>
-
-#include <gtest/gtest.h>
+#include "blobs.h"
 
 namespace kvan::calibration {
 
 namespace {
 
-const Transformation::CalibrationTransformatorFactorySerialization g_serialization;
-
 const std::string g_class =
     "runtime_error: kvan::calibration::Transformation::"
     "CalibrationTransformatorFactorySerialization::";
 const std::string g_headFailure = g_class + "DeserializeFromString: Error in serialization string.";
-const std::string g_noGpx =
-    " V1.0CGPXData  Order 0 vCoeff V1.0VectorDouble 0  c2 0 c0 0 minMass 0 maxMass 0 bUse 0 endCGPXData ";
-const std::string g_tail = " 1 0 0 -2147483648 2147483647 ";
-
-TransformatorPtr read(const std::string& text) {
-    return g_serialization.DeserializeFromString(text);
-}
-
-std::string failureOfReading(const std::string& text) {
-    return failureOf([&] { read(text); });
-}
-
 std::string prefixFailure(const char* operation, const std::string& token) {
     return g_class + operation + ": Calibration deserialization failed: invalid calibration constants prefix string '" +
            token + "'.";
@@ -44,12 +23,7 @@ TransformatorPtr compensatedTof2() {
                                              std::make_shared<Constants::CalibrationConstantsPhysicalTOF>(10, 0.5));
 }
 
-struct TextCase {
-    TransformatorPtr transformator;
-    std::string text;
-};
-
-const TextCase g_cases[] = {
+const std::pair<TransformatorPtr, std::string> g_cases[] = {
     {tof(8, 2.5e11, -0.125, 10, 0.5),
      "V3.0CCalibrator 1" + g_tail + "V3.0CTOFCalibrationConstants 10 0.5 8 250000000000 -0.125 0" + g_noGpx},
     {paladin(1, 0.1, 0, 24, 8),
@@ -70,12 +44,12 @@ const TextCase g_cases[] = {
 };
 
 TEST(CalibrationText, IsWrittenAndReadBack) {
-    for (const TextCase& sample : g_cases) {
-        EXPECT_EQ(g_serialization.SerializeToString(sample.transformator), sample.text);
-        const auto again = read(sample.text);
-        EXPECT_TRUE(again->IsEqual(*sample.transformator)) << sample.text;
-        EXPECT_EQ(again->IndexToMass(3), sample.transformator->IndexToMass(3)) << sample.text;
-        EXPECT_EQ(again->GetFunctionalTypeCode(), sample.transformator->GetFunctionalTypeCode());
+    for (const auto& [transformator, text] : g_cases) {
+        EXPECT_EQ(textOf(transformator), text);
+        const auto again = readText(text);
+        EXPECT_TRUE(again->IsEqual(*transformator)) << text;
+        EXPECT_EQ(again->IndexToMass(3), transformator->IndexToMass(3)) << text;
+        EXPECT_EQ(again->GetFunctionalTypeCode(), transformator->GetFunctionalTypeCode());
     }
 }
 
@@ -83,44 +57,45 @@ TEST(CalibrationText, OlderVersionsAndFormsAreRead) {
     const std::string constants = "CTOFCalibrationConstants +10 5e-1 8 2.5e11\n\t-0.125 3";
     for (const char* text :
          {"V1.0CCalibrator 1 1 V1.0", "V1.0CCalibrator 1 109 V3.0", "V2.0CCalibrator\n1 100 4 0 7 8 V2.0"})
-        EXPECT_EQ(read(text + constants)->RawToMass(14), 16) << text;
-    EXPECT_EQ(read("V2.0CCalibrator 1 100 -4 0 7 8 V1.0" + constants)->GetIndexOffset(), -4);
-    EXPECT_EQ(read("V1.0CCalibrator 1 1 V1.0" + constants)->GetCalibMode(), 3);
+        EXPECT_EQ(readText(text + constants)->RawToMass(14), 16) << text;
+    EXPECT_EQ(readText("V2.0CCalibrator 1 100 -4 0 7 8 V1.0" + constants)->GetIndexOffset(), -4);
+    EXPECT_EQ(readText("V1.0CCalibrator 1 1 V1.0" + constants)->GetCalibMode(), 3);
     // A single number is a vector; what follows the last token of a version without correction data is not looked at.
     const auto compensated = std::dynamic_pointer_cast<ICalibrationConstantsFunctionalTemperatureCompensation>(
-        read("V1.0CCalibrator 13 1 V1.0CTOF2TemperatureCompensatedCalibrationConstants V1.0CTOF2CalibrationConstants "
-             "1 1 0 1 0 0 0 0 2 3.5 V1.0VectorDouble 1 4.5 and more")
+        readText(
+            "V1.0CCalibrator 13 1 V1.0CTOF2TemperatureCompensatedCalibrationConstants V1.0CTOF2CalibrationConstants "
+            "1 1 0 1 0 0 0 0 2 3.5 V1.0VectorDouble 1 4.5 and more")
             ->GetFunctionalConstants());
     EXPECT_EQ(compensated->GetMeasuredTemperatures(), Doubles{3.5});
     EXPECT_EQ(compensated->GetCorrectionFactors(), Doubles{4.5});
     // Correction data on a line of their own.
-    EXPECT_NE(read("V3.0CCalibrator 4" + g_tail + "V1.0CLinearCalibrationConstants 0 1 1 2 0\n" + g_noGpx), nullptr);
+    EXPECT_NE(readText("V3.0CCalibrator 4" + g_tail + "V1.0CLinearCalibrationConstants 0 1 1 2 0\n" + g_noGpx),
+              nullptr);
 }
 
-TEST(CalibrationText, CutAtEveryTokenFailsInTheWordsOfThePart) {
-    const std::pair<int, const char*> parts[] = {{0, "GetStringVersionNumberOfStringPrefix: Version id not supported."},
-                                                 {7, "DeserializeFromString: Error in serialization string."}};
-    for (const TextCase& sample : g_cases) {
-        const bool isOneLine = sample.text.find("CTOFCalibrationConstants") == std::string::npos;
+TEST(CalibrationText, CutAtEveryTokenFailsInTheWordsOfItsPlace) {
+    constexpr int firstConstant = 7;
+    for (const auto& [transformator, text] : g_cases) {
+        const bool isOneLine = text.find("CTOFCalibrationConstants") == std::string::npos;
         int token = 0;
-        for (std::size_t end = 0; end < sample.text.rfind("endCGPXData"); end = sample.text.find(' ', end + 1)) {
-            const std::string failure = failureOfReading(sample.text.substr(0, end));
+        for (std::size_t end = 0; end < text.rfind("endCGPXData"); end = text.find(' ', end + 1)) {
+            SCOPED_TRACE(text.substr(0, end));
+            const std::string failure = failureOfReadingText(text.substr(0, end));
             if (token == 0)
-                EXPECT_EQ(failure, g_class + parts[0].second);
-            else if (token < parts[1].first)
-                EXPECT_EQ(failure, g_class + parts[1].second) << token;
+                EXPECT_EQ(failure, g_class + "GetStringVersionNumberOfStringPrefix: Version id not supported.");
+            else if (token < firstConstant)
+                EXPECT_EQ(failure, g_headFailure);
             else
                 EXPECT_TRUE(failure.find("prefix string ''.") != std::string::npos ||
                             failure == "runtime_error: vector deserialization" ||
                             failure.find("failed to create gpxTransformator") != std::string::npos)
-                    << sample.text.substr(0, end) << "|" << failure;
-            if (token > parts[1].first && end < sample.text.find(" V1.0CGPXData")) {
-                std::string text = sample.text;
-                text[end] = '\n';
-                EXPECT_EQ(failureOfReading(text).empty(), !isOneLine) << text;
+                    << failure;
+            if (token > firstConstant && end < text.find(" V1.0CGPXData")) {
+                std::string broken = text;
+                broken[end] = '\n';
+                EXPECT_EQ(failureOfReadingText(broken).empty(), !isOneLine);
             }
-            token += sample.text[end] == ' ' && sample.text[end + 1] != ' ';
-            token += end == 0;
+            token += end == 0 || text[end + 1] != ' ';
         }
     }
 }
@@ -165,11 +140,11 @@ TEST(CalibrationText, DamageIsToldInItsWords) {
          "failed to create gpxTransformator"},
     };
     for (const auto& sample : cases)
-        EXPECT_EQ(failureOfReading(sample.text), sample.failure) << sample.text;
-    EXPECT_EQ(failureOf([] { g_serialization.SerializeToString(nullptr); }).substr(0, 17), "invalid_argument:");
+        EXPECT_EQ(failureOfReadingText(sample.text), sample.failure) << sample.text;
+    EXPECT_EQ(failureOf([] { textOf(nullptr); }).substr(0, 17), "invalid_argument:");
     const auto law = linear(1, 2);
     law->SetFunctionalConstants(tof(0, 1, 0, 0, 1)->GetFunctionalConstants());
-    EXPECT_EQ(failureOf([&] { g_serialization.SerializeToString(law); }).substr(0, 17), "invalid_argument:");
+    EXPECT_EQ(failureOf([&] { textOf(law); }).substr(0, 17), "invalid_argument:");
 }
 
 TEST(CalibrationText, LosesWhatHasNoPlaceInIt) {
@@ -179,12 +154,12 @@ TEST(CalibrationText, LosesWhatHasNoPlaceInIt) {
         factory().createTransformator(law, std::make_shared<Constants::CalibrationConstantsPhysicalTOF>());
     for (const auto& [offset, whole] : {std::pair(-2.6, -2), {2.6, 3}}) {
         transformator->SetIndexOffset(offset);
-        const auto again = read(g_serialization.SerializeToString(transformator));
+        const auto again = readText(textOf(transformator));
         EXPECT_EQ(again->GetFunctionalTypeCode(), 1);
         EXPECT_EQ(again->GetIndexOffset(), whole);
     }
-    for (const double odd : {std::nan(""), HUGE_VAL, 5e-324, -0.0, 1.7976931348623157e308}) {
-        const double again = read(g_serialization.SerializeToString(linear(1, odd)))->RawToMass(1);
+    for (const double odd : {g_nan, HUGE_VAL, 5e-324, -0.0, 1.7976931348623157e308}) {
+        const double again = readText(textOf(linear(1, odd)))->RawToMass(1);
         EXPECT_TRUE(again == odd + 1 || std::isnan(odd)) << odd;
     }
 }
