@@ -88,12 +88,16 @@ TEST_F(HostTest, UnusableConfigurationIsToldAndLeadsToTheDefault) {
     put("kvan-logconf.xml", "<kvan-logconf>" + fileSink("file", "beside.log") + g_rootOfFile + "</kvan-logconf>");
     put("bad.xml", "<kvan-logconf>\n<sink name='s' class='kvan.logging.NullSink'/>" + fileSink("made", "made.log") +
                        asyncSink("made") + "</kvan-logconf>");
+    put("large.xml", "");
+    boost::filesystem::resize_file(at("large.xml"), 16 * 1024 * 1024 + 1);
     const std::pair<const char*, const char*> cases[] = {
         {"HOST_LOGCONF=", R"(kvan-logconf configuration could not be parsed: <unspecified file>:\n [^]*\n)"},
         {"HOST_LOGCONF='<a>'", R"(kvan-logconf configuration could not be parsed: <unspecified file>:\n [^]*\n)"},
         {"HOST_LOGCONF_PATH=missing.xml",
          R"(kvan_logging_get_logconf_path returned a file path that cannot be opened: missing\.xml\n)"},
         {"HOST_LOGCONF_PATH=.", R"(kvan_logging_get_logconf_path returned a file path that cannot be opened: \.\n)"},
+        {"HOST_LOGCONF_PATH=large.xml",
+         R"(kvan-logconf configuration could not be parsed: large\.xml:\n The file is too large\n)"},
         {"HOST_LOGCONF_PATH=bad.xml",
          R"(kvan-logconf configuration could not be parsed: bad\.xml:\n No <root> element found\n)"},
     };

@@ -33,7 +33,8 @@ TEST(PolynomialRoots, RefusesWhatHasNoRoots) {
     std::vector<std::complex<double>> roots;
     const double zeroOnTop[] = {1, 2, 0};
     EXPECT_EQ(failureOf([&] { polynomialRoots(3, zeroOnTop, roots); }), "Highest-order coefficient must not be zero.");
-    EXPECT_THROW(polynomialRoots(1, zeroOnTop, roots), std::out_of_range);
+    EXPECT_EQ(test::failureOf<std::out_of_range>([&] { polynomialRoots(1, zeroOnTop, roots); }),
+              "Too few coefficients.");
     for (const double bad : {g_infinity, std::nan(""), 1e300}) {
         const double coefficients[] = {bad, bad, 1, 1e-300};
         EXPECT_EQ(failureOf([&] { polynomialRoots(4, coefficients, roots); }), "DGEEV failed.") << bad;

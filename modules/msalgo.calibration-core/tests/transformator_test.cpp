@@ -41,8 +41,10 @@ TEST(Transformator, ConstantsThatDoNotFitAreHeldButNotUsed) {
     const auto transformator = tof(8, 2.5e11, 0.5, 10, 0.5);
     EXPECT_EQ(failureOf([&] {
                   transformator->SetFunctionalConstants(std::make_shared<CalibrationConstantsFunctionalLinear>());
-              }).substr(0, 65),
-              "invalid_argument: kvan::calibration::Transformation::RMQuadratic:");
+              }),
+              "invalid_argument: kvan::calibration::Transformation::RMQuadratic::UpdateFunctionalConstants(const "
+              "ICalibrationConstantsFunctionalPtr funConsts):\n\t\t\t\t\t\t\t\t\t\t\t\t\tfunConsts is not of type "
+              "ICalibrationConstantsFunctionalComputationQuadratic.");
     EXPECT_EQ(transformator->RawToMass(24), 16);
     EXPECT_EQ(transformator->GetFunctionalTypeCode(), 4);
 
@@ -118,7 +120,22 @@ TEST(Factory, ChoosesTheClassByTheHighestCoefficient) {
         EXPECT_EQ(dumpOf(*sample.transformator).substr(0, std::strlen(sample.name)), sample.name);
 }
 
-TEST(Factory, RefusesConstantsThatDoNotMatch) {
+TEST(Factory, RefusesWhatMakesNoTransformator) {
+    const std::string own = "invalid_argument: CalibrationTransformatorFactory::";
+    using Constants::CalibrationConstantsFunctionalFTMS1356;
+    const std::string modes = ": Invalid FTMS Mode: 1, 3, 5 and 6 are valid";
+    EXPECT_EQ(failureOf([] { CalibrationConstantsFunctionalFTMS1356(1, 1, 1, false, 4); }),
+              "invalid_argument: CalibrationConstantsFunctionalFTMS1356 c'tor" + modes);
+    EXPECT_EQ(failureOf([] { CalibrationConstantsFunctionalFTMS1356(1, 1, 1, false, 1).SetCalibMode(2); }),
+              "invalid_argument: CalibrationConstantsFunctionalFTMS1356::SetCalibMode" + modes);
+    EXPECT_EQ(failureOf([] { Constants::CalibrationPolynomialKITE2({}); }),
+              "invalid_argument: CalibrationPolynomialKITE2: no parent polynomials.");
+    EXPECT_EQ(failureOf([] { factory().createDecoratedTransformator({}, nullptr, 0, 1); }),
+              own + "createDecoratedTransformator: no transformator to be decorated");
+    EXPECT_EQ(failureOf([] { factory().createTransformatorPsd(nullptr, nullptr); }),
+              own + "createTransformatorPsd: invalid transformator: type unknown");
+    EXPECT_EQ(failureOf([] { factory().createTransformatorKite(nullptr, {}); }),
+              own + "createTransformatorKite: can't create kitePolynomial");
     const auto tofLaw = std::make_shared<CalibrationConstantsFunctionalTOF1>();
     const auto scale = std::make_shared<CalibrationConstantsPhysicalPaladin>();
     EXPECT_EQ(failureOf([&] { factory().createTransformator(tofLaw, scale); }),

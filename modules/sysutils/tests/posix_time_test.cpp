@@ -1,6 +1,7 @@
 #include "lib/iso_date_time.h"
 
 #include <sysutils/posix_time.h>
+#include <test-support/support.h>
 
 #include <boost/date_time/gregorian/gregorian_types.hpp>
 
@@ -20,16 +21,20 @@ TEST(ToIsoExtendedString, EveryOptionAndItsLimits) {
     for (int option = 0; option <= 5; ++option)
         EXPECT_EQ(toIsoExtendedString(time, static_cast<FormatOption::type>(option)), expected[option]);
     EXPECT_EQ(toIsoExtendedString(ptime(boost::date_time::not_a_date_time), FormatOption::T), "not-a-date-time");
-    EXPECT_THROW(toIsoExtendedString(time, static_cast<FormatOption::type>(6)), std::runtime_error);
+    EXPECT_EQ(test::failureOf([&] { toIsoExtendedString(time, static_cast<FormatOption::type>(6)); }),
+              "Invalid format option (value: 6)");
 }
 
 TEST(AppendIsoTime, FieldThatItsWidthCannotHold) {
     using boost::posix_time::time_duration;
     std::string text;
-    EXPECT_THROW(sys::date_time::internal::append_iso_time(text, time_duration(100, 0, 0), FormatOption::T),
-                 std::runtime_error);
-    EXPECT_THROW(sys::date_time::internal::append_iso_time(text, time_duration(0, -1, 0), FormatOption::T),
-                 std::runtime_error);
+    const auto failureOf = [&](int hours, int minutes) {
+        return test::failureOf([&] {
+            sys::date_time::internal::append_iso_time(text, time_duration(hours, minutes, 0), FormatOption::T);
+        });
+    };
+    EXPECT_EQ(failureOf(100, 0), "Invalid hours in time");
+    EXPECT_EQ(failureOf(0, -1), "Invalid minutes in time");
 }
 
 }  // namespace
