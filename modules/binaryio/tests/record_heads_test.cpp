@@ -25,6 +25,7 @@ TEST(MagicNumber, IsTheHashOfItsName) {
     EXPECT_EQ(MagicNumber::valueOf("std_string_ascii"), 0xBFA29610);
     EXPECT_EQ(MagicNumber::valueOf("ReferenceCalibrator"), 0xBFA1F2D3);
     EXPECT_EQ(MagicNumber::valueOf("CArray"), 0xBFA1D266);
+    EXPECT_EQ(MagicNumber::valueOf("rYUlExKICZ"), 0xBFA0001A);  // comes by 0x8000
     EXPECT_EQ(MagicNumber::valueOf(""), 0xBFA00000);
     EXPECT_EQ(MagicNumber::valueOf(nullptr), 0xBFA00000);
 }

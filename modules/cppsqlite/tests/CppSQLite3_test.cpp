@@ -150,11 +150,12 @@ TEST_F(CppSQLite3, TablesThatComputeAreFoundWithoutRunningThem) {
     const char* const endless = "WITH RECURSIVE n(x) AS (SELECT 1 UNION ALL SELECT x + 1 FROM n) SELECT x FROM n";
     m_database.execDML(std::string("CREATE TABLE plain (x); CREATE VIEW aView AS ") + endless +
                        "; CREATE VIRTUAL TABLE aVirtual USING fts5(x); CREATE TABLE computed (x, y AS (x LIKE "
-                       "'%a%a%a%a%a%b')); CREATE INDEX i ON plain (x)");
+                       "'%a%a%a%a%a%b')); CREATE TABLE stored (x, y AS (x) STORED); CREATE INDEX i ON plain (x)");
     EXPECT_FALSE(findComputedTable(m_database, {"plain", "missing"}));
     EXPECT_EQ(findComputedTable(m_database, {"plain", "AVIEW"}), "aView");
     EXPECT_EQ(findComputedTable(m_database, {"avirtual", "plain"}), "aVirtual");
     EXPECT_EQ(findComputedTable(m_database, {"plain", "computed"}), "computed");
+    EXPECT_EQ(findComputedTable(m_database, {"plain", "stored"}), "stored");
 }
 
 TEST_F(CppSQLite3, OpensLazilyAndOnlyWhatIsThere) {

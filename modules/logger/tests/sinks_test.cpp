@@ -8,9 +8,11 @@
 #include <sysutils/process.h>
 
 #include <boost/property_tree/xml_parser.hpp>
+#include <csignal>
 #include <cstdlib>
-#include <set>
 #include <sstream>
+
+#include <sys/resource.h>
 
 namespace kvan::logging::impl {
 namespace {
@@ -131,6 +133,19 @@ TEST_F(SinksTest, LostFileSendsLinesToTheErrorChannel) {
     ::testing::internal::CaptureStderr();
     m_settings.sinksOf("any").front().sink->write("kept\n");
     EXPECT_EQ(::testing::internal::GetCapturedStderr(), "kept\n");
+}
+
+TEST_F(SinksTest, ALineThatWasCutIsNotContinued) {
+    open("<max-file-size>0</max-file-size>");
+    std::signal(SIGXFSZ, SIG_IGN);
+    rlimit former{};
+    ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &former), 0);
+    const rlimit small{.rlim_cur = 4, .rlim_max = former.rlim_max};
+    ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &small), 0);
+    write('a', 10);
+    ::setrlimit(RLIMIT_FSIZE, &former);
+    write('b', 2);
+    EXPECT_EQ(contentOf("app.log"), "aaaa\nb\n");
 }
 
 TEST(PathExpansion, TokensAreReplacedOnce) {
