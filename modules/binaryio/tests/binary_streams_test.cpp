@@ -4,11 +4,6 @@
 #include <test-support/support.h>
 
 #include <boost/numeric/conversion/cast.hpp>
-#include <limits>
-#include <numeric>
-#include <vector>
-
-#include <gtest/gtest.h>
 
 namespace kvan::binaryio {
 namespace {

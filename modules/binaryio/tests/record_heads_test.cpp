@@ -4,10 +4,6 @@
 #include <binaryio/version_number.h>
 #include <test-support/support.h>
 
-#include <cstring>
-
-#include <gtest/gtest.h>
-
 namespace kvan::binaryio {
 namespace {
 

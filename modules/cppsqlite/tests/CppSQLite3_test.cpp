@@ -3,12 +3,6 @@
 #include <cppsqlite/simple_checked_query.h>
 #include <test-support/support.h>
 
-#include <functional>
-#include <limits>
-#include <utility>
-
-#include <gtest/gtest.h>
-
 namespace kvan::cppsqlite {
 namespace {
 

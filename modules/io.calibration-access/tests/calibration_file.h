@@ -3,10 +3,6 @@
 #include <cppsqlite/CppSQLite3.h>
 #include <test-support/support.h>
 
-#include <string>
-
-#include <gtest/gtest.h>
-
 namespace kvan::io::calibration {
 
 using test::failureOf;

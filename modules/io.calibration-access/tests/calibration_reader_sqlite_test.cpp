@@ -5,10 +5,8 @@
 #include <calibration-core/interfaces/ICalibrationTransformator.h>
 
 #include <boost/filesystem/fstream.hpp>
-#include <cmath>
 #include <set>
 #include <thread>
-#include <utility>
 
 #include <sqlite3.h>
 #include <sys/stat.h>

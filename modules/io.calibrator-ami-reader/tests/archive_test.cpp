@@ -1,11 +1,8 @@
 #include "archives.h"
 
-#include <algorithm>
 #include <atomic>
 #include <cstdlib>
 #include <new>
-
-#include <gtest/gtest.h>
 
 namespace {
 

@@ -6,9 +6,6 @@
 #include <sample-analysis/archive_writer.h>
 #include <test-support/support.h>
 
-#include <cstring>
-#include <string>
-
 namespace archives {
 
 using namespace kvan::io::ami;

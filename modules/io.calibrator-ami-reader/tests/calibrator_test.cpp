@@ -5,9 +5,6 @@
 #include <calibration-core/interfaces/CalibrationTransformatorFactory.h>
 #include <calibrator-ami-reader/calibrator_ami_reader.h>
 
-#include <cmath>
-
-#include <gtest/gtest.h>
 #include <sys/stat.h>
 
 namespace archives {

@@ -1,8 +1,5 @@
 #include "log_fixture.h"
 
-#include <algorithm>
-#include <array>
-#include <cstdio>
 #include <regex>
 #include <set>
 

@@ -4,10 +4,6 @@
 
 #include <test-support/support.h>
 
-#include <string>
-
-#include <gtest/gtest.h>
-
 namespace kvan::logging::impl {
 
 /// A directory of its own for the files of a test.

@@ -3,8 +3,6 @@
 
 #include <regex>
 
-#include <gtest/gtest.h>
-
 namespace kvan::logging {
 namespace {
 

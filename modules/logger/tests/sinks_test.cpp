@@ -10,7 +10,6 @@
 #include <boost/property_tree/xml_parser.hpp>
 #include <csignal>
 #include <cstdlib>
-#include <sstream>
 
 #include <sys/resource.h>
 

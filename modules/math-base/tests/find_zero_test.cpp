@@ -1,10 +1,6 @@
 #include <math-base/find_zero.h>
 #include <test-support/support.h>
 
-#include <cmath>
-
-#include <gtest/gtest.h>
-
 namespace kvan::math {
 
 namespace {

@@ -1,18 +1,11 @@
 #include <math-base/polynomials.h>
 #include <test-support/support.h>
 
-#include <algorithm>
-#include <cmath>
-#include <limits>
-#include <stdexcept>
-
-#include <gtest/gtest.h>
-
 namespace kvan::math {
 
 namespace {
 
-constexpr double g_infinity = std::numeric_limits<double>::infinity();
+using test::g_infinity;
 const char* const g_notIncreasing = "Polynomial not strictly monotonously increasing at x0.";
 
 using test::failureOf;

@@ -3,18 +3,12 @@
 #include <math-functions/function.h>
 #include <test-support/support.h>
 
-#include <cmath>
-#include <limits>
-#include <vector>
-
-#include <gtest/gtest.h>
-
 namespace kvan::math {
 
 namespace {
 
-constexpr double g_nan = std::numeric_limits<double>::quiet_NaN();
-constexpr double g_infinity = std::numeric_limits<double>::infinity();
+using test::g_infinity;
+using test::g_nan;
 
 TEST(Function, PolynomialsAndWhatContinuesThem) {
     const std::vector<double> cubic{7.0, -3.0, 2.0, 0.5};      // at 2: 13, slope 11; at -1: 11.5, slope -5.5

@@ -2,10 +2,7 @@
 
 #include <calibration-core/interfaces/ICalibrationTransformatorGPX.h>
 
-#include <algorithm>
-#include <numeric>
 #include <thread>
-#include <type_traits>
 
 #include <omp.h>
 

@@ -5,8 +5,6 @@
 #include <calibration-core/interfaces/CalibrationTransformatorFactorySerialization.h>
 #include <test-support/support.h>
 
-#include <algorithm>
-
 namespace kvan::calibration {
 
 using test::Bytes;

@@ -2,8 +2,6 @@
 #include "transformation/tof2/Tof2CubicRange.h"
 #include "transformators.h"
 
-#include <algorithm>
-
 namespace kvan::calibration {
 
 namespace {

@@ -6,16 +6,7 @@
 #include <calibration-core/constants/CalibrationConstantsTemperatureCompensation.h>
 #include <calibration-core/constants/CalibrationPolynomialGPX.h>
 #include <calibration-core/interfaces/CalibrationTransformatorFactory.h>
-
-#include <cmath>
-#include <cstring>
-#include <exception>
-#include <limits>
-#include <sstream>
-#include <string>
-#include <vector>
-
-#include <gtest/gtest.h>
+#include <test-support/support.h>
 
 namespace kvan::calibration {
 
@@ -23,8 +14,8 @@ using TransformatorPtr = std::shared_ptr<ICalibrationTransformator>;
 using Doubles = std::vector<double>;
 using Indices = std::vector<std::int32_t>;
 
-constexpr double g_infinity = std::numeric_limits<double>::infinity();
-constexpr double g_nan = std::numeric_limits<double>::quiet_NaN();
+using test::g_infinity;
+using test::g_nan;
 
 inline const ICalibrationTransformatorFactory& factory() {
     return *Transformation::CalibrationTransformatorFactory::instance();

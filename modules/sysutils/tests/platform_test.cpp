@@ -3,8 +3,6 @@
 
 #include <cstdlib>
 
-#include <gtest/gtest.h>
-
 namespace kvan::sys {
 namespace {
 

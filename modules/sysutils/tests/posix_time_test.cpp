@@ -5,8 +5,6 @@
 
 #include <boost/date_time/gregorian/gregorian_types.hpp>
 
-#include <gtest/gtest.h>
-
 namespace kvan::sys::posix {
 namespace {
 

@@ -1,8 +1,6 @@
 #include <sysutils/text_conversion.h>
 #include <test-support/support.h>
 
-#include <gtest/gtest.h>
-
 namespace kvan::sys {
 namespace {
 

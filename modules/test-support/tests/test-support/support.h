@@ -5,22 +5,33 @@
 #include <boost/algorithm/hex.hpp>
 #include <boost/filesystem/fstream.hpp>
 #include <boost/filesystem/operations.hpp>
+#include <cmath>
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
 #include <exception>
 #include <functional>
 #include <iterator>
+#include <limits>
+#include <memory>
+#include <numeric>
+#include <optional>
+#include <sstream>
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
+#include <gtest/gtest.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
-/// What the test programs of all modules share.
+/// What the test programs of all modules share, the headers above included.
 namespace kvan::test {
+
+inline constexpr double g_infinity = std::numeric_limits<double>::infinity();
+inline constexpr double g_nan = std::numeric_limits<double>::quiet_NaN();
 
 using Bytes = std::vector<std::uint8_t>;
 
