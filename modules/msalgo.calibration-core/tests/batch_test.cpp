@@ -11,8 +11,8 @@ namespace kvan::calibration {
 namespace {
 
 const char* const g_complex =
-    "logic_error: complex valued solution in computation due to invalid calibration constants/value range";
-const char* const g_failed = "runtime_error: Transformation failed, most likely due to bad calibration constants.";
+    "logic: complex valued solution in computation due to invalid calibration constants/value range";
+const char* const g_failed = "runtime: Transformation failed, most likely due to bad calibration constants.";
 
 using T = ICalibrationTransformator;
 
@@ -232,9 +232,9 @@ TEST(Batch, RangesHaveAThresholdOfTheirOwn) {
     law->IndexRangeToMasses(5, 5, masses);
     EXPECT_EQ(masses, Doubles{law->IndexToMass(5)});
     EXPECT_EQ(failureOf([&] { law->IndexRangeToMasses(5, 4, masses); }),
-              "invalid_argument: Kvan::CCO::Functors::RangeTransformation(TTransformationFunctor transFunctor, "
-              "boost::int32_t first, boost::int32_t last, TDest & dest): invalid transformation: range invalid: last < "
-              "first with last = 4 and first = 5");
+              "argument: Kvan::CCO::Functors::RangeTransformation(TTransformationFunctor transFunctor, boost::int32_t "
+              "first, boost::int32_t last, TDest & dest): invalid transformation: range invalid: last < first with "
+              "last = 4 and first = 5");
 }
 
 #ifndef __SANITIZE_THREAD__  // libgomp is not instrumented: each barrier of a team would look like a race

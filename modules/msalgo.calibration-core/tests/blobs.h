@@ -14,7 +14,7 @@ using u32 = std::uint32_t;
 inline const Transformation::CalibrationTransformatorFactorySerialization g_serialization;
 
 inline const char* const g_cut =
-    "runtime_error: ReadAndThrow: fileAccess.Read(pBuffer, Bytes) is false: CTQCBaseException::READ_NUMBER_OF_BYTES";
+    "runtime: ReadAndThrow: fileAccess.Read(pBuffer, Bytes) is false: CTQCBaseException::READ_NUMBER_OF_BYTES";
 
 /// The values as they lie in memory, packed.
 template <class... Values>
@@ -71,7 +71,7 @@ inline const Bytes g_extension = packed(u16{49068}, u16{0}, u32{1}, u32{3}, u32{
                                  packed(u16{53152}, u16{0}, u32{36}, u32{0}, u32{20}, u16{2}, u16{0}, 25.5, 26.5);
 
 inline const std::string g_reader =
-    "runtime_error: kvan::calibration::CalibrationTransformatorFactorySerialization::Deserialize";
+    "runtime: kvan::calibration::CalibrationTransformatorFactorySerialization::Deserialize";
 inline const std::string g_noExtension = g_reader + "Extension: invalid serialization: id unknown";
 
 inline TransformatorPtr readText(const std::string& text) {

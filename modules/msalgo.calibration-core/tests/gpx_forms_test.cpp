@@ -54,13 +54,13 @@ TEST(GpxBlob, CountAndOffsetAreHeldAgainstTheBlob) {
     EXPECT_EQ(failureOfReading(withArray(0, 99)), g_cut);
     EXPECT_EQ(failureOfReading(withArray(0, 99) + g_extension), g_noExtension);
     EXPECT_EQ(failureOf([] { written(corrected(corrected(linear(1, 2)))); }),
-              "invalid_argument: invalid serialization: a correction inside a correction");
+              "argument: invalid serialization: a correction inside a correction");
     EXPECT_EQ(
         failureOf([] {
             written(factory().createTransformatorGPX(
                 linear(1, 2), std::make_shared<CalibrationPolynomialGPX>(Doubles(65536), 0.0, 0.0, 0.0, 0.0, true)));
         }),
-        "invalid_argument: invalid serialization: too many coefficients for a blob");
+        "argument: invalid serialization: too many coefficients for a blob");
 }
 
 TEST(GpxBlob, StandsAheadOfTheExtension) {
@@ -74,7 +74,7 @@ TEST(GpxBlob, StandsAheadOfTheExtension) {
     EXPECT_EQ(read(reference)->GetMeasurementModeInfo()->GetPolarity(), 1);
     EXPECT_EQ(written(read(reference)), reference);
     EXPECT_EQ(failureOfReading(flagged(head(9)) + g_tof2Block + g_gpx + g_extension),
-              "runtime_error: TOF2+GPX not supported.");
+              "runtime: TOF2+GPX not supported.");
 }
 
 const std::string g_constants = "V3.0CLinearCalibrationConstants 0 1 1 2 0";
@@ -121,21 +121,21 @@ TEST(GpxText, TheIndexOffsetIsThatOfTheWhole) {
     // A flag of another value than 1 is no range; version 3 must have the correction.
     EXPECT_EQ(readText("V2.0CCalibrator 4 1 0 2 5 20 " + g_constants)->MassToIndex(1), 0);
     EXPECT_EQ(failureOfReadingText("V3.0CCalibrator 4 1 0 1 5 20 " + g_constants),
-              "runtime_error: kvan::calibration::CalibrationTransformatorFactorySerialization::"
-              "DeserializeFromString: failed to create gpxTransformator");
+              "runtime: kvan::calibration::CalibrationTransformatorFactorySerialization::DeserializeFromString: failed "
+              "to create gpxTransformator");
 }
 
 TEST(GpxText, RefusesDecoratorsWithoutAPlaceInIt) {
     const auto raw = factory().createDecoratedTransformator(ICalibrationTransformatorFactory::Decorator::RawBounds,
                                                             linear(1, 2), 0, 1);
-    const char* const refusal = "invalid_argument: Transformer does not offer serialization interface.";
+    const char* const refusal = "argument: Transformer does not offer serialization interface.";
     for (const auto& transformator : {raw, bounded(raw, 0, 1), corrected(bounded(linear(1, 2), 0, 1))})
         EXPECT_EQ(failureOf([&] { textOf(transformator); }), refusal);
     EXPECT_EQ(failureOf([&] { written(bounded(linear(1, 2), 0, 1)); }), refusal);
     const auto twice = [](const TransformatorPtr& inner) {
         return failureOf([&] { textOf(corrected(corrected(inner))); });
     };
-    EXPECT_EQ(twice(linear(1, 2)), "invalid_argument: invalid serialization: a correction inside a correction");
+    EXPECT_EQ(twice(linear(1, 2)), "argument: invalid serialization: a correction inside a correction");
     const auto inside = factory().createTransformatorGPX(corrected(linear(1, 2)), nullptr);
     EXPECT_EQ(textOf(inside), textOf(corrected(linear(1, 2))));
 }

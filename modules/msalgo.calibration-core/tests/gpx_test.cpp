@@ -8,9 +8,9 @@ namespace {
 
 using Gpx = ICalibrationTransformatorGPX;
 
-const char* const g_notUnique = "logic_error: gpx polynomial could not be inverted in a unique way";
-const char* const g_failed = "runtime_error: Transformation failed, most likely due to bad calibration constants.";
-const char* const g_gpxFailed = "logic_error: a transformation failed, most likely due to bad calibration constants";
+const char* const g_notUnique = "logic: gpx polynomial could not be inverted in a unique way";
+const char* const g_failed = "runtime: Transformation failed, most likely due to bad calibration constants.";
+const char* const g_gpxFailed = "logic: a transformation failed, most likely due to bad calibration constants";
 
 /// mass = raw = index.
 TransformatorPtr identity() {
@@ -82,8 +82,7 @@ TEST(Gpx, CorrectsNothingWithoutACorrection) {
         EXPECT_EQ(copy->GetFunctionalTypeCode(), 1);
     }
     EXPECT_EQ(failureOf([] { factory().createTransformatorGPX(nullptr, nullptr); }),
-              "invalid_argument: CalibrationTransformatorFactory::createTransformatorGPX: no transformator to be "
-              "corrected");
+              "argument: CalibrationTransformatorFactory::createTransformatorGPX: no transformator to be corrected");
 }
 
 TEST(Gpx, RefusesWhatHasNoInverse) {

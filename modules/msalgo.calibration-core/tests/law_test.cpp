@@ -137,9 +137,8 @@ TEST(Law, TiltedQuadraticContinuesBeyondItsVertex) {
         EXPECT_EQ(ftmsQuadratic(1, sample.alpha, 24, sample.freqHigh, 0, 1, 2)->RawToMass(sample.raw), sample.mass)
             << sample.name;
     EXPECT_EQ(failureOf([] { ftmsQuadratic(1, 0, 24, -1, 0, 1, 2)->RawToMass(3); }),
-              "runtime_error: Case b*x + c with negative slope.");
-    EXPECT_EQ(failureOf([] { ftmsQuadratic(1, 0, 24, 0, 0, 1, 2)->RawToMass(3); }),
-              "runtime_error: Polynomial is constant.");
+              "runtime: Case b*x + c with negative slope.");
+    EXPECT_EQ(failureOf([] { ftmsQuadratic(1, 0, 24, 0, 0, 1, 2)->RawToMass(3); }), "runtime: Polynomial is constant.");
 }
 
 TEST(Law, FtmsIndicesStayInsideTheArray) {
@@ -180,11 +179,10 @@ TEST(Law, FtmsAxisFollowsTheModeOfTheLaw) {
     EXPECT_EQ(axis->GetA1(), 1.0);
     axis->SetCalibMode(7);
     EXPECT_EQ(failureOf([&] { axis->GetA1(); }),
-              "invalid_argument: CalibrationConstantsPhysicalFTMS::GetA1(): invalid calibration constants: icr mode "
-              "unknown. Expected 0..6, but got 7");
+              "argument: CalibrationConstantsPhysicalFTMS::GetA1(): invalid calibration constants: icr mode unknown. "
+              "Expected 0..6, but got 7");
     EXPECT_EQ(failureOf([&] { law->SetCalibMode(1); }),
-              "invalid_argument: CalibrationConstantsFunctionalFTMS04::SetCalibMode: Invalid FTMS mode: 0 or 4 are "
-              "possible");
+              "argument: CalibrationConstantsFunctionalFTMS04::SetCalibMode: Invalid FTMS mode: 0 or 4 are possible");
     EXPECT_EQ(law->GetCalibMode(), 4);
 }
 

@@ -54,7 +54,7 @@ TEST(Psd, GivesTheValuesWorkedOutByHand) {
 }
 
 TEST(Psd, WhatMakesNoLawOrHasNoInverseIsTold) {
-    const char* const notInvertible = "runtime_error: PSD: unable to invert polynomial.";
+    const char* const notInvertible = "runtime: PSD: unable to invert polynomial.";
     const auto with = [](std::vector<double> spc, double minArg = 4, double maxArg = 100) {
         Polynomial::Numbers numbers = numbersFor(minArg, maxArg);
         numbers.spc = std::move(spc);
@@ -67,7 +67,7 @@ TEST(Psd, WhatMakesNoLawOrHasNoInverseIsTold) {
     EXPECT_EQ(failureOf([&] { psd(with({0, 0, 1}))->MassToRaw(1e11); }), notInvertible);
     EXPECT_EQ(psd(with({}))->RawToMass(100), 0);
 
-    const char* const noLaw = "runtime_error: PSD InitData(): unexpected error.";
+    const char* const noLaw = "runtime: PSD InitData(): unexpected error.";
     EXPECT_EQ(failureOf([&] { psd(with({g_nan})); }), noLaw);
     EXPECT_EQ(failureOf([&] { psd(with({1e308})); }), noLaw);
     EXPECT_EQ(failureOf([&] { psd(with(std::vector<double>(65, 1.0))); }), noLaw);
@@ -79,7 +79,7 @@ TEST(Psd, WhatMakesNoLawOrHasNoInverseIsTold) {
     Polynomial::Numbers uneven = numbersFor(4, 100);
     uneven.ocp.pop_back();
     EXPECT_EQ(failureOf([&] { psd(uneven); }),
-              "invalid_argument: CalibrationPolynomialPSDFAST::ComputePolynomialCoefficients: Number of SPC and OCP "
+              "argument: CalibrationPolynomialPSDFAST::ComputePolynomialCoefficients: Number of SPC and OCP "
               "coefficients differ");
 }
 
@@ -88,7 +88,7 @@ TEST(Psd, IsAFacetAroundApparentMasses) {
     EXPECT_EQ(law->GetFunctionalTypeCode(), 6);
     EXPECT_EQ(law->GetFunctionalConstants()->GetFunctionalTypeCode(), 6);
     EXPECT_EQ(failureOf([&] { law->SetMeasurementModeInfo(nullptr); }),
-              "runtime_error: CalibrationTransformatorPSD::SetMeasurementModeInfo: PSD transformator does not have "
+              "runtime: CalibrationTransformatorPSD::SetMeasurementModeInfo: PSD transformator does not have "
               "measurement modes.");
     EXPECT_TRUE(law->IsEqual(*psd(numbersFor(4, 100))));
     EXPECT_FALSE(law->IsEqual(*psd(numbersFor(4, 99))));
@@ -101,12 +101,12 @@ TEST(Psd, IsAFacetAroundApparentMasses) {
     const std::string dump = dumpOf(*law);
     for (const char* words :
          {"CalibrationTransformatorPSD[ ",
-          "\t calibMode = 0\t minIndex = 4, maxIndex = 100\t "
-          "minAppMass = 4, maxAppMass = 100\t minAppMassValue = 27.5165, maxAppMassValue = 517.811"
-          "\t dLowDeriv = 5.31569, dHighDeriv = 5.06554\tPolynomial coefficients[5.003, 1.25075, 5.003]",
-          "CalibrationPolynomialPSDFAST[ , parent mass = 400, USegment = 2.5\n\t\tCalibration mass = "
-          "100\n\t\tURefFull = 20\n\t\tSPC coefficients[0.5, 0.25, 2]\n\t\tOCP coefficients[0.5, 0.01, "
-          "0.0002]\n\t\tPolynomial coefficients[5.003, 1.25075, 5.003]\n\t\tminArg = 4, maxArg = 100"})
+          "\t calibMode = 0\t minIndex = 4, maxIndex = 100\t minAppMass = 4, maxAppMass = 100\t minAppMassValue = "
+          "27.5165, maxAppMassValue = 517.811\t dLowDeriv = 5.31569, dHighDeriv = 5.06554\tPolynomial "
+          "coefficients[5.003, 1.25075, 5.003]",
+          "CalibrationPolynomialPSDFAST[ , parent mass = 400, USegment = 2.5\n\t\tCalibration mass = 100\n\t\tURefFull "
+          "= 20\n\t\tSPC coefficients[0.5, 0.25, 2]\n\t\tOCP coefficients[0.5, 0.01, 0.0002]\n\t\tPolynomial "
+          "coefficients[5.003, 1.25075, 5.003]\n\t\tminArg = 4, maxArg = 100"})
         EXPECT_NE(dump.find(words), std::string::npos) << words << dump;
 }
 

@@ -5,8 +5,7 @@ namespace kvan::calibration {
 namespace {
 
 const std::string g_class =
-    "runtime_error: kvan::calibration::Transformation::"
-    "CalibrationTransformatorFactorySerialization::";
+    "runtime: kvan::calibration::Transformation::CalibrationTransformatorFactorySerialization::";
 const std::string g_headFailure = g_class + "DeserializeFromString: Error in serialization string.";
 std::string prefixFailure(const char* operation, const std::string& token) {
     return g_class + operation + ": Calibration deserialization failed: invalid calibration constants prefix string '" +
@@ -36,11 +35,10 @@ const std::pair<TransformatorPtr, std::string> g_cases[] = {
     {linear(1, 2), "V3.0CCalibrator 4" + g_tail + "V3.0CLinearCalibrationConstants 0 1 1 2 0" + g_noGpx},
     {tof2(8, 2.5e11, -0.125, 0.5, 4, 10, 0.5),
      "V3.0CCalibrator 12" + g_tail + "V1.0CTOF2CalibrationConstants 10 0.5 8 250000000000 -0.125 0.5 4 0" + g_noGpx},
-    {compensatedTof2(),
-     "V3.0CCalibrator 13" + g_tail +
-         "V1.0CTOF2TemperatureCompensatedCalibrationConstants V1.0CTOF2CalibrationConstants 10 0.5 8 250000000000 "
-         "-0.125 0.5 4 7 3 V1.0VectorDouble 2 25 26.5 V1.0VectorDouble 0" +
-         g_noGpx},
+    {compensatedTof2(), "V3.0CCalibrator 13" + g_tail +
+                            "V1.0CTOF2TemperatureCompensatedCalibrationConstants V1.0CTOF2CalibrationConstants 10 0.5 "
+                            "8 250000000000 -0.125 0.5 4 7 3 V1.0VectorDouble 2 25 26.5 V1.0VectorDouble 0" +
+                            g_noGpx},
 };
 
 TEST(CalibrationText, IsWrittenAndReadBack) {
@@ -62,9 +60,8 @@ TEST(CalibrationText, OlderVersionsAndFormsAreRead) {
     EXPECT_EQ(readText("V1.0CCalibrator 1 1 V1.0" + constants)->GetCalibMode(), 3);
     // A single number is a vector; what follows the last token of a version without correction data is not looked at.
     const auto compensated = std::dynamic_pointer_cast<ICalibrationConstantsFunctionalTemperatureCompensation>(
-        readText(
-            "V1.0CCalibrator 13 1 V1.0CTOF2TemperatureCompensatedCalibrationConstants V1.0CTOF2CalibrationConstants "
-            "1 1 0 1 0 0 0 0 2 3.5 V1.0VectorDouble 1 4.5 and more")
+        readText("V1.0CCalibrator 13 1 V1.0CTOF2TemperatureCompensatedCalibrationConstants "
+                 "V1.0CTOF2CalibrationConstants 1 1 0 1 0 0 0 0 2 3.5 V1.0VectorDouble 1 4.5 and more")
             ->GetFunctionalConstants());
     EXPECT_EQ(compensated->GetMeasuredTemperatures(), Doubles{3.5});
     EXPECT_EQ(compensated->GetCorrectionFactors(), Doubles{4.5});
@@ -87,7 +84,7 @@ TEST(CalibrationText, CutAtEveryTokenFailsInTheWordsOfItsPlace) {
                 EXPECT_EQ(failure, g_headFailure);
             else
                 EXPECT_TRUE(failure.find("prefix string ''.") != std::string::npos ||
-                            failure == "runtime_error: vector deserialization" ||
+                            failure == "runtime: vector deserialization" ||
                             failure.find("failed to create gpxTransformator") != std::string::npos)
                     << failure;
             if (token > firstConstant && end < text.find(" V1.0CGPXData")) {
@@ -102,14 +99,12 @@ TEST(CalibrationText, CutAtEveryTokenFailsInTheWordsOfItsPlace) {
 
 TEST(CalibrationText, DamageIsToldInItsWords) {
     const std::string vector =
-        "V1.0CCalibrator 13 1 V1.0CTOF2TemperatureCompensatedCalibrationConstants "
-        "V1.0CTOF2CalibrationConstants 1 1 0 1 0 0 0 0 ";
+        "V1.0CCalibrator 13 1 V1.0CTOF2TemperatureCompensatedCalibrationConstants V1.0CTOF2CalibrationConstants 1 1 0 "
+        "1 0 0 0 0 ";
     const std::string ftmsText = "V1.0CCalibrator 3 1 V1.0CICRCalibrationConstants 0 0 1 0 1 ";
     const std::string ftmsFailure =
-        "runtime_error: CalibrationTransformatorFactorySerialization::"
-        "DeserializeFromStringFTMS: ";
-    const std::string strategyFailure =
-        "runtime_error: Calibration deserialization failed: unknown calibration strategy: ";
+        "runtime: CalibrationTransformatorFactorySerialization::DeserializeFromStringFTMS: ";
+    const std::string strategyFailure = "runtime: Calibration deserialization failed: unknown calibration strategy: ";
     const struct {
         std::string text, failure;
     } cases[] = {
@@ -130,18 +125,18 @@ TEST(CalibrationText, DamageIsToldInItsWords) {
         {ftmsText + "6", ftmsFailure + "mode 3 or 6 not supported."},
         {ftmsText + "7 0 1 0", ftmsFailure + "unknown FTMS operation mode: 7"},
         {vector + "4 1 1",
-         "runtime_error: ICalibrationConstantsFunctionalTemperatureCompensation::compensationModeFromInt: No such "
+         "runtime: ICalibrationConstantsFunctionalTemperatureCompensation::compensationModeFromInt: No such "
          "compensation mode: 4"},
-        {vector + "2 V1.0VectorDouble 2000000000 1 2 3", "runtime_error: vector deserialization"},
-        {vector + "2 V1.0VectorDouble -1 1 2 3", "runtime_error: vector deserialization"},
-        {vector + "2 V2.0VectorDouble 1 1", "runtime_error: vector deserialization"},
+        {vector + "2 V1.0VectorDouble 2000000000 1 2 3", "runtime: vector deserialization"},
+        {vector + "2 V1.0VectorDouble -1 1 2 3", "runtime: vector deserialization"},
+        {vector + "2 V2.0VectorDouble 1 1", "runtime: vector deserialization"},
         {"V3.0CCalibrator 4" + g_tail + "V1.0CLinearCalibrationConstants 0 1 1 2 0 V1.0CGPXData Order one",
-         "runtime_error: kvan::calibration::CalibrationTransformatorFactorySerialization::DeserializeFromString: "
-         "failed to create gpxTransformator"},
+         "runtime: kvan::calibration::CalibrationTransformatorFactorySerialization::DeserializeFromString: failed to "
+         "create gpxTransformator"},
     };
     for (const auto& sample : cases)
         EXPECT_EQ(failureOfReadingText(sample.text), sample.failure) << sample.text;
-    const std::string writer = "invalid_argument: CalibrationTransformatorFactorySerialization::";
+    const std::string writer = "argument: CalibrationTransformatorFactorySerialization::";
     EXPECT_EQ(failureOf([] { textOf(nullptr); }), writer + "SerializeToString: no transformator.");
     const auto law = linear(1, 2);
     law->SetFunctionalConstants(tof(0, 1, 0, 0, 1)->GetFunctionalConstants());

@@ -81,11 +81,11 @@ std::string failureOf(Work work) {
     try {
         work();
     } catch (const std::invalid_argument& fault) {
-        return std::string("invalid_argument: ") + fault.what();
+        return std::string("argument: ") + fault.what();
     } catch (const std::logic_error& fault) {
-        return std::string("logic_error: ") + fault.what();
+        return std::string("logic: ") + fault.what();
     } catch (const std::runtime_error& fault) {
-        return std::string("runtime_error: ") + fault.what();
+        return std::string("runtime: ") + fault.what();
     }
     return {};
 }

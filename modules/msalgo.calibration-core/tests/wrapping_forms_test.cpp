@@ -36,10 +36,9 @@ const Bytes g_kite2 = kite2Block(2, 100, 148, 260);
 
 /// The text of the same calibration.
 const std::string g_axisText = "V3.0CTOFCalibrationConstants 10 0.5 8 250000000000 -0.125 0 ";
-const std::string g_kite1Text = "V3.0CCalibrator 7" + g_tail + "V3.0CKITECalibrationConstants " + g_axisText +
-                                "0 0 0 1 400 3 7.5 100 1 50 V1.0VectorDouble 4 1 0.5 0.25 2 "
-                                "V1.0VectorDouble 4 4 1 0.25 1 0 -5 900 0 0" +
-                                g_noGpx;
+const std::string g_kite1Text =
+    "V3.0CCalibrator 7" + g_tail + "V3.0CKITECalibrationConstants " + g_axisText +
+    "0 0 0 1 400 3 7.5 100 1 50 V1.0VectorDouble 4 1 0.5 0.25 2 V1.0VectorDouble 4 4 1 0.25 1 0 -5 900 0 0" + g_noGpx;
 
 // sum = 0.5 + 50 / 64 = 1.28125: the factor of the coefficients is 2.50128125.
 const std::string g_psdNumbers =
@@ -50,8 +49,8 @@ const std::string g_psdText =
 
 const std::string g_global = "V1.0CCalibPolynomial V1.0VectorDouble 2 0 1 0 1 2 ";
 const std::string g_parents =
-    "2 V1.0CCalibPolynomial V1.0VectorDouble 3 10 4 0.5 1 50 100 "
-    "V1.0CCalibPolynomial V1.0VectorDouble 3 9 6 3 3 30 900 ";
+    "2 V1.0CCalibPolynomial V1.0VectorDouble 3 10 4 0.5 1 50 100 V1.0CCalibPolynomial V1.0VectorDouble 3 9 6 3 3 30 "
+    "900 ";
 /// Two lists of what has no use: the global polynomial again and the one for the parent mass.
 const std::string g_kite2Text = "V3.0CCalibrator 10" + g_tail + "V1.0CKite2CalibrationConstants " + g_axisText +
                                 g_parents + g_global + "V1.0VectorDouble 2 1 0.5 0 0 400 3 500 " + g_global +
@@ -125,8 +124,7 @@ TEST(WrappingBlob, PolynomialsThatTheBlobCannotHoldAreAReadError) {
           kite2Block(2, 100, 148, 261)})
         EXPECT_EQ(failureOfReading(blob), g_cut);
     EXPECT_EQ(failureOfReading(kite2Block(0, 100, 0xFFFFFFFF, 260)),
-              "invalid_argument: CalibrationTransformatorFactory::createTransformatorKite2: can't create "
-              "kite2Polynomial");
+              "argument: CalibrationTransformatorFactory::createTransformatorKite2: can't create kite2Polynomial");
     // Records may lie anywhere: the second parent alone is 11, 6, 4.5 on [2, 20], with VC0(20) = 11.
     EXPECT_EQ(read(kite2Block(1, 100, 204, 260))->MassToRaw(16), 107 + 3);
 }
@@ -139,11 +137,10 @@ TEST(WrappingBlob, OfALawThatIsMixedFromTwoParentsKeepsTheMasses) {
         EXPECT_NE(mixed->MassToRaw(16), read(g_kite2)->MassToRaw(16));
         testing::internal::CaptureStdout();
         const Bytes blob = written(mixed);
-        EXPECT_NE(
-            testing::internal::GetCapturedStdout().find(
-                "[WARN ] kvan.calibration_core.Kite2Transformator: Of an interpolated KITE 2 calibration only the "
-                "polynomial for its parent mass is kept in its blob.\n"),
-            std::string::npos);
+        EXPECT_NE(testing::internal::GetCapturedStdout().find(
+                      "[WARN ] kvan.calibration_core.Kite2Transformator: Of an interpolated KITE 2 calibration only "
+                      "the polynomial for its parent mass is kept in its blob.\n"),
+                  std::string::npos);
         for (const double mass : {1.0, 16.0, 300.0, 2000.0})
             EXPECT_EQ(read(blob)->MassToRaw(mass), mixed->MassToRaw(mass)) << mode << mass;
         EXPECT_EQ(textOf(mixed).find(mode), text.find(mode));
@@ -152,11 +149,11 @@ TEST(WrappingBlob, OfALawThatIsMixedFromTwoParentsKeepsTheMasses) {
 
 TEST(WrappingText, Kite2HasOneVersion) {
     const std::string operation =
-        "runtime_error: kvan::calibration::Transformation::CalibrationTransformatorFactorySerialization::"
-        "DeserializeFromStringKITE2: Calibration deserialization failed: invalid calibration constants prefix string '";
+        "runtime: "
+        "kvan::calibration::Transformation::CalibrationTransformatorFactorySerialization::DeserializeFromStringKITE2: "
+        "Calibration deserialization failed: invalid calibration constants prefix string '";
     const std::string polynomial =
-        "invalid_argument: DeserializePolynomialSimple: Invalid polynomial string:  was data written with a newer "
-        "software?";
+        "argument: DeserializePolynomialSimple: Invalid polynomial string:  was data written with a newer software?";
     const std::string start = "V1.0CCalibrator 10 1 V1.0CKite2CalibrationConstants " + g_axisText;
     EXPECT_EQ(failureOfReadingText("V1.0CCalibrator 10 1 V2.0CKite2CalibrationConstants"),
               operation + "V2.0CKite2CalibrationConstants'.");
@@ -166,14 +163,13 @@ TEST(WrappingText, Kite2HasOneVersion) {
     EXPECT_EQ(failureOfReadingText(start + "1 V1.0CCalibPolynomial 1 0 x 0"), operation + "x'.");
     EXPECT_EQ(failureOfReadingText(start + "0 " + g_global + "V1.0VectorDouble 0 0 0 1 2 3 " + g_global + g_global +
                                    "0 0 1 0 0 0"),
-              "invalid_argument: CalibrationTransformatorFactory::createTransformatorKite2: can't create "
-              "kite2Polynomial");
+              "argument: CalibrationTransformatorFactory::createTransformatorKite2: can't create kite2Polynomial");
     EXPECT_EQ(failureOfReadingText(g_kite2Text.substr(0, g_kite2Text.find(" 0 0 0 V1.0CGPX") + 4)), operation + "'.");
 }
 
 TEST(WrappingBlob, OnlyTheFastPsdModeHasAPolynomial) {
     EXPECT_EQ(failureOfReading(psdBlock(1, 152, 1)),
-              "invalid_argument: CCOConversionUtil::MapQSF2CCO: classic psd mode (mode 1) is not supported any more.");
+              "argument: CCOConversionUtil::MapQSF2CCO: classic psd mode (mode 1) is not supported any more.");
     for (const i32 mode : {0, 3, -1}) {
         testing::internal::CaptureStdout();
         const auto plain = read(psdBlock(mode, 152, 1));
@@ -182,7 +178,7 @@ TEST(WrappingBlob, OnlyTheFastPsdModeHasAPolynomial) {
         EXPECT_EQ(plain->RawToMass(12), read(head(1) + g_tofBlock)->RawToMass(12));
         EXPECT_EQ(written(plain)[84], 0);
         EXPECT_EQ(failureOf([&] { textOf(plain); }),
-                  "invalid_argument: CalibrationTransformatorPSD::SerializeDataToString: fastPolynomial is not of type "
+                  "argument: CalibrationTransformatorPSD::SerializeDataToString: fastPolynomial is not of type "
                   "ICalibrationSerializationConstantsPtr");
     }
     EXPECT_EQ(failureOfReading(psdBlock(2, 152, 2)), g_cut);
@@ -199,7 +195,7 @@ TEST(WrappingText, EveryVersionOfPsdIsRead) {
                                      text("V2.0", "2 ", "7 " + vector + "1.5 2.5"), text("V3.0", "2 ", "1 7")})
         EXPECT_EQ(textOf(readText(older)), whole);
 
-    const std::string mode = "runtime_error: CalibrationTransformatorFactorySerialization::DeserializeFromStringPSD: ";
+    const std::string mode = "runtime: CalibrationTransformatorFactorySerialization::DeserializeFromStringPSD: ";
     const std::string bad =
         g_reader + "FromStringPSD: Invalid calibration string, ignoring. Was data written with newer software?";
     EXPECT_EQ(failureOfReadingText(text("V3.0", "1 ", "0 0")), mode + "psd classic mode is no longer supported.");
@@ -210,8 +206,8 @@ TEST(WrappingText, EveryVersionOfPsdIsRead) {
     EXPECT_EQ(failureOfReadingText(text("V3.0", "2 ", "0")), bad);
     EXPECT_EQ(failureOfReadingText(text("V3.0", "2 ", "2 0")), bad);
     EXPECT_EQ(failureOfReadingText(text("V2.0", "2 ", "7 " + vector + "1.5")), bad);
-    EXPECT_EQ(failureOfReadingText(text("V1.0", "2 ", vector)), "runtime_error: vector deserialization");
-    EXPECT_EQ(failureOfReadingText(text("V3.0", "2 x ", "0 0")), "runtime_error: vector deserialization");
+    EXPECT_EQ(failureOfReadingText(text("V1.0", "2 ", vector)), "runtime: vector deserialization");
+    EXPECT_EQ(failureOfReadingText(text("V3.0", "2 x ", "0 0")), "runtime: vector deserialization");
 }
 
 TEST(WrappingText, EveryVersionOfKite1IsRead) {
@@ -236,19 +232,20 @@ TEST(WrappingText, EveryVersionOfKite1IsRead) {
     EXPECT_EQ(failureOfReadingText(text("V2.1", "0 ", "7 " + vector + "1.5 2.5 1")), reading + "iDummy" + newer);
     EXPECT_EQ(failureOfReadingText(text("V3.0", "0 ", "2 7")), reading + "iDummy" + newer);
     EXPECT_EQ(failureOfReadingText(text("V3.0", "0 ", "1")), reading + "iDummy" + newer);
-    EXPECT_EQ(failureOfReadingText(text("V2.0", "", "7 V3.0VectorDouble 1 1 2 3")),
-              "runtime_error: vector deserialization");
+    EXPECT_EQ(failureOfReadingText(text("V2.0", "", "7 V3.0VectorDouble 1 1 2 3")), "runtime: vector deserialization");
     const std::string upToLimits = text("V3.0", "0 ", "");
     EXPECT_EQ(failureOfReadingText(upToLimits.substr(0, upToLimits.size() - 4)), reading + "calibMode" + newer);
-    EXPECT_EQ(failureOfReadingText(text("V3.0", "2 ", "1 7")), "runtime_error: vector deserialization");
+    EXPECT_EQ(failureOfReadingText(text("V3.0", "2 ", "1 7")), "runtime: vector deserialization");
     EXPECT_EQ(failureOfReadingText("V1.0CCalibrator 7 1 V2.2CKITECalibrationConstants "),
-              "runtime_error: kvan::calibration::Transformation::CalibrationTransformatorFactorySerialization::"
+              "runtime: "
+              "kvan::calibration::Transformation::CalibrationTransformatorFactorySerialization::"
               "DeserializeFromStringKITE: Calibration deserialization failed: invalid calibration constants prefix "
               "string 'V2.2CKITECalibrationConstants'.");
-    EXPECT_EQ(failureOfReadingText("V1.0CCalibrator 7 1 V2.0CKITECalibrationConstants 1"),
-              "runtime_error: kvan::calibration::Transformation::CalibrationTransformatorFactorySerialization::"
-              "DeserializeFromStringLinear: Calibration deserialization failed: invalid calibration constants prefix "
-              "string '1'.");
+    EXPECT_EQ(
+        failureOfReadingText("V1.0CCalibrator 7 1 V2.0CKITECalibrationConstants 1"),
+        "runtime: "
+        "kvan::calibration::Transformation::CalibrationTransformatorFactorySerialization::DeserializeFromStringLinear: "
+        "Calibration deserialization failed: invalid calibration constants prefix string '1'.");
 }
 
 /// G(m) = 2 m + 1 on [1, 400].
