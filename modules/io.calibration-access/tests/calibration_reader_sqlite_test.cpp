@@ -2,6 +2,7 @@
 #include "calibration_file.h"
 
 #include <calibration-access/calibration_reader_sqlite.h>
+#include <calibration-access/calibration_states.h>
 #include <calibration-core/interfaces/ICalibrationTransformator.h>
 
 #include <boost/filesystem/fstream.hpp>
@@ -143,6 +144,15 @@ TEST_F(Reader, ReferencesAreAdaptedToTheTemperaturesOfTheSpectrum) {
     EXPECT_EQ(failureOf([&] { open("more")->getRefMzTrafo(true, 25, 31); }), missing + "negative polarity");
 }
 
+TEST_F(Reader, StatesAreListedWithWhatTheyHold) {
+    std::string states;
+    for (const CalibrationStateSummary& state : readCalibrationStates(m_directory))
+        states += state.key + ' ' + state.source + ' ' + std::to_string(state.hasFrameCalibrators) +
+                  std::to_string(state.mappedFrames) + std::to_string(state.highestFrame) +
+                  std::to_string(state.hasPositiveReference) + std::to_string(state.hasNegativeReference) + ';';
+    EXPECT_EQ(states, "frames s 15510;references s 01111;more s 00001;");
+}
+
 TEST_F(Reader, AFailedReferenceIsTriedAgain) {
     const auto reader = open("references");
     sql("UPDATE RefMzCalibration SET dC1 = NULL WHERE Id = 1");
@@ -220,6 +230,8 @@ TEST_F(Reader, WhatIsWrongWithARowIsToldWhereItIsNeeded) {
         {1, "UPDATE FrameMzCalibrationMapping SET FrameMzCalibrationId = NULL",
          "Wrong value in table FrameMzCalibrationMapping, FrameId 1, column FrameMzCalibrationId: NULL instead of a "
          "number"},
+        {1, "UPDATE FrameMzCalibrationMapping SET FrameMzCalibrationId = 1e300",
+         "Wrong value in table FrameMzCalibrationMapping, FrameId 1, column FrameMzCalibrationId: not a whole number"},
         {1, "UPDATE FrameMzCalibration SET C1 = NULL", row + "1, column C1: NULL instead of a number"},
         {1, "UPDATE FrameMzCalibration SET C2 = '0.5'", row + "1, column C2: a text instead of a number"},
         {1, "UPDATE FrameMzCalibration SET C0 = x'00'", row + "1, column C0: a blob instead of a number"},
@@ -267,12 +279,19 @@ TEST_F(Reader, ReadsWithoutLocksSeeNoHalfOfAChange) {
     const fs::path other = copyTo("other", 4);
     cppsqlite::CppSQLite3DB database;
     database.open(file().string());
-    UnlockedFrameCalibrators fresh(5);
-    for (int read = 0; read < 40; ++read) {
-        fresh.noteLockedRead(database);
-        EXPECT_FALSE(fresh.tryLoad(3, {})) << "written just now";
-    }
+    const auto expectLocked = [](cppsqlite::CppSQLite3DB& open, const char* reason) {
+        UnlockedFrameCalibrators calibrators(5);
+        for (int read = 0; read < 40; ++read) {
+            calibrators.noteLockedRead(open);
+            EXPECT_FALSE(calibrators.tryLoad(3, {})) << reason;
+        }
+    };
+    expectLocked(database, "written just now");
     g_clockIsAhead = std::chrono::seconds(5);
+    cppsqlite::CppSQLite3DB logged;
+    logged.open((copyTo("logged", 3) / file().filename()).string());
+    logged.execDML("PRAGMA journal_mode=WAL");
+    expectLocked(logged, "its log changes it");
     watchRows();
     UnlockedFrameCalibrators unlocked(5);
     const auto reader = open("frames");

@@ -225,10 +225,12 @@ TEST(Batch, BelowTheThresholdTheLawsOwnFailureReachesTheCaller) {
 TEST(Batch, RangesHaveAThresholdOfTheirOwn) {
     const auto law = endsAtRaw40();
     Doubles masses{1, 2, 3};
-    EXPECT_EQ(failureOf([&] { law->IndexRangeToMasses(35, 41, masses); }), g_complex);
-    EXPECT_EQ(masses.size(), 6U);
-    EXPECT_EQ(masses[5], law->IndexToMass(40));
-    EXPECT_EQ(failureOf([&] { law->IndexRangeToMasses(34, 41, masses); }), g_failed);
+    for (const auto& same : {law, corrected(law, {0, 1}, 0, 1)}) {
+        EXPECT_EQ(failureOf([&] { same->IndexRangeToMasses(35, 41, masses); }), g_complex);
+        EXPECT_EQ(masses.size(), 6U);
+        EXPECT_EQ(masses[5], law->IndexToMass(40));
+        EXPECT_EQ(failureOf([&] { same->IndexRangeToMasses(34, 41, masses); }), g_failed);
+    }
     law->IndexRangeToMasses(5, 5, masses);
     EXPECT_EQ(masses, Doubles{law->IndexToMass(5)});
     EXPECT_EQ(failureOf([&] { law->IndexRangeToMasses(5, 4, masses); }),

@@ -49,6 +49,11 @@ TEST(Kite1, SearchesBeyondTheCalibratedTimes) {
     }
 }
 
+TEST(Kite1, HalvesItsTimesOnTheWayDown) {
+    const Kite1 parabola{.calibTimeRange = {5, 20}, .coefficients = {9, -6, 1}};  // turns at 3, which is not passed
+    EXPECT_NEAR(kite1(parabola)->MassToRaw(1), 4, 1e-12);
+}
+
 TEST(Kite1, WhatHasNoInverseIsTold) {
     const struct {
         Kite1 numbers;
@@ -168,6 +173,11 @@ TEST(Kite2, PreparesThePolynomialForTheParentMass) {
     Kite2 first = tie;
     first.parents.pop_back();
     EXPECT_EQ(kite2(tie)->MassToRaw(16), kite2(first)->MassToRaw(16));
+    // Nearest to the upper one: by 13/5 and 13/15, weight 18/25.
+    Kite2 upper = between(1);
+    upper.parentMass = 676;
+    EXPECT_NEAR(kite2(upper)->MassToRaw(16), 0.28 * (26 + 16 + 40.0 / 13) + 0.72 * (7.8 + 24 + 48 * 15.0 / 13) + 3,
+                1e-12);
     // VC0(20) = 1 + 0.5 * 20 in place of the offset.
     Kite2 offset = between(2);
     offset.vc0 = {1, 0.5};
@@ -250,6 +260,7 @@ TEST(Kite2, WhatMakesNoLawOrHasNoInverseIsTold) {
     // A range in reverse order, and an extremum at its end, bound nothing.
     EXPECT_EQ(kite2(with({{0, 20, -1}, 11, 0}))->RawToMass(19), 1);
     EXPECT_EQ(kite2(with({{0, 20, -1}, 0, 10}))->RawToMass(19), 1);
+    EXPECT_NEAR(kite2(with({{100, -20, 1}, 10, 20}))->RawToMass(16), 196, 1e-12);
     // Beyond the steps that are kept, and all the way up.
     EXPECT_NEAR(kite2(with({{0, 1}, 0, 9}))->RawToMass(1e140), 1e280, 1e266);
 }

@@ -60,6 +60,11 @@ TEST(Tof2Cubic, ExactSolutionInvertsTheLaw) {
     // No root inside: the bound whose raw value is nearer.
     EXPECT_EQ(range.exactRawToMass(20000.0, 1000, 2000), 1000);
     EXPECT_EQ(range.exactRawToMass(200000.0, 1000, 2000), 2000);
+    // (t + 1) (t - 3) (t - 9): a root below 0 is none.
+    const auto law = tof2(100, 1e12 / 225, -11, 1, 0, 0, 1);
+    const Transformation::Tof2CubicRange threeRoots(*law, *law->GetFunctionalConstants());
+    EXPECT_NEAR(threeRoots.exactRawToMass(73, 0.5, 20), 9, 1e-12);
+    EXPECT_EQ(threeRoots.exactRawToMass(73, 0.5, 2), 0.5);
 }
 
 TEST(Tof2Cubic, RootsOfThePolynomial) {

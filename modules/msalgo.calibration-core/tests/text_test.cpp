@@ -113,6 +113,7 @@ TEST(CalibrationText, DamageIsToldInItsWords) {
         {"V2.0CCalibrator 1 1 99999999999 0 0 0 ", g_headFailure},
         {"V1.0CCalibrator 9 1 V1.0CTOFCalibrationConstants", strategyFailure + "9"},
         {"V1.0CCalibrator -1 1 ", strategyFailure + "-1"},
+        {"V1.0CCalibrator +-1 1 ", g_headFailure},
         {"V1.0CCalibrator 1 1 V1.0CPaladinCalibrationConstants 1",
          prefixFailure("DeserializeFromStringLinear", "V1.0CPaladinCalibrationConstants")},
         {"V1.0CCalibrator 12 1 V2.0CTOF2CalibrationConstants 1",
