@@ -1,19 +1,13 @@
 #include <math-functions/function.h>
 #include <math-functions/invert.h>
-
-#include <cmath>
-#include <limits>
-#include <optional>
-#include <vector>
-
-#include <gtest/gtest.h>
+#include <test-support/support.h>
 
 namespace kvan::math {
 
 namespace {
 
-constexpr double g_nan = std::numeric_limits<double>::quiet_NaN();
-constexpr double g_infinity = std::numeric_limits<double>::infinity();
+using test::g_infinity;
+using test::g_nan;
 constexpr double g_largest = std::numeric_limits<double>::max();
 
 std::optional<double> inverseOf(const CFunction& f, double y, double guess, double lower, double upper) {

@@ -37,27 +37,30 @@ TEST(BoundsChecker, KeepsRawValuesInside) {
     EXPECT_EQ(law->RawToDIndex(25), 90.0);
     EXPECT_EQ(law->IndexWidthToMassWidth(33, 8), 4.0);
 
-    Doubles values = {-100, 15, 100};
+    using T = ICalibrationTransformator;
+    const struct {
+        void (T::*to)(const Doubles&, Doubles&) const;
+        void (T::*inPlace)(Doubles&) const;
+        Doubles values, results;
+    } conversions[] = {
+        {&T::MassesToRaws, &T::MassesToRaws, {-100, 15, 100}, {5, 6, 8}},
+        {&T::RawsToMasses, &T::RawsToMasses, {-100, 6, 100}, {13, 15, 19}},
+        {&T::RawsToDIndices, &T::RawsToDIndices, {-100, 6, 100}, {10, 14, 22}},
+        {&T::DIndicesToRaws, &T::DIndicesToRaws, {0, 14, 900}, {5, 6, 8}},
+    };
     Doubles results;
+    for (const auto& [to, inPlace, values, expected] : conversions) {
+        ((*law).*to)(values, results);
+        EXPECT_EQ(results, expected);
+        results = values;
+        ((*law).*inPlace)(results);
+        EXPECT_EQ(results, expected);
+    }
     Indices indices;
-    law->MassesToRaws(values, results);
-    EXPECT_EQ(results, Doubles({5, 6, 8}));
-    law->MassesToRaws(values);
-    EXPECT_EQ(values, results);
-    values = {-100, 6, 100};
-    law->RawsToMasses(values, results);
-    EXPECT_EQ(results, Doubles({13, 15, 19}));
-    law->RawsToDIndices(values, results);
-    EXPECT_EQ(results, Doubles({10, 14, 22}));
-    law->RawsToIndices(values, indices);
+    law->RawsToIndices({-100, 6, 100}, indices);
     EXPECT_EQ(indices, Indices({10, 14, 22}));
-    law->RawsToMasses(values);
-    EXPECT_EQ(values, Doubles({13, 15, 19}));
     law->IndicesToRaws({0, 14, 900}, results);
     EXPECT_EQ(results, Doubles({5, 6, 8}));
-    law->DIndicesToRaws({0, 14, 900}, results);
-    EXPECT_EQ(results, Doubles({5, 6, 8}));
-
     EXPECT_EQ(rawBounds(8, 5)->MassToRaw(15), 5.0);
     EXPECT_EQ(rawBounds(8, 5)->MassToRaw(1e9), 5.0);
 }
