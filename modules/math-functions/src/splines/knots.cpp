@@ -13,6 +13,7 @@ void throwNotInitialized(const std::string& what) {
 }
 
 void checkKnots(const std::vector<double>& x) {
+    // A function of no points has no value anywhere.
     if (x.empty())
         throwNotInitialized("MakeEmptyContainer");
     // Written so that a NaN anywhere is not ascending.

@@ -29,6 +29,7 @@ std::shared_ptr<ICloneable> CalibrationConstantsPhysicalLinear::Clone() const {
     return std::make_shared<CalibrationConstantsPhysicalLinear>(*this);
 }
 
+/// Of this class only: other axes that are lines too have other numbers to keep.
 bool CalibrationConstantsPhysicalLinear::IsEqual(const ICalibrationConstantsPhysical& other) const {
     const auto* line = dynamic_cast<const CalibrationConstantsPhysicalLinear*>(&other);
     return line != nullptr && relativelyEqual(m_a0, line->m_a0) && relativelyEqual(m_a1, line->m_a1);

@@ -36,6 +36,7 @@ double CalibrationPolynomialKITE1::massRatio() const {
 void CalibrationPolynomialKITE1::adapt() {
     const double rho = massRatio();
     m_coefficients = m_numbers.coefficients;
+    // Always from the calibrated ones, so that no rounding adds up over parent masses.
     for (std::size_t i = 0; i < m_coefficients.size(); ++i)
         m_coefficients[i] = m_numbers.coefficients[i] * std::pow(rho, 1.0 - static_cast<double>(i) * 0.5);
 }

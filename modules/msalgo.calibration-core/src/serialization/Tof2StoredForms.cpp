@@ -57,6 +57,7 @@ void writeCompensatedTof2Reference(const ICalibrationTransformator& transformato
     Tof2TempCorrCalibrationRefBlock block{};
     CCOConversionUtil::MapCCO2QSF(transformator, block);
     block.temperaturesCount = boost::numeric_cast<std::uint16_t>(temperatures.size());
+    // Temperatures first, the factors after them.
     block.temperaturesOffset = sizeof block;
     block.factorsCount = boost::numeric_cast<std::uint16_t>(factors.size());
     block.factorsOffset = static_cast<std::uint32_t>(sizeof block + temperatures.size() * sizeof(double));
@@ -89,6 +90,7 @@ constexpr const char* g_compensatedPrefixes[] = {"V1.0CTOF2TemperatureCompensate
 
 // The numbers of a line are read one by one: arguments of a call have no order.
 
+/// A line of the plain law, which stands alone or inside one of the compensated law.
 struct Tof2Numbers {
     std::shared_ptr<CalibrationConstantsPhysicalTOF> axis;
     CalibrationConstantsFunctionalTOF2 law;

@@ -24,6 +24,7 @@ Values errorsOf(const ICalibrationTransformator& transformator, const Values& ra
                 MassErrorUnit unit) {
     Values errors(std::min(raws.size(), referenceMasses.size()));
     for (std::size_t k = 0; k < errors.size(); ++k) {
+        // No part per million of nothing; NaN is no reference either.
         if (!(referenceMasses[k] > 0.0))
             continue;
         errors[k] = referenceMasses[k] - transformator.RawToMass(raws[k]);
@@ -33,6 +34,7 @@ Values errorsOf(const ICalibrationTransformator& transformator, const Values& ra
     return errors;
 }
 
+/// The sum of squares of the distances from `centre`.
 double squaresAbout(double centre, const Values& values) {
     return std::accumulate(values.begin(), values.end(), 0.0,
                            [centre](double sum, double value) { return sum + (value - centre) * (value - centre); });

@@ -44,6 +44,7 @@ const ICalibrationConstantsFunctionalTemperatureCompensation& compensationOf(
 
 // The blocks are packed: their numbers are handed on by value.
 
+// The calibration mode of these laws is 0: their blocks have no place for it.
 Constants::CalibrationConstantsFunctionalTOF1 lawOf(const TOFCalibrationBlock& block) {
     return {block.c0, block.c1, block.c2};
 }
@@ -150,6 +151,7 @@ CCOConversionUtil::TransformatorPtr CCOConversionUtil::MapQSF2CCO(const Tof2Temp
 
 CCOConversionUtil::TransformatorPtr CCOConversionUtil::MapQSF2CCO(const FTMSCalibrationBlock& block,
                                                                   const Factory& factory) {
+    // The mode is given to both sets: the line of the axis depends on it.
     return factory.adoptConstants(
         CalibrationFamily::Ftms,
         factory.createConstantsFunctionalIcr(block.calibMode, block.ftmsRawMode, block.size, block.quadraticFlag != 0,
@@ -267,11 +269,13 @@ void CCOConversionUtil::MapCCO2QSF(const ICalibrationTransformator& transformato
     block.size = axis.GetSize();
     block.freqLow = axis.GetFreqLow();
     block.freqWidth = axis.GetFreqWidth();
+    // Each class of constants has a view of its own; the mode says which one must be there.
     switch (mode) {
         case 0:
         case 4: {
             const auto& linear = viewFor<ICalibrationConstantsFunctionalFTMS04>(
                 functional, "FTMSCalibrationBlock", "GetFunctionalConstants", "ICalibrationConstantsFunctionalFTMS04");
+            // The linear law has neither; readers of it do not look.
             block.alpha = 0.0;
             block.beta = linear.GetBeta();
             block.freqHigh = linear.GetFreqHigh();

@@ -82,6 +82,7 @@ CCOConversionUtil::TransformatorPtr CCOConversionUtil::MapQSF2CCO(const PSDCalib
     if (block.psdMode == ClassicPsdMode)
         BOOST_THROW_EXCEPTION(std::invalid_argument(
             "CCOConversionUtil::MapQSF2CCO: classic psd mode (mode 1) is not supported any more."));
+    // Null where the mode is unknown: apparent masses are the masses then.
     std::shared_ptr<Polynomial> polynomial;
     if (block.psdMode == FastPsdMode)
         polynomial = std::make_shared<Polynomial>(Polynomial::Numbers{.uRefFull = block.uRefFull,

@@ -113,6 +113,7 @@ Factory::TransformatorPtr CalibrationTransformatorFactory::createTransformatorIc
 Factory::TransformatorPtr CalibrationTransformatorFactory::adoptConstants(CalibrationFamily family,
                                                                           FunctionalPtr&& functional,
                                                                           PhysicalPtr&& physical) const {
+    // No look at the classes: the caller made the objects for that family.
     return findRow(family)->law->make(std::move(functional), std::move(physical));
 }
 
@@ -169,6 +170,7 @@ Factory::TransformatorPtr CalibrationTransformatorFactory::createTransformatorKi
     double timeDelay, double timeBase, double c0, double c1, double c2, const std::vector<CCalibPolynomial>& parents,
     const CCalibPolynomial& global, const std::vector<double>& vc0, int interpolationMode, double parentMass,
     double referenceTime, int firstIndex, int lastIndex) const {
+    // What a caller of this form cannot know is taken as measured with the same parent mass and time.
     return createTransformatorKite2(makeTof(*this, timeDelay, timeBase, c0, c1, c2),
                                     {.parentMass = parentMass,
                                      .referenceTime = referenceTime,

@@ -89,6 +89,7 @@ void CalibrationTransformatorGPX::SetTransformator(const std::shared_ptr<ICalibr
 
 void CalibrationTransformatorGPX::SetPolynomial(const std::shared_ptr<ICalibrationPolynomialGPX>& polynomial) {
     m_polynomial = cloneObject(polynomial);
+    // Null, a switch that is off and no coefficients are one: nothing is corrected.
     m_apparentMass = {};
     if (!m_polynomial || !m_polynomial->GetUse() || m_polynomial->GetCoefficients().empty())
         return;
@@ -144,6 +145,7 @@ bool ApparentMassToMassTransformFunctor::operator()(double* values, std::size_t 
             std::copy_n(first, size, masses);
             continue;
         }
+        // Mass by mass, each as the single form would do it.
         for (std::size_t k = 0; k < size; ++k) {
             const std::optional<double> precise = isNear(masses[k], apparent[k]) ? first[k] : gpx.search(masses[k]);
             if (!precise)

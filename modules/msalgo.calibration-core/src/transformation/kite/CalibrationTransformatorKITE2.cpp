@@ -66,6 +66,7 @@ public:
     void SetMeasurementModeInfo(const std::shared_ptr<IMeasurementModeInfo>&) override {
         refuse("Kite2 transformator does not have measurement modes.");
     }
+    // The time axis keeps the mode; the law has no use for it.
     void SetCalibMode(int mode) override {
         WrappingTransformator::SetCalibMode(mode);
         if (mode != 0)
@@ -111,6 +112,7 @@ private:
         warn("Kite2 CalibMode != 0 encountered. Entering possibly inconsistent and untested code paths.");
     }
 
+    /// The polynomial is prepared and the law built before either is taken.
     void replace(Constants::CalibrationPolynomialKITE2::Numbers numbers) {
         Constants::CalibrationPolynomialKITE2 polynomial(std::move(numbers));
         InitData(polynomial);
