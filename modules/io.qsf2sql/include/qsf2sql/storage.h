@@ -26,7 +26,7 @@ public:
     using VariablesPrefs = io::VariablesPrefs;
 
     /// Opens the analysis of the main file `qsfFile`, making its cache if there is none that fits. Leaves nothing
-    /// behind when it throws: `Qsf2SqlCannotOpenFileError`, `Qsf2SqlFileFormatError`, `Qsf2SqlCacheError`, or what the
+    /// when it throws: `Qsf2SqlCannotOpenFileError`, `Qsf2SqlFileFormatError`, `Qsf2SqlCacheError`, or what the
     /// compressor and the calibration sources throw.
     Qsf2Sql(const boost::filesystem::path& qsfFile, const std::optional<CalibrationPrefs>& calibrationPrefs,
             const VariablesPrefs& variablesPrefs);

@@ -71,6 +71,7 @@ public:
             handle(entry);
         }
         KVAN_LOG(m_logger, TRACE) << "XTR file scanned successfully.";
+        // After all spectra: only references that one of them asked for are stored.
         m_references.writeTo(m_database, m_keys, m_insertTransformator);
         m_keys.writeTo(m_database);
         return std::move(m_keys);
@@ -99,6 +100,7 @@ private:
         else
             bindAcquired(entry, key);
         m_updateSpectrum.bind(TRANSFORMATOR_ID, transformatorId);
+        // Tolerated: a spectrum that the index does not have; the update then meets no row.
         m_updateSpectrum.bind(ID, record.spectrum);
         m_updateSpectrum.execDML();
 

@@ -33,6 +33,7 @@ public:
 
     MainFileHead run(BlockWalk& walk) {
         m_properties.insert("SchemaType", "Qsf2Sql");
+        // Stops with the second of them: the last pass goes on with the block after it.
         while (!isComplete()) {
             const auto block = walk.next();
             if (!block)

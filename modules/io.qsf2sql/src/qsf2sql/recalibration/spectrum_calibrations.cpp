@@ -13,6 +13,13 @@
 
 namespace kvan::io::qsf2sql::recalibration {
 
+// In comes the Id of an m/z array, by which the cache names its spectrum. Of the calibrations the first that is there
+// is in force: the database's for this spectrum; the database's reference of its polarity, adapted to the temperatures
+// of the spectrum; what the archive has for it; the one stored at acquisition.
+//
+// The first does not look at the stored one, so a spectrum whose own calibration is damaged still has its masses then.
+// Every call reads the cache anew: it is small work beside the array, and no read of the cache stays open.
+
 namespace {
 
 constexpr const char* g_columnNames[] = {"LineMzId", "ProfileMzId"};
@@ -33,7 +40,8 @@ std::int64_t idField(const cppsqlite::CppSQLite3Query& row, int field) {
     return boost::lexical_cast<std::int64_t>(text.data(), text.size());
 }
 
-/// The first two temperatures at which the spectrum was measured, 0.0 for what it does not tell.
+/// The first two temperatures at which the spectrum was measured. Tolerated: one that the spectrum does not record,
+/// which counts as 0.0.
 std::pair<double, double> measuredTemperatures(const SpectrumCalibrations::TransformatorPtr& transformator) {
     if (!transformator || familyOf(*transformator) == kvan::calibration::CalibrationFamily::Kite2)
         return {0.0, 0.0};  // KITE 2 has no constants to ask

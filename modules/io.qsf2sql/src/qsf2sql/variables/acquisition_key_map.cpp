@@ -5,6 +5,7 @@
 
 namespace kvan::io::qsf2sql {
 
+// The four fields are compared together and taken as they stand: values that nobody knows make keys as well.
 std::size_t AcquisitionKeyHash::operator()(const AcquisitionKey& key) const {
     std::size_t hash = 0;
     boost::hash_combine(hash, key.polarity);
