@@ -41,7 +41,7 @@ AcquisitionKey keyOf(const QuickInfoRecord& record) {
     return {record.polarity, record.scanMode, record.acquisitionMode, record.msLevel};
 }
 
-using Transformator = std::shared_ptr<calibration::ICalibrationTransformator>;
+using Transformator = std::shared_ptr<kvan::calibration::ICalibrationTransformator>;
 
 // In come quick-info records in file order, one a spectrum, each with its calibration and its precursor masses. What
 // the index pass inserted is updated; a record whose spectrum is not there updates nothing, which is no fault, and its
@@ -165,7 +165,7 @@ private:
     MsMsSteps m_steps;
     cppsqlite::CppSQLite3Statement m_insertTransformator;
     cppsqlite::CppSQLite3Statement m_updateSpectrum;
-    calibration::Transformation::CalibrationTransformatorFactorySerialization m_serialization;
+    kvan::calibration::Transformation::CalibrationTransformatorFactorySerialization m_serialization;
     bool m_missingReferenceReported = false;
     bool m_missingTransformatorReported = false;
 };

@@ -6,7 +6,7 @@
 
 namespace kvan::io::qsf2sql::passes {
 
-using calibration::ICalibrationTransformator;
+using kvan::calibration::ICalibrationTransformator;
 
 namespace {
 
@@ -20,14 +20,14 @@ namespace {
 constexpr std::uint32_t g_scanModeMs = 0;
 constexpr std::uint32_t g_scanModeMsMs = 2;
 
-AcquisitionKey keyOf(const calibration::IMeasurementModeInfo& mode) {
+AcquisitionKey keyOf(const kvan::calibration::IMeasurementModeInfo& mode) {
     return {mode.GetPolarity(), mode.GetScanMode(), mode.GetAcquisitionMode(), mode.GetMSMSLevel()};
 }
 
 }  // namespace
 
 void ReferenceTransformatorMap::populate(const std::vector<std::shared_ptr<KVAN::io::QSF::CalibrationBlock>>& blocks) {
-    const calibration::Transformation::CalibrationTransformatorFactorySerialization serialization;
+    const kvan::calibration::Transformation::CalibrationTransformatorFactorySerialization serialization;
     for (const auto& block : blocks) {
         const std::shared_ptr<ICalibrationTransformator> transformator = serialization.DeserializeFromBlob(block->blob);
         if (!transformator) {

@@ -26,7 +26,7 @@ public:
 
     /// The calibration for `key`, now marked as used, else null. A key of MS^n falls back on MS^1, where scan mode 2
     /// counts as 0.
-    std::shared_ptr<calibration::ICalibrationTransformator> lookup(AcquisitionKey key);
+    std::shared_ptr<kvan::calibration::ICalibrationTransformator> lookup(AcquisitionKey key);
 
     /// Stores the calibrations that were used, those for MS^1 first, and fills the table `ReferenceTransformators`. A
     /// key that `keys` does not hold gets the Id -1.
@@ -37,7 +37,7 @@ private:
     struct Entry {
         AcquisitionKey key;
         std::vector<unsigned char> blob;
-        std::shared_ptr<calibration::ICalibrationTransformator> transformator;
+        std::shared_ptr<kvan::calibration::ICalibrationTransformator> transformator;
         bool isUsed = false;
     };
 
@@ -47,7 +47,7 @@ private:
         std::unordered_map<AcquisitionKey, std::size_t, AcquisitionKeyHash> byKey;
 
         void add(Entry entry);
-        std::shared_ptr<calibration::ICalibrationTransformator> use(const AcquisitionKey& key);
+        std::shared_ptr<kvan::calibration::ICalibrationTransformator> use(const AcquisitionKey& key);
     };
 
     logging::Logger m_logger;
