@@ -34,6 +34,7 @@ endfunction()
 # qsf_tests(NAME SOURCES ... LINKS ...)
 #
 # One GoogleTest program, registered case by case with CTest. It may see the module's private headers.
+# TEST_FILES is the folder of its sources.
 function(qsf_tests name)
     if(NOT QSF2SQL_TESTS)
         return()
@@ -41,6 +42,7 @@ function(qsf_tests name)
     cmake_parse_arguments(ARG "" "" "SOURCES;LINKS" ${ARGN})
     add_executable(${name} ${ARG_SOURCES})
     target_include_directories(${name} PRIVATE "${CMAKE_CURRENT_SOURCE_DIR}/src" "${CMAKE_CURRENT_SOURCE_DIR}/tests")
+    target_compile_definitions(${name} PRIVATE TEST_FILES="${CMAKE_CURRENT_SOURCE_DIR}/tests")
     target_link_libraries(${name} PRIVATE ${ARG_LINKS} test-support GTest::gtest_main qsf_compile_settings)
     gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60
         PROPERTIES TIMEOUT 300 ENVIRONMENT "${QSF2SQL_TEST_ENVIRONMENT}")

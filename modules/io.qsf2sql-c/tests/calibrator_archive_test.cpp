@@ -44,8 +44,6 @@ protected:
         return failure;
     }
 
-    void put(const Bytes& bytes) const { kvan::test::writeFile(archiveFile(), bytes); }
-
     fs::path archiveFile() const { return m_directory / sample::g_archiveName; }
 
     const CalibratorArchive m_archive{
@@ -75,20 +73,16 @@ TEST_F(CalibratorArchiveRoad, LockMassReferenceOrItsOwn) {
     EXPECT_EQ(failureOfReading(1), "No Calibrator.ami opened.");
 }
 
-TEST_F(CalibratorArchiveRoad, ABrokenArchiveIsToldAtTheOpen) {
+TEST_F(CalibratorArchiveRoad, ABrokenArchiveIsNamedAtTheOpen) {
     const std::string expected = "Couldn't open AMI file " + archiveFile().string();
-    const Bytes whole = sample::archiveBytes(m_archive);
-    for (const std::size_t size : {std::size_t{0}, std::size_t{12}, whole.size() / 2, whole.size() - 1}) {
-        put({whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(size)});
-        EXPECT_EQ(failureOfOpening(), expected) << size;
-    }
+    Bytes bytes = sample::archiveBytes(m_archive);
+    bytes.pop_back();
+    kvan::test::writeFile(archiveFile(), bytes);
+    EXPECT_EQ(failureOfOpening(), expected);
     EXPECT_EQ(masses(1), (std::vector<double>{4, 4, 4})) << "not looked at";
     fs::remove(archiveFile());
     fs::create_directory(archiveFile());
     EXPECT_EQ(failureOfOpening(), expected);
-    fs::remove(archiveFile());
-    fs::create_symlink(archiveFile(), archiveFile());
-    EXPECT_EQ(failureOfOpening(), expected) << "a link in a circle";
 }
 
 }  // namespace

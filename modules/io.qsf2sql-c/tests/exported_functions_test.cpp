@@ -43,7 +43,9 @@ TEST_F(ExportedFunctions, CacheFilenameGivesTheSizePassedInOrTheRoomNeeded) {
     EXPECT_EQ(qsf2sql_get_sqlite_cache_filename(nullptr, 0, mainFile().c_str()), needed);
     EXPECT_EQ(qsf2sql_get_sqlite_cache_filename(buffer.data(), needed + 7, mainFile().c_str()), needed + 7);
     EXPECT_EQ(buffer.data(), cacheFile());
+    std::fill(buffer.begin(), buffer.end(), '-');
     EXPECT_EQ(qsf2sql_get_sqlite_cache_filename_v2(buffer.data(), needed, mainFile().c_str(), 1), needed);
+    EXPECT_EQ(buffer.data(), cacheFile());
     EXPECT_EQ(sql("SELECT AllVariables FROM Info"), "1");
 
     EXPECT_EQ(qsf2sql_get_sqlite_cache_filename(buffer.data(), needed, m_directory.string().c_str()), 0u);
@@ -109,29 +111,6 @@ TEST_F(ExportedFunctions, ServeACallerInC) {
     EXPECT_EQ(sum_of_array("/nowhere/analysis.qsf", 1), -1.0);
     ASSERT_TRUE(Storage(mainFile()));
     EXPECT_EQ(sum_of_array(mainFile().c_str(), id("ProfileIntensityId")), 7.0);
-}
-
-TEST_F(ExportedFunctions, DistinctHandlesServeDistinctThreads) {
-    std::vector<SpectrumData> spectra;
-    for (std::uint32_t spectrum = 1; spectrum <= 20; ++spectrum)
-        spectra.push_back({.profile = std::vector<std::uint32_t>(1000, spectrum),
-                           .info = {.calibration = calibrationBlob(1, {1000.0, 1.0, 0.0, 1.0 * spectrum, 0.0})}});
-    const auto locations = write(spectra);
-    ASSERT_TRUE(Storage(mainFile()));
-    const auto readAll = [&] {
-        qsf2sql_set_num_threads(2);
-        const Storage storage(mainFile());
-        for (std::uint32_t index = 0; index < 20; ++index) {
-            const std::uint64_t offset = locations[index].scan;
-            EXPECT_EQ(storage.read<std::uint32_t>(std::uint64_t{66} << 56 | offset),
-                      std::vector<std::uint32_t>(1000, index + 1));
-            EXPECT_EQ(storage.read<double>(std::uint64_t{67} << 56 | offset).size(), 1000u) << lastError();
-        }
-    };
-    boost::thread first(readAll);
-    boost::thread second(readAll);
-    first.join();
-    second.join();
 }
 
 }  // namespace

@@ -50,32 +50,16 @@ protected:
     }
 };
 
-TEST_F(Mz, EveryFamilyByItsLaw) {
+TEST_F(Mz, EveryLineAndPointByItsLawAndItsCorrection) {
     // Time of flight: delay, base, c0, c1, c2. c1 = 4e12 makes the factor under the root 0.25.
-    expectMasses(calibrationBlob(1, {20, 0.5, 1, 4e12, 0}),
-                 [](double i) { return std::pow(i * 0.5 + 20 - 1, 2) / 0.25; });
-    // With c2 = 1: m + sqrt(m / 4) = t, so sqrt(m) = (-0.5 + sqrt(0.25 + 4 t)) / 2.
-    expectMasses(calibrationBlob(1, {20, 0.5, 0, 4e12, 1}),
-                 [](double i) { return std::pow((-0.5 + std::sqrt(0.25 + 4 * (i * 0.5 + 20))) / 2, 2); });
-    // Ion trap: c0, c1, c2, measurements per raw mass, begin raw mass; raw = (i + begin) / measurements.
-    expectMasses(calibrationBlob(4097, {3, 2, 0, 10, 500}), [](double i) { return 3 + 2 * (i + 500) / 10; });
-    expectMasses(calibrationBlob(4097, {3, 2, 0.5, 10, 500}),
-                 [](double i) { return 3 + 2 * (i + 500) / 10 + 0.5 * std::pow((i + 500) / 10, 2); });
-    expectMasses(calibrationBlob(4098, {100, 0.25}), [](double i) { return 100 + 0.25 * i; });
+    const Bytes tof = calibrationBlob(1, {20, 0.5, 1, 4e12, 0});
+    expectMasses(tof, [](double i) { return std::pow(i * 0.5 + 20 - 1, 2) / 0.25; });
+    // Searched: apparent = 1.25 m + 10.
+    expectMasses(corrected(tof, {10, 1.25}),
+                 [](double i) { return (std::pow(i * 0.5 + 20 - 1, 2) / 0.25 - 10) / 1.25; });
 }
 
-TEST_F(Mz, ACorrectionFindsThePreciseMass) {
-    const Bytes straight = calibrationBlob(4098, {100, 0.25});
-    // Searched: apparent = 1.25 m + 10; at first order: apparent = m + 2^-10; beyond 4000: apparent = m + 1010.
-    expectMasses(corrected(straight, {10, 1.25}), [](double i) { return (100 + 0.25 * i - 10) / 1.25; });
-    expectMasses(corrected(straight, {0x1p-10, 1}), [](double i) { return 100 + 0.25 * i - 0x1p-10; });
-    expectMasses(corrected(calibrationBlob(4098, {6000, 1}), {10, 1.25}), [](double i) { return 6000 + i - 1010; });
-    // Ahead of an extension; c1 = 4e12 makes the factor under the root 0.25.
-    const Bytes tof = corrected(calibrationBlob(1, {20, 0.5, 1, 4e12, 0}), {10, 1.25});
-    expectMasses(tof, [](double i) { return (std::pow(i * 0.5 + 20 - 1, 2) / 0.25 - 10) / 1.25; });
-}
-
-TEST_F(Mz, ACorrectionThatIsDamagedIsToldAndEnds) {
+TEST_F(Mz, ACorrectionThatIsDamagedIsNamedAndEnds) {
     const Bytes straight = calibrationBlob(4098, {100, 450});
     const std::string notUnique = "gpx polynomial could not be inverted in a unique way";
     // Where the acquired range has no mass there is no cache.
@@ -105,55 +89,6 @@ TEST_F(Mz, ACorrectionThatIsDamagedIsToldAndEnds) {
     writeWith(cut);
     EXPECT_EQ(Storage(mainFile()).failureOf(id("LineMzId")),
               "ReadAndThrow: fileAccess.Read(pBuffer, Bytes) is false: CTQCBaseException::READ_NUMBER_OF_BYTES");
-}
-
-/// `start` and the values behind it, packed.
-template <class... Values>
-Bytes followedBy(Bytes start, Values... values) {
-    const auto append = [&start](const auto& value) {
-        const auto* const first = reinterpret_cast<const unsigned char*>(&value);
-        std::copy_n(first, sizeof value, std::back_inserter(start));
-    };
-    (append(values), ...);
-    return start;
-}
-
-TEST_F(Mz, LawsOfFragmentSpectraAdaptToTheirParent) {
-    using u16 = std::uint16_t;
-    using u32 = std::uint32_t;
-    // KITE 1, behind the time axis: parent mass, correction time, kite time, calibration parent mass, calib times;
-    // indices, ignore; 1, 0.5 and 0.25, adapted by the mass ratio 4 to 4, 1, 0.25.
-    expectMasses(followedBy(calibrationBlob(7, {20, 0.5, 1, 4e12, 0, 400, 3, 7.5, 100, 1, 50}), 0, 0, u16{1}, u32{104},
-                            u16{3}, 1.0, 0.5, 0.25),
-                 [](double i) {
-                     const double t = i * 0.5 + 17;
-                     return 4 + t + 0.25 * t * t;
-                 });
-    // KITE 2: parent mass, base, the two at calibration; indices, ignore; the global polynomial changes nothing, that
-    // of the parent 100 becomes 20 + 4 w + 0.25 w^2.
-    const auto kite2 = [](double g0, double g1) {
-        return followedBy(followedBy(calibrationBlob(8, {40, 0.5, 1, 4e12, 0, 400, 3, 0, 0}), 0, 0, 1, u16{1}, u16{0},
-                                     u32{100}, u32{148}, u32{0}),
-                          0.0, 0.0, 0.0, u16{0}, u16{2}, u32{32}, g0, g1, 0.0, 0.0, 100.0, u16{0}, u16{3}, u32{32},
-                          10.0, 4.0, 0.5);
-    };
-    expectMasses(kite2(0, 1), [](double i) { return std::pow((-4 + std::sqrt(i * 0.5 + 33)) * 2, 2); });
-    expectMasses(kite2(0.25, 1), [](double i) { return std::pow((-4 + std::sqrt(i * 0.5 + 33)) * 2, 2) - 0.25; });
-    // PSD: full and segment voltage, calibration and parent mass; range, mode; the sum of the second coefficients is
-    // 0.5, the first become 2, 0.5, 2 times 2.5005; the root of the apparent mass is twice the time less c0.
-    expectMasses(followedBy(followedBy(calibrationBlob(6, {20, 0.5, 1, 4e12, 0, 20.25, 2.5, 100, 400}), 4, 100000, 2,
-                                       u32{104}, u32{128}, u32{0}, u16{3}, u16{3}, u16{0}, u16{0}),
-                            0.5, 0.25, 2.0, 0.5, 0.0, 0.0),
-                 [](double i) {
-                     const double s = (i * 0.5 + 19) * 2;
-                     return (2 + 0.5 * s + 2 * s * s) * 2.5005;
-                 });
-    // What makes no law leaves the analysis open.
-    writeWith(followedBy(calibrationBlob(7, {20, 0.5, 1, 4e12, 0, 400, 3, 7.5, 100, 1, 50}), 0, 0, u16{1}, u32{104},
-                         u16{1}, std::nan("")));
-    const Storage storage(mainFile());
-    ASSERT_TRUE(storage) << lastError();
-    EXPECT_EQ(storage.failureOf(id("LineMzId")), "Kite1 InitData(): unexpected error.");
 }
 
 TEST_F(Mz, ReadsDoNotDependOnTheNumberOfThreads) {
@@ -194,7 +129,7 @@ TEST_F(Mz, AProfileWithoutEntriesIsARangeThatEndsAheadOfItsStart) {
               "and first = 0");
 }
 
-TEST_F(Mz, WhatIsMissingInTheCacheIsTold) {
+TEST_F(Mz, WhatIsMissingInTheCacheIsNamed) {
     writeWith(calibrationBlob(4098, {0, 1}));
     ASSERT_TRUE(Storage(mainFile()));
     const std::uint64_t mz = id("LineMzId");

@@ -54,12 +54,7 @@ protected:
         writer.finish();
     }
 
-    void databaseSql(const std::string& statements) const {
-        sqlite3* database = nullptr;
-        sqlite3_open((m_directory / "calibration.sqlite").c_str(), &database);
-        EXPECT_EQ(sqlite3_exec(database, statements.c_str(), nullptr, nullptr, nullptr), SQLITE_OK);
-        sqlite3_close(database);
-    }
+    void databaseSql(const std::string& statements) const { sql(statements, "calibration.sqlite"); }
 
     /// The mass of index 1 in both arrays of the spectrum; 0 if they differ.
     double massOf(int spectrum, int rawCalibration = 0) const {
@@ -130,10 +125,11 @@ TEST_F(Recalibrated, ReferencesServeThePolaritiesThatOccur) {
     EXPECT_EQ(massOf(2), g_negative);
     writeDatabase(0, positive);
     EXPECT_EQ(massOf(1), g_acquired) << "one polarity has none";
-    writeAnalysis({0, 0});
-    EXPECT_EQ(massOf(2), g_positive);
+    writeAnalysis({0, 2});
+    EXPECT_EQ(logOfOpening(), std::vector<std::string>{}) << "a polarity that is none counts as positive";
+    EXPECT_EQ(massOf(1), g_positive);
 
-    // A reference that is not there is told by the read that needs it.
+    // A reference that is not there is named by the read that needs it.
     databaseSql("DELETE FROM RefMzCalibration");
     const Storage storage(mainFile(), 0);
     ASSERT_TRUE(storage) << lastError();
@@ -189,7 +185,7 @@ TEST_F(Recalibrated, TheErrorOfARunIsTakenOut) {
     EXPECT_EQ(mzOf(TofQuadratic, Recalibrations::Database, 0), mzOf(TofQuadratic, Recalibrations::None, 0));
 }
 
-TEST_F(Recalibrated, FaultsAreToldWhereTheyAreFound) {
+TEST_F(Recalibrated, FaultsAreNamedWhereTheyAreFound) {
     writeAnalysis({0});
     writeArchive(1);
     const std::pair<const char*, const char*> atOpen[] = {
@@ -228,17 +224,18 @@ TEST_F(Recalibrated, HandlesOfManyThreadsAreIndependent) {
     writeAnalysis(polarities);
     writeDatabase(static_cast<int>(polarities.size()));
     ASSERT_TRUE(Storage(mainFile(), 1));
-    std::vector<std::uint64_t> ids;
+    std::vector<std::pair<std::uint64_t, std::uint64_t>> ids;
     for (int spectrum = 1; spectrum <= 200; ++spectrum)
-        ids.push_back(id("LineMzId", spectrum));
+        ids.emplace_back(id("LineMzId", spectrum), id("ProfileIntensityId", spectrum));
     std::atomic<int> right = 0;
     std::vector<std::thread> threads;
     for (int thread = 0; thread < 4; ++thread)
         threads.emplace_back([&] {
+            qsf2sql_set_num_threads(2);
             const Storage storage(mainFile(), 0);
-            double mass = 0.0;
-            for (const std::uint64_t id : ids)
-                right += storage.readInto(id, &mass) == 1 && mass == g_frame ? 1 : 0;
+            for (const auto& [mz, profile] : ids)
+                right += storage.read<double>(mz) == std::vector<double>{g_frame} &&
+                         storage.read<float>(profile) == std::vector<float>{1, 2};
         });
     for (std::thread& thread : threads)
         thread.join();
@@ -247,17 +244,16 @@ TEST_F(Recalibrated, HandlesOfManyThreadsAreIndependent) {
 
 TEST_F(Recalibrated, APathWithoutADirectoryMeansTheCurrentOne) {
     writeAnalysis({0});
-    writeArchive(1);
+    writeDatabase(1);
     const fs::path former = fs::current_path();
     fs::current_path(m_directory);
-    const auto massHere = [this] {
-        const Storage storage("analysis.qsf", 0);
-        EXPECT_TRUE(storage) << lastError();
-        return storage.read<double>(id("LineMzId")).at(0);
-    };
-    EXPECT_EQ(massHere(), g_archived);
-    writeDatabase(1);
-    EXPECT_EQ(massHere(), g_frame);
+    char buffer[32] = "";
+    EXPECT_EQ(qsf2sql_get_sqlite_cache_filename(buffer, sizeof buffer, "analysis.qsf"), sizeof buffer);
+    EXPECT_STREQ(buffer, "analysis.sqlite");
+    EXPECT_EQ(Storage("analysis.qsf", 0).read<double>(id("LineMzId")).at(0), g_frame);
+    fs::remove("calibration.sqlite");
+    writeArchive(1);
+    EXPECT_EQ(Storage("analysis.qsf", 0).read<double>(id("LineMzId")).at(0), g_archived);
     fs::current_path(former);
 }
 

@@ -100,12 +100,12 @@ protected:
         return locations;
     }
 
-    /// Runs statements on the cache; gives the first value of the last row as text, "" for none.
-    std::string sql(const std::string& statements) const {
+    /// Runs statements on a database; gives the first value of the last row as text, "" for none.
+    std::string sql(const std::string& statements, const char* name = "analysis.sqlite") const {
         sqlite3* database = nullptr;
         std::string value;
         char* fault = nullptr;
-        EXPECT_EQ(sqlite3_open(cacheFile().c_str(), &database), SQLITE_OK);
+        EXPECT_EQ(sqlite3_open((m_directory / name).c_str(), &database), SQLITE_OK);
         const auto take = [](void* result, int, char** texts, char**) {
             *static_cast<std::string*>(result) = texts[0] != nullptr ? texts[0] : "NULL";
             return 0;

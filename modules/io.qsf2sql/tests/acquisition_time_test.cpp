@@ -1,25 +1,17 @@
 #include "qsf2sql/passes/acquisition_time.h"
 
-#include <stdexcept>
-#include <string>
+#include <test-support/support.h>
+
+#include <array>
+#include <tuple>
 
 #include <gtest/gtest.h>
 
 namespace kvan::io::qsf2sql::passes {
 namespace {
 
-struct Utc {
-    int year, month, day, hour, minute, second, milliseconds, offsetMinutes;
-};
-
-std::string textOf(const Utc& utc) {
-    try {
-        return utcToLocalTimeIso8601(utc.year, utc.month, utc.day, utc.hour, utc.minute, utc.second, utc.milliseconds,
-                                     utc.offsetMinutes);
-    } catch (const std::out_of_range& failure) {
-        return failure.what();
-    }
-}
+/// Year, month, day, hour, minute, second, milliseconds, offset in minutes.
+using Utc = std::array<int, 8>;
 
 TEST(UtcToLocalTimeIso8601, GivesLocalTimeOrNamesTheFirstFieldOutOfRange) {
     const std::string badDay = "Day of month value is out of range 1..31";
@@ -46,8 +38,12 @@ TEST(UtcToLocalTimeIso8601, GivesLocalTimeOrNamesTheFirstFieldOutOfRange) {
         {{0, 0, 0, 0, 0, 0, 0, 1440}, badOffset},
         {{2015, 3, 4, 0, 0, 0, 0, -32768}, badOffset},
     };
-    for (const auto& [utc, text] : cases)
-        EXPECT_EQ(textOf(utc), text);
+    for (const auto& [utc, expected] : cases) {
+        std::string text;
+        text += test::failureOf<std::out_of_range>(
+            [&, &utc = utc] { text = std::apply([](auto... field) { return utcToLocalTimeIso8601(field...); }, utc); });
+        EXPECT_EQ(text, expected);
+    }
 }
 
 }  // namespace

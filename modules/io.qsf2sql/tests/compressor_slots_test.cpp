@@ -100,7 +100,7 @@ TEST(ZLibCompressor, EndsWhereACutStreamEndsAndNamesDamage) {
     damaged[0] = 0;
     EXPECT_EQ(failureOf([&] { unpacked<float>(*coder, damaged); }),
               "An error occurred during zlib inflation: incorrect header check: Unspecified stream error");
-    EXPECT_EQ(unpacked<std::uint32_t>(*coder, whole), (std::vector<std::uint32_t>{1, 2, 3}));  // nothing stays behind
+    EXPECT_EQ(unpacked<std::uint32_t>(*coder, whole), (std::vector<std::uint32_t>{1, 2, 3}));  // nothing is kept
     Bytes longer = whole;
     longer.push_back(7);
     EXPECT_EQ(unpacked<std::uint32_t>(*coder, longer).size(), 3u);

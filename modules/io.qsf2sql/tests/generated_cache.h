@@ -27,7 +27,7 @@ public:
     void generate(bool allVariables = false, const std::unordered_set<std::string>& requested = {}) {
         m_database = std::make_unique<cppsqlite::CppSQLite3DB>();
         m_database->open(":memory:");
-        m_database->execDML("BEGIN TRANSACTION");
+        m_database->execDML(beforeFilling + "BEGIN TRANSACTION");
         CacheGenerator::fillSqlCacheFromQsf(file(".qsf"), *m_database, allVariables, requested);
         m_database->execDML("COMMIT TRANSACTION");
     }
@@ -66,6 +66,7 @@ public:
     }
 
     const test::TemporaryDirectory directory;
+    std::string beforeFilling;  ///< statements
 
 private:
     std::unique_ptr<cppsqlite::CppSQLite3DB> m_database;

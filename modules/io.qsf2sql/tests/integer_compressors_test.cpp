@@ -16,7 +16,7 @@ constexpr char g_vlc[] = "4f1ea0cb-5a6a-43ed-9562-d6d873034577";
 constexpr char g_vli2[] = "7F88e97f-2038-40BA-8f3a-fcA9a9719569";
 constexpr char g_wrongCount[] = "!(originalSize == *integerInDestination)";
 
-/// Head of a second coder's block behind the count.
+/// Head of a second coder's block after the count.
 const std::string g_table = "0000001A 00040506 07090A0B 20 01020304 05060708 09 00000001 0000000A";
 
 /// A head and a stream written down bit by bit.
@@ -38,7 +38,7 @@ std::string repeated(const std::string& text, std::size_t count) {
     return all;
 }
 
-TEST(IntegerCompressors, BlocksAreTheToldBytes) {
+TEST(IntegerCompressors, BlocksAreTheseBytes) {
     const struct {
         const char* id;
         Elements elements;
@@ -57,11 +57,11 @@ TEST(IntegerCompressors, BlocksAreTheToldBytes) {
         {g_vli2, {}, test::fromHex("77EE0000 00000000" + g_table + "0001 000000")},
         {g_vli2, {100, 103, 103, 95}, test::fromHex("77EE0000 04000000" + g_table + "1CC92BC0 0040 000000")},
     };
-    for (const auto& told : cases) {
-        SCOPED_TRACE(told.elements.size());
-        const auto coder = compressor(told.id);
-        EXPECT_EQ(packed(*coder, told.elements), told.block);
-        EXPECT_EQ(unpacked<std::uint32_t>(*coder, told.block), told.elements);
+    for (const auto& row : cases) {
+        SCOPED_TRACE(row.elements.size());
+        const auto coder = compressor(row.id);
+        EXPECT_EQ(packed(*coder, row.elements), row.block);
+        EXPECT_EQ(unpacked<std::uint32_t>(*coder, row.block), row.elements);
     }
     EXPECT_EQ(packed(*compressor(g_vlc), std::vector<std::int32_t>{-1}),
               test::fromHex("A3BC0000 01000000 01FFFFFFFF 0001"));
@@ -69,7 +69,7 @@ TEST(IntegerCompressors, BlocksAreTheToldBytes) {
               test::fromHex("77EE0000 01000000" + g_table + "42000200 0000 000000"));
 }
 
-TEST(VariableVli2, ClassesBeginAndEndWhereTold) {
+TEST(VariableVli2, ClassesBeginAndEndHere) {
     const struct {
         std::uint32_t difference;
         std::string bits;
@@ -88,11 +88,11 @@ TEST(VariableVli2, ClassesBeginAndEndWhereTold) {
         {0x80000000u, "000000001 1" + repeated("0", 31)},
     };
     const auto coder = compressor(g_vli2);
-    for (const auto& told : cases) {
-        Bytes block = stream("77EE0000 01000000" + g_table, told.bits + repeated("0", 15) + "1");
-        EXPECT_EQ(unpacked<std::uint32_t>(*coder, block), Elements{told.difference});
+    for (const auto& row : cases) {
+        Bytes block = stream("77EE0000 01000000" + g_table, row.bits + repeated("0", 15) + "1");
+        EXPECT_EQ(unpacked<std::uint32_t>(*coder, block), Elements{row.difference});
         block.resize((block.size() - 8 + 3) / 4 * 4 + 8 + 3);
-        EXPECT_EQ(packed(*coder, Elements{told.difference}), block);
+        EXPECT_EQ(packed(*coder, Elements{row.difference}), block);
     }
 }
 
@@ -122,11 +122,11 @@ TEST(IntegerCompressors, OddStreamsDecode) {
         {"any magic", g_vlc, test::fromHex("00000000 00000000"), {}},
         {"no raw element first", g_vlc, stream("A2BC0000 01000000", "111110" + end), {15}},
         {"zeros repeat the element", g_vlc, stream("A2BC0000 02000000", raw100 + repeated("0", 16) + end), {100, 100}},
-        {"also behind a class with a base",
+        {"also after a class with a base",
          g_vlc,
          stream("A2BC0000 03000000", raw100 + "0001 0000000 0" + repeated("0", 16) + end),
          {100, 212, 212}},
-        {"a code of the first class behind eight zeros",
+        {"a code of the first class after eight zeros",
          g_vlc,
          stream("A2BC0000 02000000", raw100 + "00000000 00000111" + end),
          {100, 97}},
@@ -134,8 +134,8 @@ TEST(IntegerCompressors, OddStreamsDecode) {
          g_vlc,
          stream("A2BC0000 04000000", raw100 + "0001 0000000 0" + raw100 + "00000000 00000010 0011" + end),
          {100, 212, 100, 0xFFFFFFE3}},
-        {"bytes behind the end", g_vlc, stream("A2BC0000 01000000", raw100 + end + surplus + "1"), {100}},
-        {"no end marker: zero bits up to the word behind the last",
+        {"bytes after the end", g_vlc, stream("A2BC0000 01000000", raw100 + end + surplus + "1"), {100}},
+        {"no end marker: zero bits up to the word after the last",
          g_vlc,
          stream("A2BC0000 03000000", raw100),
          {100, 100, 100}},
@@ -145,7 +145,7 @@ TEST(IntegerCompressors, OddStreamsDecode) {
          g_vli2,
          stream("77EE0000 01000000 00000000", "0000000001" + repeated("0", 32) + "1" + end),
          {0}},
-        {"bytes behind the end", g_vli2, stream("77EE0000 01000000 00000000", "1" + end + surplus + "1"), {0}},
+        {"bytes after the end", g_vli2, stream("77EE0000 01000000 00000000", "1" + end + surplus + "1"), {0}},
         {"runs and single elements beyond a bit each", g_vli2,
          stream("77EE0000 8F130000 00000000", repeated("01 00000"
                                                        "0000000001" +
@@ -164,7 +164,7 @@ TEST(IntegerCompressors, OddStreamsDecode) {
         EXPECT_EQ(unpacked<std::uint32_t>(*compressor(odd.id), odd.block), odd.elements) << odd.name;
 }
 
-TEST(IntegerCompressors, DamageIsToldWithoutTakingMemory) {
+TEST(IntegerCompressors, DamageIsNamedWithoutTakingMemory) {
     const std::string end = repeated("0", 15) + "1";
     const struct {
         const char* id;

@@ -48,7 +48,7 @@ TEST(AnalysisDescriptionBlock, TextsEndWhereTheNextOneStartsWithoutTrailingZeros
     EXPECT_EQ(texts[3], "");
     EXPECT_EQ(texts[4], "zv");
     EXPECT_EQ(texts[5], "") << "text 6 starts at the same place";
-    EXPECT_EQ(texts[6], "") << "text 7 starts ahead of it";
+    EXPECT_EQ(texts[6], "") << "text 7 starts before it";
     EXPECT_EQ(texts[7], Bytes("xyzvwd")) << "up to text 9, text 8 is missing";
     EXPECT_EQ(texts[9], "") << "nothing but zeros";
 
@@ -64,19 +64,27 @@ TEST(AnalysisDescriptionBlock, SerialFallbackIsTruncatedAndSaturates) {
     const std::pair<float, std::int32_t> cases[] = {
         {12.9f, 12}, {-12.9f, -12}, {3e9f, INT32_MAX}, {-INFINITY, INT32_MIN}, {std::nanf(""), -1}};
     for (const auto& [stored, serial] : cases)
-        EXPECT_EQ(readBlock<AnalysisDescriptionBlock>(block(0x3003, 64).set(56, stored)).serialFallback, serial);
+        EXPECT_EQ(readBlock<AnalysisDescriptionBlock>(
+                      block(0x3003, 64).set(offsetof(AnalysisDescriptionRecord, serialFallback), stored))
+                      .serialFallback,
+                  serial);
 }
 
 TEST(InstrumentInfoBlock, ReadsBothTextsAndHoldsTheRestAgainstTheFile) {
-    const Bytes bytes = block(0x0024, 40).set(16, 40u).set(32, std::uint16_t{4}).set(24, 44u).set(36, std::uint16_t{2});
-    const Bytes whole = Bytes(bytes).add(Bytes("A\0\0\0BB", 6));
+    constexpr std::size_t offset = offsetof(InstrumentInfoRecord, textOffset);
+    constexpr std::size_t size = offsetof(InstrumentInfoRecord, textSize);
+    const Bytes head = block(0x0024, 40).set(offset, 40u).set(size, std::uint16_t{4}).set(offset + 8, 44u);
+    const Bytes whole = Bytes(head).set(size + 4, std::uint16_t{2}).add(Bytes("A\0\0\0BB", 6));
     const auto info = readBlock<InstrumentInfoBlock>(whole);
     EXPECT_EQ(info.textA, "A");
     EXPECT_EQ(info.textB, "BB");
-    EXPECT_EQ(readBlock<InstrumentInfoBlock>(Bytes(whole).set(32, std::uint16_t{0})).textA, "");
+    EXPECT_EQ(readBlock<InstrumentInfoBlock>(Bytes(whole).set(size, std::uint16_t{0})).textA, "");
     EXPECT_EQ(failureReading<InstrumentInfoBlock>(whole.cutAt(45)), g_readError);
-    EXPECT_EQ(failureReading<InstrumentInfoBlock>(Bytes(whole).set(20, 45u).set(34, std::uint16_t{2})), g_readError);
-    const Bytes withList = Bytes(whole).set(28, 46u).set(38, std::uint16_t{2});
+    EXPECT_EQ(failureReading<InstrumentInfoBlock>(Bytes(whole).set(offset + 4, 45u).set(size + 2, std::uint16_t{2})),
+              g_readError);
+    const Bytes withList = Bytes(whole)
+                               .set(offsetof(InstrumentInfoRecord, listOffset), 46u)
+                               .set(offsetof(InstrumentInfoRecord, listCount), std::uint16_t{2});
     EXPECT_EQ(failureReading<InstrumentInfoBlock>(Bytes(withList).add(Bytes(47, ' '))), g_readError);
     EXPECT_EQ(readBlock<InstrumentInfoBlock>(Bytes(withList).add(Bytes(48, ' '))).textA, "A");
 }
@@ -100,7 +108,7 @@ TEST(VarTabDescBlock, ReadsEntriesAndRefusesThoseThatHoldLessThanTheyClaim) {
 
     EXPECT_EQ(failureReading<VarTabDescBlock>(Bytes(head).add(variable(7)).sized()), g_readError);
     EXPECT_EQ(failureReading<VarTabDescBlock>(Bytes(head).add(variable(7)).sized().add(variable(9))), g_readError)
-        << "the second one lies behind the block";
+        << "the second one lies after the block";
     // Entries of a few bytes that all claim the same long texts would make gigabytes of a small file.
     Bytes swarm = Bytes(head).set(10, std::uint16_t{65535});
     for (int index = 0; index < 65535; ++index)
@@ -118,8 +126,11 @@ Bytes calibration(const char* text) {
 TEST(AnalysisHeaderBlock, TakesItsPoolByType) {
     const Bytes other = block(0x7777, 9);
     const Bytes pool = calibration("one").add(other).add(description()).add(calibration("two")).add(calibration(""));
-    const Bytes second = description().set(50, std::uint8_t{5});
-    const Bytes whole = block(0x3001, 70).set(16, 70u).set(32, 500u).add(pool).add(second).sized();
+    const Bytes second = description().set(offsetof(AnalysisDescriptionRecord, instrumentSourceType), std::uint8_t{5});
+    constexpr std::size_t poolOffset = offsetof(AnalysisHeaderRecord, poolOffset);
+    constexpr std::size_t textOffset = offsetof(AnalysisHeaderRecord, textOffset);
+    const Bytes head = block(0x3001, 70).set(poolOffset, 70u).set(offsetof(AnalysisHeaderRecord, timebase), 500u);
+    const Bytes whole = Bytes(head).add(pool).add(second).sized();
     const auto header = readBlock<AnalysisHeaderBlock>("+" + whole + calibration("behind"), 1);
     EXPECT_EQ(header.header.timebase, 500u);
     EXPECT_FALSE(header.variables);
@@ -129,8 +140,11 @@ TEST(AnalysisHeaderBlock, TakesItsPoolByType) {
     EXPECT_EQ(header.calibrations[1]->blob, (std::vector<std::uint8_t>{'t', 'w', 'o'}));
     EXPECT_TRUE(header.calibrations[2]->blob.empty());
 
-    EXPECT_FALSE(readBlock<AnalysisHeaderBlock>(Bytes(whole).set(16, 0u)).description) << "no pool";
-    EXPECT_EQ(failureReading<AnalysisHeaderBlock>(Bytes(whole).set(12, 60u).set(24, std::uint16_t{65535})), g_readError)
+    EXPECT_FALSE(readBlock<AnalysisHeaderBlock>(Bytes(whole).set(poolOffset, 0u)).description) << "no pool";
+    EXPECT_EQ(
+        failureReading<AnalysisHeaderBlock>(
+            Bytes(whole).set(textOffset, 60u).set(offsetof(AnalysisHeaderRecord, textSize), std::uint16_t{65535})),
+        g_readError)
         << "the text that nobody uses lies beyond the file";
     EXPECT_EQ(failureReading<AnalysisHeaderBlock>(Bytes(whole).set(70, 11u)), g_readError) << "less than its head";
 }

@@ -43,7 +43,7 @@ public:
     Bytes cutAt(std::size_t count) const { return Bytes(data(), count); }
 };
 
-/// The fixed part of a block with its head filled in and zeros behind it.
+/// The fixed part of a block with its head filled in and zeros after it.
 inline Bytes block(std::uint16_t type, std::size_t fixedSize) {
     return Bytes(fixedSize, '\0').set(4, type).set(6, std::uint16_t{0xBFA0}).sized();
 }

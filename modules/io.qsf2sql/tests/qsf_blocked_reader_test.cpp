@@ -156,20 +156,5 @@ TEST(BlockWalk, SeeksForItselfAndKnowsWhatAContainerHolds) {
     EXPECT_FALSE(walk.next()) << "the end stays the end";
 }
 
-TEST(BlockWalk, AFileWithoutEndMarkerEndsInAReadError) {
-    const Bytes whole = Bytes().add(block(0x2001, 20)).add(container(48)).add(endOfFile());
-    for (std::size_t size = 0; size <= whole.size(); ++size) {
-        int blocks = 0;
-        const auto reader = readerOf(whole.cutAt(size));
-        BlockWalk walk(*reader);
-        const std::string failure = failureOf([&] {
-            for (; walk.next(); ++blocks) {
-            }
-        });
-        EXPECT_EQ(failure, size == whole.size() ? "" : g_readError) << size;
-        EXPECT_EQ(blocks, size < 8 ? 0 : size < 32 ? 1 : 2) << size;
-    }
-}
-
 }  // namespace
 }  // namespace kvan::io

@@ -10,12 +10,12 @@ namespace {
 using namespace KVAN::io::QSF;
 using namespace native_bytes;
 
-Bytes container(const Bytes& entry, std::uint32_t behind = 12) {
+Bytes container(const Bytes& entry, std::uint32_t tail = 12) {
     return Bytes(12, '\0')
         .set(4, std::uint16_t{0x5001})
         .add(entry)
-        .fill(behind, '\0')
-        .set(8, static_cast<std::uint32_t>(12 + entry.size() + behind));
+        .fill(tail, '\0')
+        .set(8, static_cast<std::uint32_t>(12 + entry.size() + tail));
 }
 
 std::vector<std::uint64_t> entrySizes(const Bytes& bytes, const SideFileHead& head) {
@@ -41,7 +41,7 @@ TEST(SideFileScan, EntriesBeginBehindTheBlockThatAnnouncesThem) {
     EXPECT_EQ(failureOf([&] { entrySizes(block(0x7002, 8).add(entries), g_indexFileHead); }), g_readError);
 }
 
-/// The head with a gap behind it, the record, two masses, the calibration bytes "abc".
+/// The head with a gap after it, the record, two masses, the calibration bytes "abc".
 Bytes quickInfo() {
     Bytes record(60, '\0');
     record.set(0, std::uint16_t{71}).set(2, std::uint16_t{60}).set(4, std::uint16_t{68}).set(20, 42u);
@@ -76,10 +76,10 @@ TEST(QuickInfoEntry, ReadsMassesAndCalibrationWhereTheRecordSays) {
     EXPECT_TRUE(readEntry(Bytes(whole).set(g_record + 50, std::uint8_t{0})).masses.empty());
     for (std::size_t size = 0; size < whole.size(); ++size)
         EXPECT_EQ(failureOf([&] { readEntry(whole.cutAt(size)); }), g_readError) << size;
-    const Bytes behind = Bytes(whole).add("the next container");
+    const Bytes longer = Bytes(whole).add("the next container");
     for (const Bytes& beyond :
-         {Bytes(behind).set(g_record, std::uint16_t{72}), Bytes(behind).set(g_record + 2, std::uint16_t{64}),
-          Bytes(behind).set(4, std::uint16_t{30})})
+         {Bytes(longer).set(g_record, std::uint16_t{72}), Bytes(longer).set(g_record + 2, std::uint16_t{64}),
+          Bytes(longer).set(4, std::uint16_t{30})})
         EXPECT_EQ(failureOf([&] { readEntry(beyond); }), g_readError) << "reaches beyond its container";
 }
 

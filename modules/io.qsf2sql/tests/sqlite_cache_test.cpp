@@ -205,7 +205,8 @@ TEST_F(SqliteCache, FailedBuildLeavesNothingOrAnEmptyDatabase) {
     };
     const std::pair<CacheFill, std::string> cases[] = {
         {[](auto&&...) { throw Qsf2SqlFileFormatError("bad file"); }, "bad file"},
-        {[](auto&&...) { throw std::runtime_error("bad order"); }, "bad order"},
+        {[](auto&&...) { throw Qsf2SqlCannotOpenFileError("no extra file"); }, "no extra file"},
+        {[](auto&&...) { throw std::logic_error("bad law"); }, "bad law"},
         {fillTooMuch, "Caught unexpected CppSQLite3Exception: SQLITE_FULL[13]: database or disk is full"},
     };
     for (const auto& [fill, words] : cases) {

@@ -55,12 +55,8 @@ TEST_F(VariableDescriptionsTest, TwoDeclarationsOfOneIdFail) {
                                                  {300, 5, false, "Other"},
                                                  {300, 5, false, second}}})
             .finish();
-        try {
-            generate(true);
-            ADD_FAILURE() << second;
-        } catch (const cppsqlite::CppSQLite3Exception& fault) {
-            EXPECT_EQ(fault.errorCode(), 19);
-        }
+        EXPECT_EQ(test::failureOf([&] { generate(true); }),
+                  "SQLITE_CONSTRAINT[19]: UNIQUE constraint failed: SupportedVariables.Variable");
     }
 }
 
@@ -79,12 +75,7 @@ TEST(VariableDescriptions, LookupsGiveTheFirst) {
     EXPECT_EQ(descriptions.find(42), nullptr);
     EXPECT_EQ(descriptions.getVariableType("A"), qsf2sql::VariableType::Double);
     EXPECT_EQ(descriptions.getVariableType("Digitizer_Summation"), qsf2sql::VariableType::NotDeclared);
-    try {
-        descriptions.getVariableType("a");
-        ADD_FAILURE();
-    } catch (const std::runtime_error& fault) {
-        EXPECT_STREQ(fault.what(), "Variable not supported.");
-    }
+    EXPECT_EQ(test::failureOf([&] { descriptions.getVariableType("a"); }), "Variable not supported.");
 }
 
 TEST(Windows1252, EveryByteIsACharacter) {

@@ -71,9 +71,12 @@ TEST_F(VariableSettingsTest, WhatASettingMayGetWrong) {
     AnalysisWriter writer(directory, {.variables = everyType()});
     writer.addSegment(variableTables(everyValue()) + variableTables({{101, 1.5}, {7, 7.0}}, VariableKey{}) +
                       variableTables({{101, 2.5}, {100, 1}}, VariableKey{}));
-    for (const double value : {1.0, 2.0})  // the second one holds less, since the first of each kind counts
-        writer.addSpectrum({.pool = variableTables({{101, value}, {101, 9.0}, {102, "a"}, {102, "b"}}) +
+    for (const double value : {1.0, 2.0}) {  // the second one holds less, since the first of each kind counts
+        std::vector<VariableSetting> repeated(40, {101, 9.0});
+        repeated[0].value = value;
+        writer.addSpectrum({.pool = variableTables(repeated) + variableTables({{102, "a"}, {102, "b"}}) +
                                     variableTables({{100, 1}, {102, "c"}})});
+    }
     writer.addSpectrum({.pool = variableTables({{102, 1}, {100, "x"}, {111, std::vector<std::int32_t>{1}}})});
     writer.finish();
     std::string expected;
@@ -117,6 +120,24 @@ TEST_F(VariableSettingsTest, AValueOfAnotherTypeThanTheFirstOfItsNameEndsTheGene
     writer.addSpectrum({.pool = variableTables({{301, 1.0}})});
     writer.finish();
     EXPECT_THROW(generate(true), std::bad_cast);
+}
+
+TEST_F(VariableSettingsTest, OnlyARepeatedSettingIsPassedOverAndNoOtherFault) {
+    AnalysisWriter writer(directory, {.variables = {{300, Double, true, "A"}}});
+    for (int spectrum = 0; spectrum < 30; ++spectrum)
+        writer.addSpectrum({.pool = variableTables({{300, std::vector<double>(1000)}})});
+    writer.finish();
+    std::string fault;
+    for (int pages = 60; pages < 200; ++pages) {
+        beforeFilling = "PRAGMA max_page_count=" + std::to_string(pages) + ";";
+        fault = test::failureOf([&] { generate(true); });
+        if (fault.empty())
+            break;
+        EXPECT_EQ(fault, "SQLITE_FULL[13]: database or disk is full");
+    }
+    EXPECT_EQ(fault, "");
+    EXPECT_EQ(rows("SELECT count(*) FROM PerSpectrumVariables"), "30")
+        << "the first size that is enough has room for all";
 }
 
 TEST_F(VariableSettingsTest, ConditionsAreReadBeforeTheirNumbersAreTested) {

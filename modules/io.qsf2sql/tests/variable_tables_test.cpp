@@ -63,9 +63,11 @@ TEST(VarTabBlocks, EveryKindReadsItsEntries) {
     EXPECT_EQ(dataIn<VarTabVectors<double>>(table(0x0012, 3, vectors)), "1:12345678and more 2: 3: ");
     EXPECT_EQ(dataIn<KeyedVarTabVectors<int>>(table(0x0021, 1, vectors, "abcd")), "1:12345678 ");
     EXPECT_EQ(dataIn<KeyedVarTabVectors<double>>(table(0x0022, 1, vectors, "abcd")), "1:12345678and more ");
-    const Bytes lists = dataEntry(1, 2, Bytes("one\0two", 7)).add(dataEntry(2, 2, Bytes("one\0two\0", 8)));
-    EXPECT_EQ(dataIn<VarTabVectors<std::string>>(table(0x0013, 2, lists)), std::string("1:one\0two 2: ", 13))
-        << "a zero byte behind the last text is one text more";
+    const Bytes lists = dataEntry(1, 2, Bytes("one\0two", 7))
+                            .add(dataEntry(2, 2, Bytes("one\0two\0", 8)))
+                            .add(dataEntry(3, 3, Bytes("one\0two", 7)));
+    EXPECT_EQ(dataIn<VarTabVectors<std::string>>(table(0x0013, 3, lists)), std::string("1:one\0two 2: 3: ", 16))
+        << "a zero byte after the last text is one text more, and less than claimed is none";
     EXPECT_EQ(dataIn<KeyedVarTabVectors<std::string>>(table(0x0023, 1, lists, "abcd")), std::string("1:one\0two ", 10));
 }
 
@@ -84,7 +86,7 @@ TEST(VarTabBlocks, ClaimsThatCannotBeTrueAreReadErrors) {
         EXPECT_EQ(failureReading<VarTabValues>(Bytes(values).set(12, count)), g_readError) << count;
         EXPECT_EQ(failureReading<VarTabStrings>(Bytes(texts).set(12, count)), g_readError) << count;
     }
-    EXPECT_EQ(failureReading<VarTabValues>(Bytes(values).set(0, 35u)), g_readError) << "behind the block's end";
+    EXPECT_EQ(failureReading<VarTabValues>(Bytes(values).set(0, 35u)), g_readError) << "beyond the block";
     EXPECT_EQ(failureReading<VarTabValues>(Bytes(values).set(8, 4294967295u)), g_readError);
     for (const int size : {0, 7, 23, 65535})
         EXPECT_EQ(failureReading<VarTabStrings>(Bytes(texts).set(16, static_cast<std::uint16_t>(size))), g_readError)
