@@ -1,4 +1,7 @@
 #include <sample-analysis/analysis_writer.h>
+#include <sample-analysis/archive_writer.h>
+#include <sample-analysis/calibration_database_writer.h>
+#include <sample-analysis/packing.h>
 #include <test-support/support.h>
 
 #include <gtest/gtest.h>
@@ -158,17 +161,30 @@ TEST_F(AnalysisWriterTest, EveryLayoutOfLines) {
 
 TEST_F(AnalysisWriterTest, RefusesWhatTheFormatCannotSay) {
     AnalysisWriter writer(m_directory);
-    EXPECT_THROW(writer.addSpectrum({.lines = LineData{.index = {{1.0, 2.0}}, .snr = {{1.0}}}}), std::invalid_argument);
-    EXPECT_THROW(writer.addSpectrum({.info = {.calibration = Bytes(2)}}), std::invalid_argument);
-    EXPECT_ANY_THROW(writer.addSpectrum({.info = {.calibration = Bytes(70000)}}));
-    EXPECT_ANY_THROW(MainFileWriter(m_directory / "x.qsf").compressionInfo({"no guid"}));
+    const auto failureOf = [&](const SpectrumData& spectrum) {
+        return test::failureOf([&] { writer.addSpectrum(spectrum); });
+    };
+    EXPECT_EQ(failureOf({.lines = LineData{.index = {{1.0, 2.0}}, .snr = {{1.0}}}}),
+              "Line fields of different lengths.");
+    EXPECT_EQ(failureOf({.info = {.calibration = Bytes(2)}}), "Calibration without its head.");
+    EXPECT_EQ(failureOf({.info = {.calibration = Bytes(70000)}}), "bad numeric conversion: positive overflow");
+    EXPECT_EQ(test::failureOf([&] { MainFileWriter(m_directory / "x.qsf").compressionInfo({"no guid"}); }),
+              "invalid uuid string");
     EXPECT_THROW(AnalysisWriter(m_directory / "analysis.qsf"), fs::filesystem_error);
     fs::create_directories(m_directory / "taken" / "analysis.qsf");
-    EXPECT_THROW(AnalysisWriter(m_directory / "taken"), std::runtime_error);
-    if (fs::exists("/dev/full")) {
-        MainFileWriter full("/dev/full");
-        EXPECT_THROW(full.finish(), std::runtime_error);
-    }
+    const fs::path taken = m_directory / "taken" / "analysis.qsf";
+    EXPECT_EQ(test::failureOf([&] { AnalysisWriter(m_directory / "taken"); }), "Can't write file: " + taken.string());
+    fs::create_directories(m_directory / "taken" / g_archiveName);
+    EXPECT_EQ(test::failureOf([&] { writeArchive(m_directory / "taken", {}); }),
+              "Can't write file: " + (m_directory / "taken" / g_archiveName).string());
+    EXPECT_EQ(test::failureOf([] { guidOf(Compressor::None); }), "No compressor, no GUID.");
+    CalibrationDatabaseWriter database(m_directory);
+    EXPECT_EQ(test::failureOf([&] {
+                  database.addFrame(1, {.numbers = {{}, {}, {}, {}, {}, {}, {}, {}, {}, {}}});
+              }),
+              "A calibration has nine numbers at most.");
+    MainFileWriter full("/dev/full");
+    EXPECT_EQ(test::failureOf([&] { full.finish(); }), "Can't write file: /dev/full");
 }
 
 }  // namespace

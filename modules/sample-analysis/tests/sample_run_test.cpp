@@ -1,14 +1,20 @@
+#include <cppsqlite/CppSQLite3.h>
+#include <qsf2sql/storage.h>
 #include <sample-analysis/sample_run.h>
 #include <test-support/support.h>
 
-#include <string>
+#include <iomanip>
+#include <numeric>
+#include <sstream>
 
 #include <gtest/gtest.h>
 
 namespace kvan::sample {
 namespace {
 
-/// The bytes of the three files of a run, one behind the other.
+namespace fs = boost::filesystem;
+
+/// The bytes of the three files of a run, one after the other.
 std::string bytesOfRun(const SampleRunParameters& parameters) {
     const test::TemporaryDirectory directory;
     writeSampleRun(directory, parameters);
@@ -18,22 +24,58 @@ std::string bytesOfRun(const SampleRunParameters& parameters) {
     return bytes;
 }
 
-/// FNV-1a, 64 bits.
-std::uint64_t hashOf(const std::string& bytes) {
-    std::uint64_t hash = 0xCBF29CE484222325;
-    for (const char byte : bytes)
-        hash = (hash ^ static_cast<unsigned char>(byte)) * 0x100000001B3;
-    return hash;
+/// A line for each spectrum: number, segment, seconds, level, polarity, precursor, the last constants of its blob;
+/// number of lines, first and last m/z, sum of intensities; sum of the profile. Then the sizes of the stores.
+std::string summaryOf(const SampleRunParameters& parameters) {
+    const test::TemporaryDirectory directory;
+    const fs::path mainFile = writeSampleRun(directory, parameters);
+    fs::path cache;
+    bool isTemporary = false;
+    const auto database = io::Qsf2Sql::getValidSQLiteCache(mainFile, cache, &isTemporary, {});
+    io::Qsf2Sql storage(mainFile, std::nullopt, {});
+    const auto read = [&](std::int64_t signedId) {
+        const auto id = static_cast<std::uint64_t>(signedId);
+        std::vector<double> values(storage.getArrayLength(id));
+        storage.readArrayData(id, values.data());
+        return values;
+    };
+    const auto sumOf = [](const auto& values) { return std::accumulate(values.begin(), values.end(), 0.0); };
+    std::ostringstream text;
+    text << std::setprecision(10);
+    for (auto row = database->execQuery(
+             "SELECT s.Id, Segment, Rt, MsLevel + 1, Polarity, (SELECT Mass FROM Steps WHERE TargetSpectrum = s.Id), "
+             "LineMzId, LineIntensityId, ProfileIntensityId, Blob FROM Spectra s JOIN AcquisitionKeys k ON k.Id = "
+             "AcquisitionKey JOIN Transformators t ON t.Id = TransformatorId");
+         !row.eof(); row.nextRow()) {
+        for (const int column : {0, 1, 2, 3, 4, 5})
+            text << (row.fieldIsNull(column) ? "-" : row.fieldValue(column)) << ' ';
+        int size = 0;
+        const unsigned char* const blob = row.getBlobField(9, size);
+        double last[2];
+        std::memcpy(last, blob + size - 16, 16);
+        text << last[0] << ' ' << last[1] << "; ";
+        const auto masses = read(row.getInt64Field(6));
+        text << masses.size() << ' ' << masses.front() << ' ' << masses.back() << ' ';
+        text << sumOf(read(row.getInt64Field(7))) << "; ";
+        text << (row.fieldIsNull(8) ? 0.0 : sumOf(read(row.getInt64Field(8)))) << '\n';
+    }
+    for (const char* name : {"analysis.qsf", "calibration.sqlite", "Calibrator.ami"})
+        if (fs::exists(directory / name))
+            text << name << ' ' << fs::file_size(directory / name) << '\n';
+    return text.str();
 }
 
-TEST(SampleRun, BytesDependOnTheParametersAlone) {
-    const SampleRunParameters parameters{
-        .spectra = 60, .points = 5000, .profiles = Profiles::All, .polarities = Polarities::Both, .segments = 3};
+TEST(SampleRun, EveryNumberIsTheSameOnEveryMachine) {
+    const SampleRunParameters parameters{.spectra = 14,
+                                         .calibration = CalibrationFamily::TofCompensatedSeveral,
+                                         .points = 2000,
+                                         .maxLines = 30,
+                                         .polarities = Polarities::Both,
+                                         .segments = 3,
+                                         .recalibrations = Recalibrations::Archive};
+    EXPECT_EQ(summaryOf(parameters), test::readFile(TEST_FILES "/sample_run.txt"));
     const std::string bytes = bytesOfRun(parameters);
     EXPECT_EQ(bytes, bytesOfRun(parameters));
-    // The same on every machine and with every compiler; changes only with the run itself.
-    EXPECT_EQ(hashOf(bytes), 15209119080149687743U);
-
     SampleRunParameters otherSeed = parameters;
     otherSeed.seed = 2;
     EXPECT_NE(bytes, bytesOfRun(otherSeed));
@@ -53,9 +95,15 @@ TEST(SampleRun, RunsOfAllShapesEnd) {
                                      .segments = 20})
                              .empty());
     }
-    EXPECT_THROW(bytesOfRun({.points = 1}), std::invalid_argument);
-    EXPECT_THROW(bytesOfRun({.mzLower = 500.0, .mzUpper = 500.0}), std::invalid_argument);
-    EXPECT_THROW(bytesOfRun({.segments = 0}), std::invalid_argument);
+    const auto failure = [](const SampleRunParameters& parameters) {
+        return test::failureOf<std::invalid_argument>([&] { bytesOfRun(parameters); });
+    };
+    const std::string noAxis = "No m/z range or too few data points.";
+    EXPECT_EQ(failure({.points = 1}), noAxis);
+    EXPECT_EQ(failure({.mzLower = 500.0, .mzUpper = 500.0}), noAxis);
+    EXPECT_EQ(failure({.mzLower = 0.0}), noAxis);
+    EXPECT_EQ(failure({.segments = 0}), "A run needs a segment and peptides.");
+    EXPECT_EQ(failure({.coelutingPeptides = 0.0}), "A run needs a segment and peptides.");
 }
 
 }  // namespace
