@@ -1,12 +1,12 @@
 #include "calibration-reader/calibration_database.h"
 
+#include "calibration-reader/failure.h"
+
 #include <cppsqlite/plain_tables.h>
 #include <cppsqlite/simple_checked_query.h>
 #include <sysutils/platform.h>
 
 #include <boost/filesystem/operations.hpp>
-#include <boost/throw_exception.hpp>
-#include <stdexcept>
 
 // The file comes from somewhere, may be written by somebody at this moment, and may lie where nothing can be written.
 // So: nothing of its schema is run before it is known to be plain tables; locks are waited for; and a database whose
@@ -20,10 +20,6 @@ namespace fs = boost::filesystem;
 using cppsqlite::CppSQLite3DB;
 
 constexpr int g_busyTimeout = 15000;  // milliseconds
-
-[[noreturn]] void fail(const std::string& text) {
-    BOOST_THROW_EXCEPTION(std::runtime_error(text));
-}
 
 /// Reads nothing yet.
 std::unique_ptr<CppSQLite3DB> connect(const fs::path& file, CppSQLite3DB::OpenMode mode) {

@@ -1,12 +1,12 @@
 #include "calibration-reader/calibration_reader_sqlite_impl.h"
 
+#include "calibration-reader/failure.h"
+
 #include <calibration-core/temperaturecompensation/TemperatureCompensationInfo.h>
 #include <cppsqlite/simple_checked_query.h>
 #include <cppsqlite/sql_text.h>
 
 #include <boost/filesystem/path.hpp>
-#include <boost/throw_exception.hpp>
-#include <stdexcept>
 
 // The members are made in the order of the checks: version, state, tables, digitizer constants; the first that fails
 // ends the construction. References are read once a polarity and shared; a failed load is tried again at the next call.
@@ -19,10 +19,6 @@ namespace {
 namespace compensation = ::kvan::calibration::TemperatureCompensation;
 using cppsqlite::CppSQLite3DB;
 using cppsqlite::simpleCheckedQuery;
-
-[[noreturn]] void fail(const std::string& text) {
-    BOOST_THROW_EXCEPTION(std::runtime_error(text));
-}
 
 void checkSchemaVersion(CppSQLite3DB& database) {
     const auto major =

@@ -1,9 +1,8 @@
+#include "calibration-reader/failure.h"
+
 #include <calibration-access/calibration_state_selector.h>
 #include <cppsqlite/simple_checked_query.h>
 #include <cppsqlite/sql_text.h>
-
-#include <boost/throw_exception.hpp>
-#include <stdexcept>
 
 // One query decides which state of a calibration database is taken; its text is shown when it finds nothing. A state
 // fits an analysis when it has a calibration for each spectrum, or a reference for each polarity that occurs. Keys and
@@ -12,10 +11,6 @@
 namespace kvan::io::calibration {
 
 namespace {
-
-[[noreturn]] void fail(const std::string& text) {
-    BOOST_THROW_EXCEPTION(std::runtime_error(text));
-}
 
 std::string order(bool descending) {
     return std::string(" ORDER BY Id ") + (descending ? "DESC" : "ASC") + " LIMIT 1";
