@@ -107,6 +107,10 @@ TEST_F(HostTest, UnusableConfigurationIsToldAndLeadsToTheDefault) {
         EXPECT_EQ(textsOf(m_output).count("thread 0 0."), 1u) << environment;
     }
     EXPECT_FALSE(boost::filesystem::exists(at("beside.log")));
+    boost::filesystem::remove(at("kvan-logconf.xml"));
+    boost::filesystem::create_directory(at("kvan-logconf.xml"));
+    EXPECT_EQ(run("lines 1 1"), 0);
+    EXPECT_NE(m_errors.find("kvan-logconf.xml:\n The file cannot be opened\n"), std::string::npos) << m_errors;
 }
 
 TEST_F(HostTest, NoLineIsLostOrTornWhoeverWrites) {

@@ -54,8 +54,12 @@ TEST_F(SinksTest, BackupsFormARingOrMoveOn) {
         {"unknown", "e d b c", "f d e c"},
     };
     for (const auto& [type, afterFive, afterSix] : cases) {
+        ::testing::internal::CaptureStderr();
         open("<max-file-size> 100 </max-file-size><max-backups>3</max-backups><rolling-type>" + std::string(type) +
              "</rolling-type>");
+        EXPECT_EQ(::testing::internal::GetCapturedStderr().find("ERROR Invalid rolling-type provided: unknown") ==
+                      std::string::npos,
+                  std::string(type) != "unknown");
         write('a', 10240);
         EXPECT_EQ(marks(), "a - - -") << "at the limit";
         write('a', 1);
