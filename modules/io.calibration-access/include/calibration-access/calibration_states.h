@@ -1,5 +1,6 @@
 #pragma once
 
+#include <calibration-access/calibration_state_selector.h>
 #include <sysutils/boost_fwd.h>
 
 #include <cstdint>
@@ -22,5 +23,15 @@ struct CalibrationStateSummary {
 /// The states of the calibration database in the directory by their Ids; none without a database. Throws as
 /// `CalibrationReaderSqlite::find`.
 std::vector<CalibrationStateSummary> readCalibrationStates(const boost::filesystem::path& analysisDirectory);
+
+/// What a state lacks to fit the analysis that a selector was told about; nothing if it fits.
+struct CalibrationStateShortfall {
+    bool spectra = false;   ///< it does not map each spectrum from 1 to the highest
+    bool positive = false;  ///< it has no reference for the positive polarity, which occurs
+    bool negative = false;  ///< the same for the negative polarity
+};
+
+/// By the rule of `CalibrationStateSelector`, of a selector that names neither a key nor a source.
+CalibrationStateShortfall shortfallOf(const CalibrationStateSummary& state, const CalibrationStateSelector& selector);
 
 }  // namespace kvan::io::calibration

@@ -36,4 +36,11 @@ std::vector<CalibrationStateSummary> readCalibrationStates(const boost::filesyst
     return states;
 }
 
+CalibrationStateShortfall shortfallOf(const CalibrationStateSummary& state, const CalibrationStateSelector& selector) {
+    if (state.hasFrameCalibrators)
+        return {.spectra = state.mappedFrames != selector.frameCount || state.highestFrame != selector.frameCount};
+    return {.positive = selector.hasPositive && !state.hasPositiveReference,
+            .negative = selector.hasNegative && !state.hasNegativeReference};
+}
+
 }  // namespace kvan::io::calibration

@@ -5,11 +5,9 @@
 #include "qsf2sql/cache_generator.h"
 
 #include <compression/compressor_registry.h>
-#include <cppsqlite/simple_checked_query.h>
 #include <qsf2sql/errors.h>
 #include <sysutils/platform.h>
 
-#include <boost/filesystem/operations.hpp>
 #include <boost/throw_exception.hpp>
 #include <boost/uuid/string_generator.hpp>
 
@@ -28,12 +26,11 @@ Qsf2SqlImpl::Qsf2SqlImpl(const logging::Logger& logger, const boost::filesystem:
     : m_logger(logger),
       m_idLogger(logging::Logger::getLogger("kvan.io.qsf2sql.id")),
       m_qsfFile(qsfFile),
-      m_reader(qsfFile, QSFBlockedReader::Access::Arrays),
-      m_calibrationPrefs(calibrationPrefs) {
+      m_reader(qsfFile, QSFBlockedReader::Access::Arrays) {
     try {
         openCache(variablesPrefs);
         initCompressor();
-        initCalibrationReader();
+        initCalibrationReader(calibrationPrefs);
     } catch (const cppsqlite::CppSQLite3Exception& fault) {
         BOOST_THROW_EXCEPTION(Qsf2SqlCacheError(std::string("CppSQLite3Exception: ") + fault.what()));
     }
@@ -63,57 +60,20 @@ void Qsf2SqlImpl::initCompressor() {
         m_compressor = compression::getCompressor(boost::uuids::string_generator()(m_compressorId));
 }
 
-// The database beats the archive: the archive is looked for only where the database has no state that fits. Of the two
-// readers one is kept at most; with none, the calibrations stored at acquisition are in force, which is worth a line
-// only to somebody who wanted another.
-void Qsf2SqlImpl::initCalibrationReader() {
-    const boost::filesystem::path directory = m_qsfFile.parent_path();
-    if (m_calibrationPrefs.stateSelector) {
-        completeStateSelector();
-        m_calibrationReader = calibration::CalibrationReaderSqlite::find(directory, *m_calibrationPrefs.stateSelector);
-        if (!m_calibrationReader) {
-            KVAN_LOG(m_logger, INFO) << "no state found in CalibrationReaderSqlite";
-        }
-    }
-    if (!m_calibrationReader && m_calibrationPrefs.useCalibratorAmi) {
-        openCalibratorAmi(directory / "Calibrator.ami");
-        if (!m_amiReader) {
-            KVAN_LOG(m_logger, INFO) << "no state found in Calibrator.ami";
-        }
-    }
-    const bool wanted = m_calibrationPrefs.stateSelector || m_calibrationPrefs.useCalibratorAmi;
-    if (wanted && !m_calibrationReader && !m_amiReader) {
+// Each store that was asked in vain has its line at once, before what the next one logs. With no store in force the
+// calibrations stored at acquisition are, which is worth a line only to somebody who wanted another.
+void Qsf2SqlImpl::initCalibrationReader(const CalibrationPrefs& prefs) {
+    using qsf2sql::recalibration::Store;
+    m_calibrationChoice =
+        qsf2sql::recalibration::chooseCalibration(m_qsfFile.parent_path(), prefs, *m_database, [this](Store store) {
+            KVAN_LOG(m_logger, INFO) << "no state found in "
+                                     << (store == Store::Database ? "CalibrationReaderSqlite" : "Calibrator.ami");
+        });
+    const bool wanted = prefs.stateSelector || prefs.useCalibratorAmi;
+    if (wanted && m_calibrationChoice.isNative()) {
         KVAN_LOG(m_logger, INFO) << "no re-calibration found; using calibration state from QSF";
     }
-    m_calibrations.emplace(*m_database, m_amiReader.get(), m_calibrationReader.get());
-}
-
-// Anything at this place but nothing counts as an archive. One that cannot be read fails the open: whoever wants
-// re-calibrated m/z must not get others without knowing.
-void Qsf2SqlImpl::openCalibratorAmi(const boost::filesystem::path& file) {
-    boost::system::error_code ignored;
-    if (boost::filesystem::status(file, ignored).type() == boost::filesystem::file_not_found)
-        return;
-    m_amiReader = std::make_unique<CalibratorAmiReader>();
-    if (!m_amiReader->open(file))
-        BOOST_THROW_EXCEPTION(std::runtime_error("Couldn't open AMI file " + sys::pathToUtf8(file)));
-}
-
-// Which state of the database fits depends on the polarities and the number of spectra, of which the cache knows. A
-// polarity that is not negative counts as positive.
-void Qsf2SqlImpl::completeStateSelector() {
-    if (!m_calibrationPrefs.stateSelector->needsAnalysisInfo())
-        return;
-    bool positive = false;
-    bool negative = false;
-    auto polarities = m_database->execQuery("SELECT Polarity FROM AcquisitionKeys");
-    if (polarities.eof())
-        BOOST_THROW_EXCEPTION(std::runtime_error("Missing polarity information!"));
-    for (; !polarities.eof(); polarities.nextRow())
-        (polarities.getIntField(0) == POLARITY_NEGATIVE ? negative : positive) = true;
-    polarities.finalize();
-    const auto spectra = cppsqlite::simpleCheckedQuery<std::int64_t>(*m_database, "SELECT MAX(Id) FROM Spectra");
-    m_calibrationPrefs.stateSelector->setAnalysisInfo(spectra, positive, negative);
+    m_calibrations.emplace(*m_database, m_calibrationChoice.archive.get(), m_calibrationChoice.database.get());
 }
 
 }  // namespace kvan::io

@@ -3,11 +3,10 @@
 #include "qsf2sql/qsflib/ScanSpectrumBlock.h"
 #include "qsf2sql/recalibration/spectrum_calibrations.h"
 
-#include <calibration-access/calibration_reader_sqlite.h>
-#include <calibrator-ami-reader/calibrator_ami_reader.h>
 #include <compression/icompressor.h>
 #include <cppsqlite/CppSQLite3.h>
 #include <qsf2sql/array_id.h>
+#include <qsf2sql/calibration_choice.h>
 #include <qsf2sql/calibration_prefs.h>
 #include <qsf2sql/qsf_blocked_reader.h>
 #include <qsf2sql/variables_prefs.h>
@@ -49,9 +48,7 @@ public:
 private:
     void openCache(const VariablesPrefs& variablesPrefs);
     void initCompressor();
-    void initCalibrationReader();
-    void completeStateSelector();
-    void openCalibratorAmi(const boost::filesystem::path& file);
+    void initCalibrationReader(const CalibrationPrefs& prefs);
 
     void traceId(ArrayId id, const char* what) const;
     const StoredArray& lineField(ArrayId id);
@@ -78,9 +75,7 @@ private:
     std::uint64_t m_lastLineId = 0;  // no Id is 0
     std::vector<double> m_doubles;   // line fields and m/z on their way; keep their capacity
     std::vector<float> m_floats;
-    CalibrationPrefs m_calibrationPrefs;
-    std::unique_ptr<CalibratorAmiReader> m_amiReader;  // one of the two at most
-    std::unique_ptr<calibration::CalibrationReaderSqlite> m_calibrationReader;
+    qsf2sql::recalibration::CalibrationChoice m_calibrationChoice;
     std::optional<qsf2sql::recalibration::SpectrumCalibrations> m_calibrations;
 };
 
