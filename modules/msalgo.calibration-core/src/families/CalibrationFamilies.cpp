@@ -14,6 +14,14 @@ const FamilyRow* findRow(CalibrationFamily family) {
     return row != std::end(FamilyTable::g_rows) ? row : nullptr;
 }
 
+FoundBlobType findBlobType(std::uint16_t type) {
+    for (const FamilyRow& row : FamilyTable::g_rows)
+        for (const BlobType& candidate : row.blobs->types)
+            if (candidate.type == type)
+                return {&row, &candidate};
+    return {nullptr, nullptr};
+}
+
 CalibrationFamilyTraits traitsOf(CalibrationFamily family) {
     const FamilyRow* const row = findRow(family);
     return row != nullptr ? row->traits : CalibrationFamilyTraits{family, family, HeldConstants::OfTheLaw};

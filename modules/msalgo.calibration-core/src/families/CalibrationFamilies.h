@@ -1,9 +1,11 @@
 #pragma once
 
+#include <calibration-core/interfaces/CalibrationBlobDescription.h>
 #include <calibration-core/interfaces/CalibrationFamily.h>
 #include <calibration-core/interfaces/ICalibrationTransformatorFactory.h>
 
 #include <cstdint>
+#include <optional>
 #include <span>
 
 namespace kvan::tqclegacy::CALIBRATION {
@@ -36,11 +38,19 @@ struct LawOfConstants {
 /// What a blob holds after its head: the block alone, or the block with the measurement mode of a reference.
 enum class BlobForm { Plain, Reference };
 
-/// A type of blob: how its block and the arrays of it are read, from the position of the access on.
+/// What the constants of a block make of its family.
+struct BlockDescription {
+    bool isCompensated = false;  ///< by temperatures
+    CalibrationBlobDescription::Degree degree = CalibrationBlobDescription::Degree::Fixed;
+};
+
+/// A type of blob: how its block and the arrays of it are read, from the position of the access on, and how the block
+/// alone is described, which gives nothing for one that is cut.
 struct BlobType {
     std::uint16_t type;
     BlobForm form;
     TransformatorPtr (*read)(tqclegacy::CALIBRATION::CalibBlobReadAccess& access, const Factory& factory);
+    std::optional<BlockDescription> (*describe)(tqclegacy::CALIBRATION::CalibBlobReadAccess& access);
 };
 
 struct BlobForms {
@@ -101,5 +111,13 @@ inline constexpr FamilyRow g_rows[] = {
 
 /// Null for a code that no family here has.
 const FamilyRow* findRow(CalibrationFamily family);
+
+/// The type of blob and the row of its family, the plain one where a compensated one has the same types. Nulls for a
+/// type that no family has.
+struct FoundBlobType {
+    const FamilyRow* row;
+    const BlobType* type;
+};
+FoundBlobType findBlobType(std::uint16_t type);
 
 }  // namespace kvan::calibration

@@ -47,15 +47,6 @@ constexpr std::uint16_t g_noTransformator = 255;
                            "DeserializeFromString: Error in serialization string."));
 }
 
-/// A row's type of blob; null for types that no family has.
-const BlobType* findBlobType(std::uint16_t type) {
-    for (const FamilyRow& row : FamilyTable::g_rows)
-        for (const BlobType& candidate : row.blobs->types)
-            if (candidate.type == type)
-                return &candidate;
-    return nullptr;
-}
-
 /// A transformator without the corrections of masses around it.
 struct CorrectedLaw {
     TransformatorPtr law;
@@ -191,7 +182,7 @@ TransformatorPtr CalibrationTransformatorFactorySerialization::DeserializeFromBl
         return nullptr;
     CalibBlobReadAccess access(blob);
     const auto head = CalibratorUtil::ReadRecord<CalibBlobHead>(access);
-    const BlobType* const type = findBlobType(head.type);
+    const BlobType* const type = findBlobType(head.type).type;
     // 255, which stands for no transformator, is such a type as well.
     if (type == nullptr)
         return nullptr;

@@ -87,7 +87,13 @@ void writeFtms(const ICalibrationTransformator& transformator, CalibrationTextWr
            << axis.GetSize() << int{law.GetQuadraticFlag()};
 }
 
-constexpr BlobType g_types[] = {{FTMSCalibrationBlock::Type, BlobForm::Plain, readBlock<FTMSCalibrationBlock>}};
+BlockDescription describe(const FTMSCalibrationBlock& block) {
+    using enum CalibrationBlobDescription::Degree;
+    return {false, block.calibMode == 0 || block.calibMode == 4 ? Linear : Quadratic};
+}
+
+constexpr BlobType g_types[] = {{FTMSCalibrationBlock::Type, BlobForm::Plain, readBlock<FTMSCalibrationBlock>,
+                                 describeBlock<FTMSCalibrationBlock, describe>}};
 
 constexpr const char* g_prefixes[] = {"V1.0CICRCalibrationConstants", "V2.0CICRCalibrationConstants",
                                       "V3.0CICRCalibrationConstants"};

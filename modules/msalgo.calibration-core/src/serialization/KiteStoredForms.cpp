@@ -134,8 +134,10 @@ TransformatorPtr readKite2(CalibBlobReadAccess& access, const Factory& factory) 
     return CCOConversionUtil::MapQSF2CCO(block, global, parents, vc0, factory);
 }
 
-constexpr BlobType g_kite1Types[] = {{KITE1CalibrationBlock::Type, BlobForm::Plain, readKite1}};
-constexpr BlobType g_kite2Types[] = {{KITE2CalibrationBlock::Type, BlobForm::Plain, readKite2}};
+constexpr BlobType g_kite1Types[] = {
+    {KITE1CalibrationBlock::Type, BlobForm::Plain, readKite1, describeBlock<KITE1CalibrationBlock>}};
+constexpr BlobType g_kite2Types[] = {
+    {KITE2CalibrationBlock::Type, BlobForm::Plain, readKite2, describeBlock<KITE2CalibrationBlock>}};
 
 }  // namespace
 

@@ -36,7 +36,8 @@ void writeLinear(const ICalibrationTransformator& transformator, CalibrationText
     writer << axis.GetA0() << axis.GetA1() << law.GetStoredC0() << law.GetStoredC1() << constants.calibMode();
 }
 
-constexpr BlobType g_types[] = {{LINEARCalibrationBlock::Type, BlobForm::Plain, readBlock<LINEARCalibrationBlock>}};
+constexpr BlobType g_types[] = {{LINEARCalibrationBlock::Type, BlobForm::Plain, readBlock<LINEARCalibrationBlock>,
+                                 describeBlock<LINEARCalibrationBlock>}};
 
 constexpr const char* g_prefixes[] = {"V1.0CLinearCalibrationConstants", "V2.0CLinearCalibrationConstants",
                                       "V3.0CLinearCalibrationConstants"};

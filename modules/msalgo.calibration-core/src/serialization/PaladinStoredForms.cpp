@@ -38,7 +38,12 @@ void writePaladin(const ICalibrationTransformator& transformator, CalibrationTex
            << axis.GetMeasurementsPerRawMass() << axis.GetBeginRawMass();
 }
 
-constexpr BlobType g_types[] = {{IonTrapCalibrationBlock::Type, BlobForm::Plain, readBlock<IonTrapCalibrationBlock>}};
+BlockDescription describe(const IonTrapCalibrationBlock& block) {
+    return {false, degreeOf(block.c2)};
+}
+
+constexpr BlobType g_types[] = {{IonTrapCalibrationBlock::Type, BlobForm::Plain, readBlock<IonTrapCalibrationBlock>,
+                                 describeBlock<IonTrapCalibrationBlock, describe>}};
 
 constexpr const char* g_prefixes[] = {"V1.0CPaladinCalibrationConstants", "V2.0CPaladinCalibrationConstants",
                                       "V3.0CPaladinCalibrationConstants"};

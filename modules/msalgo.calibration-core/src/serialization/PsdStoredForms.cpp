@@ -110,7 +110,8 @@ void writePsd(const ICalibrationTransformator& psd, CalibrationTextWriter& write
     writer << numbers.spc << numbers.ocp << numbers.classic << polynomial->GetCoefficients() << 0 << 0;
 }
 
-constexpr BlobType g_types[] = {{PSDCalibrationBlock::Type, BlobForm::Plain, readPsdBlock}};
+constexpr BlobType g_types[] = {
+    {PSDCalibrationBlock::Type, BlobForm::Plain, readPsdBlock, describeBlock<PSDCalibrationBlock>}};
 
 }  // namespace
 

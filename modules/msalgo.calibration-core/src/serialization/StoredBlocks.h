@@ -37,6 +37,24 @@ std::shared_ptr<ICalibrationTransformator> readBlock(tqclegacy::CALIBRATION::Cal
     return CCOConversionUtil::MapQSF2CCO(tqclegacy::CALIBRATION::CalibratorUtil::ReadRecord<Block>(access), factory);
 }
 
+/// By `description`; without one the family says all.
+template <class Block, BlockDescription (*description)(const Block&) = nullptr>
+std::optional<BlockDescription> describeBlock(tqclegacy::CALIBRATION::CalibBlobReadAccess& access) {
+    Block block;
+    if (!access.Read(&block, sizeof block))
+        return {};
+    if constexpr (description == nullptr)
+        return BlockDescription{};
+    else
+        return description(block);
+}
+
+/// Of a law with a linear and a quadratic form: which it is, as the factory chooses it.
+inline CalibrationBlobDescription::Degree degreeOf(double quadraticTerm) {
+    return quadraticTerm != 0.0 ? CalibrationBlobDescription::Degree::Quadratic
+                                : CalibrationBlobDescription::Degree::Linear;
+}
+
 template <class Block>
 void writeBlock(const ICalibrationTransformator& transformator, tqclegacy::CALIBRATION::CalibBlobWriteAccess& access) {
     Block block{};

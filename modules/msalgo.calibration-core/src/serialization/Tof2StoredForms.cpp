@@ -143,11 +143,29 @@ void writeTof2Compensated(const ICalibrationTransformator& transformator, Calibr
            << compensation.GetCorrectionFactors();
 }
 
+BlockDescription describe(const TOF2CalibrationBlock& block) {
+    return {false, block.c3 != 0.0 ? CalibrationBlobDescription::Degree::Cubic : degreeOf(block.c2)};
+}
+BlockDescription describe(const TOF2CalibrationRefBlock& block) {
+    return describe(block.block);
+}
+BlockDescription describe(const Tof2TempCorrCalibrationBlock& block) {
+    return {true, describe(block.tof2).degree};
+}
+BlockDescription describe(const Tof2TempCorrCalibrationRefBlock& block) {
+    return {true, describe(block.tof2).degree};
+}
+
+template <class Block>
+constexpr BlobType blobType(BlobForm form, decltype(BlobType::read) read) {
+    return {Block::Type, form, read, describeBlock<Block, describe>};
+}
+
 constexpr BlobType g_types[] = {
-    {TOF2CalibrationBlock::Type, BlobForm::Plain, readBlock<TOF2CalibrationBlock>},
-    {Tof2TempCorrCalibrationBlock::Type, BlobForm::Plain, readTof2Compensated},
-    {TOF2CalibrationRefBlock::Type, BlobForm::Reference, readBlock<TOF2CalibrationRefBlock>},
-    {Tof2TempCorrCalibrationRefBlock::Type, BlobForm::Reference, readTof2CompensatedReference},
+    blobType<TOF2CalibrationBlock>(BlobForm::Plain, readBlock<TOF2CalibrationBlock>),
+    blobType<Tof2TempCorrCalibrationBlock>(BlobForm::Plain, readTof2Compensated),
+    blobType<TOF2CalibrationRefBlock>(BlobForm::Reference, readBlock<TOF2CalibrationRefBlock>),
+    blobType<Tof2TempCorrCalibrationRefBlock>(BlobForm::Reference, readTof2CompensatedReference),
 };
 
 }  // namespace

@@ -66,11 +66,29 @@ void writeTof(const ICalibrationTransformator& transformator, CalibrationTextWri
            << constants.calibMode();
 }
 
+BlockDescription describe(const TOFCalibrationBlock& block) {
+    return {false, degreeOf(block.c2)};
+}
+BlockDescription describe(const TOFCalibrationRefBlock& block) {
+    return describe(block.block);
+}
+BlockDescription describe(const TOFCORRCalibrationBlock& block) {
+    return {true, degreeOf(block.tof.c2)};
+}
+BlockDescription describe(const TOFCORRCalibrationRefBlock& block) {
+    return {true, degreeOf(block.tof.c2)};
+}
+
+template <class Block>
+constexpr BlobType blobType(BlobForm form) {
+    return {Block::Type, form, readBlock<Block>, describeBlock<Block, describe>};
+}
+
 constexpr BlobType g_types[] = {
-    {TOFCalibrationBlock::Type, BlobForm::Plain, readBlock<TOFCalibrationBlock>},
-    {TOFCORRCalibrationRefBlock::Type, BlobForm::Reference, readBlock<TOFCORRCalibrationRefBlock>},
-    {TOFCORRCalibrationBlock::Type, BlobForm::Plain, readBlock<TOFCORRCalibrationBlock>},
-    {TOFCalibrationRefBlock::Type, BlobForm::Reference, readBlock<TOFCalibrationRefBlock>},
+    blobType<TOFCalibrationBlock>(BlobForm::Plain),
+    blobType<TOFCORRCalibrationRefBlock>(BlobForm::Reference),
+    blobType<TOFCORRCalibrationBlock>(BlobForm::Plain),
+    blobType<TOFCalibrationRefBlock>(BlobForm::Reference),
 };
 
 constexpr const char* g_prefixes[] = {"V1.0CTOFCalibrationConstants", "V2.0CTOFCalibrationConstants",
