@@ -22,6 +22,7 @@ public:
     enum class OpenMode {
         Create,    ///< makes the file if there is none
         Existing,  ///< refuses to
+        ReadOnly,  ///< a file that is there and not to be written, whoever else may write it
         Private,   ///< a file that is made or filled and is nobody else's: takes no locks, keeps its journal in memory
         Frozen,    ///< a file that nobody can write: takes no locks, looks at no journal, needs nothing beside it
     };

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <stdexcept>
+#include <string_view>
 
 namespace kvan::cppsqlite {
 
@@ -17,6 +18,9 @@ public:
 
     /// SQLite's primary result code, or `wrapperError`.
     int errorCode() const { return m_code; }
+
+    /// The text alone, out of `what()`.
+    std::string_view text() const;
 
 private:
     int m_code;

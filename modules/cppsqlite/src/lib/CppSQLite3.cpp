@@ -44,6 +44,8 @@ OpenCall openCall(const std::string& fileName, CppSQLite3DB::OpenMode mode) {
     switch (mode) {
         case CppSQLite3DB::OpenMode::Existing:
             return {plainName(fileName), common | SQLITE_OPEN_READWRITE};
+        case CppSQLite3DB::OpenMode::ReadOnly:
+            return {plainName(fileName), common | SQLITE_OPEN_READONLY};
         case CppSQLite3DB::OpenMode::Private:
             return {uriOf(fileName, "?nolock=1"), create | SQLITE_OPEN_URI};
         case CppSQLite3DB::OpenMode::Frozen:

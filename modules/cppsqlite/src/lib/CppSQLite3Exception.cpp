@@ -48,6 +48,12 @@ std::string formatMessage(int code, const char* text, bool freeText) {
 CppSQLite3Exception::CppSQLite3Exception(int code, const char* text, bool freeText)
     : std::runtime_error(formatMessage(code, text, freeText)), m_code(code) {}
 
+std::string_view CppSQLite3Exception::text() const {
+    constexpr std::string_view separator = "]: ";
+    const std::string_view whole = what();
+    return whole.substr(whole.find(separator) + separator.size());
+}
+
 CppSQLite3Exception::CppSQLite3Exception(int code) : CppSQLite3Exception(code, sqlite3_errstr(code)) {}
 
 }  // namespace kvan::cppsqlite
