@@ -7,6 +7,11 @@
 #include <iostream>
 #include <sstream>
 
+// The frame of the command: parses the line, runs one subcommand, and turns every failure into a line on the standard
+// error and a status. The library logs to the standard output, so that is diverted to the standard error first, before
+// anything can log; the data have the real one for themselves. A reader that leaves early, such as `head`, is no
+// failure.
+
 namespace qsf2sql_tool {
 namespace {
 
@@ -27,6 +32,7 @@ int reportUsage(const CLI::App& app, const CLI::ParseError& error, Output& outpu
     std::ostringstream data;
     std::ostringstream message;
     const int status = app.exit(error, data, message);
+    // Help and the version are data that were asked for; messages about a wrong line are not.
     output.write(data.str());
     output.finish();
     if (status == 0)

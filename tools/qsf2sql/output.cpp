@@ -4,6 +4,9 @@
 #include <stdexcept>
 #include <system_error>
 
+// The only place that writes to the standard output. Every write is checked, and so is the close, since what a stream
+// still holds fails there: a full disk must not end with status 0.
+
 namespace qsf2sql_tool {
 
 namespace {

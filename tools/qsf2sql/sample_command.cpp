@@ -9,6 +9,10 @@
 #include <boost/filesystem/operations.hpp>
 #include <map>
 
+// Writes a synthetic run. What the run looks like is decided by `sample-analysis`; here are the names of its
+// parameters, and the care for what lies in the directory: another analysis is replaced only by --force, its cache and
+// re-calibrations never stay beside new native files, and a run that could not be written whole leaves nothing.
+
 namespace qsf2sql_tool {
 
 namespace fs = boost::filesystem;
@@ -56,17 +60,20 @@ void makeRoom(const fs::path& directory, bool force) {
             throw std::runtime_error("there is an analysis in " + kvan::sys::pathToUtf8(directory) +
                                      " already; --force replaces it");
     }
+    // Also without --force: a cache alone is no analysis.
     fs::remove(directory / "analysis.sqlite");
 }
 
 void writeSample(const SampleOptions& options, Output& output) {
     const fs::path directory = kvan::sys::pathFromUtf8(options.directory);
+    // Refused before anything is written.
     makeRoom(directory, options.force);
     sample::SampleRunParameters parameters = options.run;
     parameters.lines = !options.noLines;
     parameters.referenceCalibrations = !options.noReferences;
     parameters.variables = !options.noVariables;
 
+    // From here on a failure takes the files away again.
     UnfinishedAnalysis unfinished(directory);
     sample::writeSampleRun(directory, parameters);
     unfinished.finished();

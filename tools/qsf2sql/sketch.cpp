@@ -5,6 +5,10 @@
 #include <algorithm>
 #include <cmath>
 
+// A curve in characters, of one size whatever its points: each column shows the highest of its values, so that narrow
+// peaks stay visible where a mean would lose them. Values that are no numbers, or lie outside the range of x, draw
+// nothing.
+
 namespace qsf2sql_tool {
 
 namespace {

@@ -2,6 +2,10 @@
 
 #include "text.h"
 
+// Two forms of one table. For people: columns of fixed width, numbers rounded to their decimals, "-" for what is
+// missing, no blanks at the end of a line. For programs: all digits that a double needs to be read again, nothing for
+// what is missing, and quotes as RFC 4180 wants them.
+
 namespace qsf2sql_tool {
 
 namespace {

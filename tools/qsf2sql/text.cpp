@@ -4,6 +4,9 @@
 #include <array>
 #include <charconv>
 
+// Numbers are written by `to_chars`: streams and printf would follow the locale, whose decimal comma no program can
+// read again. Widths count characters of UTF-8, not bytes.
+
 namespace qsf2sql_tool {
 
 namespace {
@@ -42,6 +45,7 @@ std::string byteSize(std::uint64_t bytes) {
     constexpr const char* units[] = {" B", " kB", " MB", " GB", " TB"};
     auto value = static_cast<double>(bytes);
     std::size_t unit = 0;
+    // From there on one decimal would round to 1000.0.
     for (; value >= 999.95 && unit + 1 < std::size(units); ++unit)
         value /= 1000.0;
     return fixed(value, unit == 0 ? 0 : 1) + units[unit];

@@ -111,7 +111,7 @@ struct InstrumentInfo {
     std::string textB = {};
 };
 
-/// What is said about the analysis as a whole, ahead of its spectra.
+/// What is said about the analysis as a whole, before its spectra.
 struct AnalysisHeaderData {
     std::uint32_t timebase = 1000;  ///< microseconds a tick
     AcquisitionTime time = {};

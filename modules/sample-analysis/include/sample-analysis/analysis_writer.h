@@ -20,7 +20,7 @@ struct SpectrumLocation {
 ///     writer.finish();
 class AnalysisWriter {
 public:
-    /// Writes what stands ahead of the spectra. Makes the directory if it is missing.
+    /// Writes what stands before the spectra. Makes the directory if it is missing.
     explicit AnalysisWriter(const boost::filesystem::path& directory, const AnalysisHeaderData& header = {});
 
     /// Begins the next segment, counted from 1, and gives its number.

@@ -5,7 +5,7 @@
 #include <boost/filesystem/path.hpp>
 #include <memory>
 
-/// One writer for each of the three native files. They write what they are told in the order they are told, so that a
+/// One writer for each of the three native files. They write what they are given in the order they get it, so that a
 /// caller can also make files that no instrument makes; `AnalysisWriter` drives all three for an ordinary analysis.
 ///
 /// All of them write to disk as they go and hold no more than a buffer. A writer that cannot create or write its file

@@ -14,6 +14,15 @@
 #include <boost/throw_exception.hpp>
 #include <stdexcept>
 
+// An axis is made in two steps. The constants of the law are fixed numbers near those of real instruments, so that
+// flight times and frequencies have their usual size; then the axis of data points is laid so that the first and the
+// last point meet the ends of the m/z range under the law without drift. The laws of all families thus show the same
+// peptides at the same m/z, and only the spacing of the points differs.
+//
+// Drift and error are factors on the mass: c1 of a time of flight, the frequency of a Fourier transform and the slope
+// of a trap or a line are proportional to it, so a law that is off by some parts per million is one constant off.
+// Temperatures record the drift alone: a reference takes the drift out by them, and an error stays.
+
 namespace kvan::sample::axis {
 
 namespace constants = kvan::calibration::Constants;
@@ -72,6 +81,7 @@ MassAxis::MassAxis(const SampleRunParameters& parameters)
       m_lower(parameters.mzLower),
       m_upper(parameters.mzUpper),
       m_points(parameters.points) {
+    // Written so that no comparison holds for a NaN.
     if (!(m_lower > 0.0) || !(m_upper > m_lower) || m_points < 2)
         BOOST_THROW_EXCEPTION(std::invalid_argument("No m/z range or too few data points."));
     m_physical = physical();
@@ -90,6 +100,7 @@ bool MassAxis::isTandem() const {
 }
 
 double MassAxis::peakWidth(double mz) const {
+    // Resolutions 18 000 of a time of flight and 1e7 / mz of frequencies; a quarter of a unit for a trap.
     if (isTof() || isTandem())
         return mz / 18'000.0;
     return isFtms() ? mz * mz / 1e7 : 0.25;
@@ -168,7 +179,6 @@ MassAxis::Functional MassAxis::functional(double ppm, bool reference, double err
         case CalibrationFamily::TofQuadratic:
             return std::make_shared<Tof>(g_tofC0, tofC1, g_tofC2);
         case CalibrationFamily::TofCompensated:
-            return compensated<CompensatedTof>(Tof(g_tofC0, tofC1, g_tofC2), ppm, sensors(), reference);
         case CalibrationFamily::TofCompensatedSeveral:
             return compensated<CompensatedTof>(Tof(g_tofC0, tofC1, g_tofC2), ppm, sensors(), reference);
         case CalibrationFamily::Tof2Linear:
@@ -213,9 +223,11 @@ MassAxis::Physical MassAxis::defaultPhysical() const {
 MassAxis::Physical MassAxis::physical() const {
     if (m_family == CalibrationFamily::Linear)
         return defaultPhysical();
+    // With the default axis raw values are times or frequencies themselves.
     const Calibration law = transformator(functional(0.0), defaultPhysical());
     const double first = law->MassToRaw(m_lower);
     const double last = law->MassToRaw(m_upper);
+    // Frequencies fall with the mass: the axis begins at that of the highest m/z.
     if (isFtms())
         return std::make_shared<constants::CalibrationConstantsPhysicalFTMS>(last, first - last,
                                                                              static_cast<int>(m_points));

@@ -4,6 +4,10 @@
 
 #include <cmath>
 
+// Laws of fragments, which fly on with the speed of their precursor and so need its m/z. The numbers are chosen so that
+// the fragments of any precursor come out near the plain law of `tof`; what is left is the small bend that these laws
+// are for.
+
 namespace kvan::sample::axis {
 
 namespace {
@@ -18,7 +22,7 @@ const ICalibrationTransformatorFactory& factory() {
 /// m/z of the peptides that the laws were measured with.
 constexpr double g_calibrants[] = {904.468, 1296.685, 1570.677};
 
-/// Nanoseconds that pass ahead of the flight.
+/// Nanoseconds that pass before the flight.
 constexpr double g_delay = 120.0;
 /// Nanoseconds of flight at m/z 1, and how many more there are by its first and second power: the flight path that
 /// the plain laws have.
@@ -48,6 +52,7 @@ TransformatorPtr kite2(const TandemLaw& law) {
     numbers.measuredReferenceTime = g_delay;
     numbers.ignoreIndexBounds = true;
     numbers.global = {{0.002, 1.0 + 2e-6, -1e-9}, law.lower * 0.5, law.upper * 2.0, 0.0};
+    // Each power of the root takes its own share of the scale.
     const double root = std::sqrt(law.scale);  // the law is one of the root of the mass
     for (const double calibrant : g_calibrants) {
         const double offset = calibrant * 1e-3;

@@ -3,6 +3,12 @@
 
 #include <boost/filesystem/operations.hpp>
 
+// The three files of an analysis meet on one number: entry n of the index (from 0), the quick info of number n + 1 in
+// the extra file and the conditions of spectrum n + 1 in the main file are one spectrum. The blocks of a spectrum
+// follow one another in the main file, conditions first, as in the files of an instrument, and each is entered in the
+// index at once: nothing is kept but the counters. A failure leaves files without their ends; the caller takes them
+// away.
+
 namespace kvan::sample::native {
 
 namespace qsf = KVAN::io::QSF;
@@ -38,6 +44,7 @@ std::uint32_t AnalysisWriter::addSegment(const Bytes& pool) {
 }
 
 SpectrumLocation AnalysisWriter::addSpectrum(const SpectrumData& spectrum) {
+    // The index names a segment before its spectra, also where the caller has none.
     if (m_segments == 0)
         addSegment();
     const std::uint32_t number = m_spectra++;

@@ -8,6 +8,11 @@
 #include <cstring>
 #include <stdexcept>
 
+// Blocks are small, a peak list of some kilobytes at most, and a run has millions of them; so they are gathered to
+// pieces of 256 KiB. What is larger than that goes out at once, after all that was gathered before. The position counts
+// what was given, not what has reached the disk: it is the offset by which the index names the next block. A stream
+// that failed stays failed, so a full disk is found at the next flush, at the latest in `finish`.
+
 namespace kvan::sample::native {
 
 namespace qsf = KVAN::io::QSF;
@@ -36,6 +41,7 @@ void append(Bytes& bytes, const void* first, std::size_t size) {
 }
 
 std::uint64_t appendText(Bytes& bytes, const std::string& text) {
+    // No text begins at 0, where the record stands that names it; so 0 means none.
     const std::uint64_t offset = text.empty() ? 0 : bytes.size();
     bytes.insert(bytes.end(), text.begin(), text.end());
     return offset;

@@ -11,6 +11,12 @@
 #include <boost/uuid/uuid.hpp>
 #include <cstring>
 
+// The blocks before the spectra are a record of fixed size and then what its offsets point at, counted from the first
+// byte of the block. The record can be filled in only when the rest is there; so room is left for it, the rest
+// appended, and the record put over the room. A text has no terminator: it ends where the next one begins or the block
+// ends, unless its record gives its size. An empty text is left out. Arrays of texts have their index in the record as
+// index, with null where nothing is written.
+
 namespace kvan::sample::native {
 
 namespace qsf = KVAN::io::QSF;
@@ -48,6 +54,7 @@ Bytes descriptionBlock(const AnalysisDescription& description) {
                                         nullptr,
                                         &description.sampleName,
                                         &description.description};
+    // Texts stand in the order of their numbers, since one ends where the next begins.
     qsf::AnalysisDescriptionRecord record{};
     Bytes block(sizeof record);
     for (std::size_t text = 0; text < std::size(texts); ++text) {
@@ -105,6 +112,7 @@ Bytes calibrationBlock(const Bytes& blob) {
 Bytes headerPool(const AnalysisHeaderData& header) {
     Bytes pool;
     const auto add = [&pool](const Bytes& block) { pool.insert(pool.end(), block.begin(), block.end()); };
+    // The reader takes blocks out of a pool by their type, so the order is free; this is the usual one.
     if (header.description)
         add(descriptionBlock(*header.description));
     if (!header.variables.empty())
@@ -131,6 +139,7 @@ Bytes compressionInfoBlock(const std::vector<std::string>& guids) {
 Bytes instrumentInfoBlock(const InstrumentInfo& info) {
     qsf::InstrumentInfoRecord record{};
     Bytes block(sizeof record);
+    // Two of the texts make the serial number; the others and the list stay out.
     record.textOffset[0] = numeric_cast<std::uint32_t>(appendText(block, info.textA));
     record.textSize[0] = numeric_cast<std::uint16_t>(info.textA.size());
     record.textOffset[2] = numeric_cast<std::uint32_t>(appendText(block, info.textB));
@@ -144,6 +153,7 @@ Bytes analysisHeaderBlock(const AnalysisHeaderData& header) {
     const Bytes pool = headerPool(header);
     qsf::AnalysisHeaderRecord record{};
     record.resource = makeHead(qsf::ANALYSIS_HEADER, sizeof record + pool.size());
+    // An offset of 0 says that there is no pool, and readers look no further.
     record.poolOffset = pool.empty() ? 0 : std::uint32_t{sizeof record};
     record.timebase = header.timebase;
     record.day = header.time.day;

@@ -10,6 +10,11 @@
 #include <boost/throw_exception.hpp>
 #include <stdexcept>
 
+// Each function writes one block: its record of fixed size, then what follows at once (a pool, the elements of a
+// vector, the fields of a peak list). Sizes are computed before the first byte is written, since a file only grows; a
+// size that does not fit its field throws then and leaves the file as it was. The caller keeps the offset that comes
+// back: it is the number that Ids of arrays and the entries of the index are made of.
+
 namespace kvan::sample::native {
 
 namespace qsf = KVAN::io::QSF;
@@ -36,6 +41,7 @@ template <class T>
 void writeScan(BlockFile& file, const std::vector<T>& elements) {
     qsf::ScanSpectrumHeader header{};
     header.resource = makeHead(qsf::RESTYPE_SCAN_SPECTRUM, sizeof header + elements.size() * sizeof(T));
+    // The packed type stays 0, which no compressor supports: by that readers tell a plain vector.
     header.plainType = elementTypeOf(T{});
     header.plainSize = sizeof(T);
     header.count = boost::numeric_cast<std::uint32_t>(elements.size());
@@ -47,6 +53,7 @@ void writeScan(BlockFile& file, const PackedVector& packed) {
     qsf::ScanSpectrumHeader header{};
     header.resource = makeHead(qsf::RESTYPE_SCAN_SPECTRUM, sizeof header + packed.bytes.size());
     header.packedType = packed.elementType;
+    // Of a packed vector the count is that of its bytes; how many elements there are only the compressor knows.
     header.count = boost::numeric_cast<std::uint32_t>(packed.bytes.size());
     file.append(header);
     file.append(packed.bytes);
@@ -69,6 +76,7 @@ std::size_t numberOfLines(const LineData& data) {
     return count.value_or(0);
 }
 
+// Values come as doubles and are rounded to the element type of the layout.
 template <class T>
 void writeField(BlockFile& file, const std::vector<double>& values) {
     for (const double value : values)
@@ -77,6 +85,8 @@ void writeField(BlockFile& file, const std::vector<double>& values) {
 
 template <class TIndex, class TValue>
 void writeLines(BlockFile& file, const LineData& data) {
+    // The offsets count from the extended head, which the layout makes as wide as it is; a field without an offset does
+    // not exist, one without lines does.
     const auto fields = fieldsOf(data);
     const std::size_t count = numberOfLines(data);
     qsf::ExtendedLineHeader<TValue> extended{};
@@ -85,6 +95,7 @@ void writeLines(BlockFile& file, const LineData& data) {
         if (!fields[field]->has_value())
             continue;
         extended.fieldOffset[field] = boost::numeric_cast<std::uint32_t>(end);
+        // The index of a line needs more digits than what was measured of it; so it alone may be wider.
         end += count * (field == 0 ? sizeof(TIndex) : sizeof(TValue));
     }
 
@@ -164,6 +175,7 @@ std::uint64_t MainFileWriter::lines(const LineData& data) {
 }
 
 std::uint64_t MainFileWriter::endOfConditions() {
+    // Two types end the conditions; an instrument writes either.
     return block(qsf::RESTYPE_END_OF_CONDITIONS_8, {});
 }
 

@@ -7,12 +7,18 @@
 #include <boost/uuid/string_generator.hpp>
 #include <stdexcept>
 
+// Profiles are packed by the compressors that the library unpacks with: a sample shows that both sides of a coder
+// agree, not that the bytes are right, which the tests of the coders do. What a compressor refuses, such as floats for
+// the integer coders, comes out in its own words.
+
 namespace kvan::sample::native {
 
 namespace {
 
 template <class T>
 ScanData packed(compression::ICompressor& compressor, const std::vector<T>& elements) {
+    // A compressor wants an address also for no elements. Its bytes stay its own until the next call, so they are
+    // copied.
     const T none{};
     unsigned char* bytes = nullptr;
     unsigned size = 0;

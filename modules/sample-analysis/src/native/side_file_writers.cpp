@@ -8,6 +8,10 @@
 #include <boost/throw_exception.hpp>
 #include <stdexcept>
 
+// Index and extra file are alike: three blocks of bare heads say what the file is and that entries follow, then come
+// containers of one entry each, up to the end marker. Entries of the index have one size; those of the extra file end
+// with the masses of the precursors and the calibration, so the container's size says where the next one begins.
+
 namespace kvan::sample::native {
 
 namespace qsf = KVAN::io::QSF;
@@ -84,10 +88,12 @@ void ExtraFileWriter::entry(std::uint32_t spectrum, const QuickInfo& info) {
     if (calibration.size() < sizeof record.calibrationHead)
         BOOST_THROW_EXCEPTION(std::invalid_argument("Calibration without its head."));
     const auto calibrationTail = calibration.begin() + sizeof record.calibrationHead;
+    // The first four bytes of a calibration blob stand in the record itself, the others at its end.
     const std::size_t calibrationOffset = sizeof record + info.masses.size() * sizeof(float);
     const std::size_t size = calibrationOffset + static_cast<std::size_t>(calibration.end() - calibrationTail);
 
     record.size = numeric_cast<std::uint16_t>(size);
+    // An offset of 0 stands for none, of masses as of the rest of a calibration.
     record.massOffset = info.masses.empty() ? 0 : std::uint16_t{sizeof record};
     record.calibrationOffset =
         size == calibrationOffset ? std::uint16_t{0} : numeric_cast<std::uint16_t>(calibrationOffset);
@@ -99,6 +105,7 @@ void ExtraFileWriter::entry(std::uint32_t spectrum, const QuickInfo& info) {
     record.sumIntensity = info.sumIntensity;
     record.polarity = info.polarity;
     record.acquisitionMode = info.acquisitionMode;
+    // The reader takes as many masses as the level says; a caller that sets it by hand may lie on purpose.
     record.msLevel = info.msLevel ? *info.msLevel : numeric_cast<std::uint8_t>(info.masses.size());
     record.scanMode = info.scanMode;
     std::copy(calibration.begin(), calibrationTail, record.calibrationHead);

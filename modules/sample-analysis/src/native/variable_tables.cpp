@@ -7,6 +7,10 @@
 #include <boost/numeric/conversion/cast.hpp>
 #include <cstring>
 
+// The values of variables lie in tables, one block for each kind of value: numbers in entries of one size, texts and
+// vectors in entries that give their own. The tables of a segment carry the key of the spectra that they hold for,
+// those of a spectrum do not need one; the block types differ by that. A kind without values has no block.
+
 namespace kvan::sample::native {
 
 namespace qsf = KVAN::io::QSF;
@@ -49,6 +53,7 @@ public:
 private:
     template <class Number>
     void add(std::uint16_t variable, Number value) {
+        // Eight bytes for integers and doubles alike; which of them it is the declaration tells.
         qsf::VarTabValueEntry entry{};
         entry.variable = variable;
         std::memcpy(entry.value, &value, sizeof value);
@@ -64,6 +69,7 @@ private:
         addData(DoubleVectors, variable, values.size(), values.data(), values.size() * sizeof values[0]);
     }
     void add(std::uint16_t variable, const std::vector<std::string>& texts) {
+        // Zero bytes stand between the texts, not after the last: n texts have n - 1 of them.
         std::string joined;
         for (std::size_t text = 0; text < texts.size(); ++text)
             joined.append(text == 0 ? 0 : 1, '\0').append(texts[text]);
@@ -74,6 +80,7 @@ private:
         qsf::VarTabEntryHead head{};
         head.size = numeric_cast<std::uint16_t>(sizeof head + size);
         head.variable = variable;
+        // Of elements, or of the bytes of a text.
         head.count = numeric_cast<std::uint16_t>(count);
         Entries& entries = next(kind);
         append(entries.bytes, head);
@@ -100,6 +107,7 @@ void appendTable(Bytes& pool, std::uint16_t type, const Entries& entries, Header
 }  // namespace
 
 Bytes variableTables(const std::vector<VariableSetting>& settings, const std::optional<VariableKey>& key) {
+    // The order within a kind is that of the settings: of two settings of one variable the reader takes the first.
     std::array<Entries, NumberOfKinds> tables;
     Sorter sorter(tables);
     for (const VariableSetting& setting : settings)

@@ -29,6 +29,7 @@ double gradient(double part) {
 }  // namespace
 
 double ElutingPeptide::countsAt(double time, double deviation) const {
+    // In deviations from the apex; the denominator grows after it and stretches the tail.
     const double distance = (time - apex) / deviation;
     const double spread = 2.0 + std::max(0.0, distance) * g_tailing;
     return abundance * exponential(-distance * distance / spread);

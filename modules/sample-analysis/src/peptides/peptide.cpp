@@ -2,6 +2,9 @@
 
 #include "peptides/random.h"
 
+// A peptide is a number: its sequence comes from a random stream of its own, so that any part of a run can be made
+// again without the rest. Masses are monoisotopic; m/z follows from them by protons alone.
+
 namespace kvan::sample::peptides {
 
 namespace {
@@ -14,12 +17,12 @@ constexpr double g_waterMass = 18.010565;
 constexpr double g_isotopeDistance = 1.00235;
 constexpr double g_heavyIsotopesPerMass = 5.6e-4;
 
-/// Monoisotopic masses of the residues, without those that trypsin cuts behind.
+/// Monoisotopic masses of the residues, without those after which trypsin cuts.
 constexpr double g_residueMasses[] = {57.021464,  71.037114,  87.032028,  97.052764,  99.068414,  101.047679,
                                       103.009185, 113.084064, 114.042927, 115.026943, 128.058578, 129.042593,
                                       131.040485, 137.058912, 147.068414, 163.063329, 186.079313};
 constexpr std::uint8_t g_innerResidues = std::size(g_residueMasses);
-/// Lysine and arginine, behind which trypsin cuts.
+/// Lysine and arginine, after which trypsin cuts.
 constexpr double g_lastResidueMasses[] = {128.094963, 156.101111};
 
 double residueMass(std::uint8_t residue) {

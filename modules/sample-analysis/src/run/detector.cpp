@@ -2,11 +2,17 @@
 
 #include <algorithm>
 
+// Peaks become lines in the order of a real detector: what the resolution does not separate is one peak, counting adds
+// noise, what stands out is kept, and the axis gives each of them an index and a width in data points. The profile is
+// drawn from the same lines, so that peak list and profile of a spectrum agree. The numbers depend on no library
+// function whose last bit may differ between machines, apart from square roots and rounding, which are exact by IEEE
+// 754.
+
 namespace kvan::sample::run {
 
 namespace {
 
-/// Counts below which a peak is not told from noise.
+/// Counts below which a peak cannot be distinguished from noise.
 constexpr double g_threshold = 3.0;
 constexpr double g_noiseLevel = 1.2;
 
@@ -75,6 +81,7 @@ void Detector::detect(std::vector<Peak>& peaks, Random& random) {
         }
     }
     peaks.resize(kept);
+    // Poisson noise of the counts, as a Gaussian.
     for (Peak& peak : peaks)
         peak.height += std::sqrt(peak.height) * random.normal();
     std::erase_if(peaks, [](const Peak& peak) { return peak.height < g_threshold; });
@@ -82,6 +89,7 @@ void Detector::detect(std::vector<Peak>& peaks, Random& random) {
     if (peaks.size() <= m_parameters.maxLines)
         return;
     const auto end = peaks.begin() + m_parameters.maxLines;
+    // By m/z where heights are equal: which lines are kept must not depend on the library.
     std::nth_element(peaks.begin(), end, peaks.end(), [](const Peak& left, const Peak& right) {
         return left.height != right.height ? left.height > right.height : left.mz < right.mz;
     });
@@ -118,6 +126,7 @@ void Detector::fillProfile(std::vector<T>& profile, Random& random) const {
     addElectronicNoise(profile, random);
     for (const Line& line : m_lines) {
         const double deviation = line.width * g_deviationOfWidth;
+        // Beyond it less than one count in 450 of the height is left.
         const double reach = 3.5 * deviation;
         const auto first = static_cast<std::size_t>(std::max(0.0, std::ceil(line.index - reach)));
         const auto last = static_cast<std::size_t>(

@@ -2,6 +2,10 @@
 
 #include <calibration-core/interfaces/Polarity.h>
 
+// What the instrument tells about itself: every type of variable occurs, set or read back, with units and
+// texts that are not ASCII, so that whoever reads a sample meets all cases. Voltages follow the polarity, temperatures
+// the drift of the run, energies the precursor.
+
 namespace kvan::sample::run {
 
 namespace {

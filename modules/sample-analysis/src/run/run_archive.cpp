@@ -10,6 +10,7 @@ const std::vector<double> g_lockMasses = {391.2843, 445.1200, 519.1388};
 }  // namespace
 
 void RunArchive::add(const MassAxis::Calibration& lockMass) {
+    // A spectrum without a lock mass keeps its place: the archive counts entries, not numbers.
     ArchivedLockMass& spectrum = m_spectra.emplace_back();
     if (lockMass)
         spectrum.calibrator = ArchivedCalibrator{.blob = MassAxis::blobOf(lockMass)};

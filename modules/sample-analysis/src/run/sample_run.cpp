@@ -16,6 +16,15 @@
 #include <stdexcept>
 #include <utility>
 
+// A run goes in cycles, as an instrument acquires: a survey spectrum shows what elutes at the moment, and the most
+// intense ions of it that were not chosen lately are fragmented one after another. Time passes with each spectrum and
+// drives elution, drift and exclusions. Everything is made when its time comes and dropped afterwards, so memory does
+// not grow.
+//
+// Each thing that is random has a stream of its own, made of the seed and a constant: peptides, elution, contaminants,
+// readings of the instrument. So a change of one parameter, such as the compressor, leaves the rest of the run as it
+// was.
+
 namespace kvan::sample::run {
 
 using peptides::ElutingPeptide;
@@ -215,6 +224,7 @@ void Acquisition::survey() {
 
 void Acquisition::fragment(const Ion& precursor) {
     const Peptide& peptide = precursor.source->peptide;
+    // Left alone while its peak lasts, so that weaker ions have their turn.
     m_exclusions.push_back(
         {peptide.number(), precursor.charge, m_time + g_exclusionDeviations * m_elution.deviation()});
     m_peaks.clear();
@@ -230,14 +240,17 @@ void Acquisition::fragment(const Ion& precursor) {
 void Acquisition::write(const Instrument::Moment& moment, bool withProfile) {
     const MassAxis::Calibration calibration = m_axis.calibration(driftPpm(), 0.0, moment.isolated);
     m_detector.record(m_peaks, calibration, withProfile, m_random, m_spectrum);
+    // To the nearest tick.
     m_spectrum.info.retentionTime = static_cast<std::uint64_t>(m_time * g_ticksPerSecond + 0.5);
     m_spectrum.info.polarity = m_negative ? POLARITY_NEGATIVE : POLARITY_POSITIVE;
     m_spectrum.info.acquisitionMode = g_acquisitionMode;
     m_spectrum.info.calibration =
         MassAxis::blobOf(isRecalibrated() ? m_axis.calibration(driftPpm(), g_errorPpm, moment.isolated) : calibration);
+    // The stores get the true calibration, the native file the one with the error.
     if (m_database)
         m_database->add(calibration);
     if (m_archive)
+        // Lock masses are constant ions; a fragment spectrum does not show them.
         m_archive->add(m_spectrum.info.scanMode == g_surveyScanMode ? calibration : nullptr);
     if (m_parameters.variables)
         m_spectrum.pool = m_instrument.readings(moment);
@@ -245,6 +258,7 @@ void Acquisition::write(const Instrument::Moment& moment, bool withProfile) {
         m_writer.addSpectrum(m_spectrum);
         return;
     }
+    // Only the copy is packed.
     ScanData plain = std::exchange(*m_spectrum.profile, m_packer.pack(*m_spectrum.profile));
     m_writer.addSpectrum(m_spectrum);
     m_spectrum.profile = std::move(plain);  // the detector goes on in its memory
@@ -257,6 +271,7 @@ void Acquisition::collectIons() {
         for (int charge = 1; charge <= Peptide::MaxCharge; ++charge) {
             const double mz = source.peptide.mz(charge, m_negative);
             const double height = counts * source.peptide.chargeShare(charge, m_negative);
+            // Less than one count is never seen.
             if (height >= 1.0 && mz > m_axis.lower() && mz < m_axis.upper())
                 m_ions.push_back({&source, charge, height});
         }
@@ -270,6 +285,7 @@ void Acquisition::addContaminants() {
         const double mz = random.uniform(130.0, 900.0);
         const double height = 250.0 * peptides::exponential(random.normal()) * (1.0 + 0.05 * m_random.normal());
         m_peaks.push_back({mz, height});
+        // With the first heavy isotope, of carbon alone.
         m_peaks.push_back({mz + 1.00336, height * mz * 6e-4});
     }
 }

@@ -10,10 +10,19 @@
 #include <boost/throw_exception.hpp>
 #include <stdexcept>
 
+// One function a record, from top to bottom as docs/calibrator-ami.md describes them: a tag, a version, the fields that
+// this version has. Versions are compared as pairs, and where one does not exist the fields of the next one below are
+// written, so that readers can be tried with numbers that no software ever wrote. Fields that no reader looks at get
+// numbers that would be noticed if they were taken for something else.
+//
+// A record's overload of `put` stands beside what it is made of; the three declared first are needed by `putRecords`
+// before their definitions. The payload is built in memory, because its length comes before it in the file.
+
 namespace kvan::sample::stores {
 
 namespace {
 
+// A number of its own, not the hash of a name.
 constexpr std::uint32_t g_lockMassParamsTag = 0xBFA25436;
 
 void put(Bytes& out, const ArchivedReference& reference);
@@ -46,6 +55,7 @@ void putHead(Bytes& out, const char* name, const ArchiveVersion& version) {
 
 void putString(Bytes& out, const std::string& text) {
     putTag(out, "CString-ASCII");
+    // The terminator counts.
     put(out, sizeField(text.size() + 1));
     append(out, text.c_str(), text.size() + 1);
 }
@@ -60,6 +70,7 @@ template <class Element>
 void putArray(Bytes& out, std::size_t count, Element element = {}) {
     putTag(out, "CArray");
     put(out, sizeField(count));
+    // All elements alike: readers pass over these arrays, and only their length can be wrong.
     for (std::size_t index = 0; index < count; ++index)
         put(out, element);
 }
@@ -138,8 +149,10 @@ void put(Bytes& out, const ArchivedStatus& status) {
     putString(out, status.description);
     putString(out, "spectrum");
     putArray<std::uint32_t>(out, status.elements);
+    // Old stati end here.
     if (status.version <= ArchiveVersion{1, 0})
         return;
+    // Before and after the calibration, first as blobs, further down as records.
     putBytes(out, status.calibrator.blob);
     putBytes(out, status.calibrator.blob);
     put(out, std::uint32_t{0});
@@ -199,6 +212,7 @@ void put(Bytes& out, const ArchivedLockMassParams& params) {
 void put(Bytes& out, const ArchivedLockMass& spectrum) {
     putHead(out, spectrum.hasShortTag ? "CCalibrationData" : "CLockMassCalibrationMgr::CCalibrationData",
             spectrum.version);
+    // The entry gives its size first, so that a reader can pass over one that it cannot read.
     Bytes content;
     if (spectrum.calibrator) {
         if (spectrum.version <= ArchiveVersion{1, 0})
@@ -244,6 +258,7 @@ Bytes archiveBytes(const CalibratorArchive& archive) {
     if (archive.references)
         put(payload, *archive.references);
     put(payload, archive.lockMasses);
+    // Later archives have no calibrators of the acquisition: the native file has them.
     if (archive.version <= ArchiveVersion{1, 1}) {
         put(payload, archive.manager.has_value());
         if (archive.manager)
@@ -254,6 +269,7 @@ Bytes archiveBytes(const CalibratorArchive& archive) {
 
     Bytes file;
     put(file, archive.fileVersion);
+    // Not looked at.
     put(file, std::uint32_t{0});
     putBytes(file, payload);
     return file;

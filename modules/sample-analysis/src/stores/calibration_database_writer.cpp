@@ -7,6 +7,10 @@
 #include <stdexcept>
 #include <utility>
 
+// The database is written under another name, in one transaction and without locks or a journal on disk, and renamed at
+// the end: nobody ever sees half of it, and an old one stays until its successor is whole. Statements that run once a
+// spectrum are prepared once. Ids count from 1 in the order of the calls; 0 stands for no reference and becomes NULL.
+
 namespace kvan::sample::stores {
 
 namespace {
@@ -17,6 +21,7 @@ using cppsqlite::CppSQLite3Statement;
 
 constexpr std::size_t g_numbers = 9;
 
+// Columns of numbers have no type, so that a value keeps the one that it is bound with.
 constexpr const char* g_schema =
     "CREATE TABLE GlobalMetadata (Key TEXT PRIMARY KEY, Value TEXT);"
     "CREATE TABLE CalibrationState (Id INTEGER PRIMARY KEY, Key TEXT UNIQUE, Source TEXT, HasFrameCalibrators INTEGER, "
@@ -63,6 +68,7 @@ CalibrationDatabaseWriter::CalibrationDatabaseWriter(const fs::path& directory, 
     : m_file(directory / g_calibrationDatabaseName),
       m_unfinishedFile(directory / (std::string(g_calibrationDatabaseName) + "-unfinished")),
       m_database(std::make_unique<CppSQLite3DB>()) {
+    // What an interrupted run left.
     fs::remove(m_unfinishedFile);
     m_database->open(sys::pathToUtf8(m_unfinishedFile), CppSQLite3DB::OpenMode::Private);
     m_database->execDML("BEGIN");
@@ -82,6 +88,7 @@ CalibrationDatabaseWriter::CalibrationDatabaseWriter(const fs::path& directory, 
 }
 
 CalibrationDatabaseWriter::~CalibrationDatabaseWriter() {
+    // Statements go before their connection, the connection before its file.
     m_insertFrame.reset();
     m_insertMapping.reset();
     m_database.reset();
@@ -135,6 +142,7 @@ void CalibrationDatabaseWriter::addFrame(std::int64_t frame, const MzCalibration
 }
 
 void CalibrationDatabaseWriter::finish() {
+    // A connection with a living statement would refuse to close.
     m_insertFrame.reset();
     m_insertMapping.reset();
     m_database->execDML("COMMIT");

@@ -7,6 +7,10 @@
 #include <cstring>
 #include <stdexcept>
 
+// From a law to the row of a calibration database: the model is chosen by the family, its numbers are the constants of
+// the law in the order of docs/calibration-database.md. A law that has something for which its model has no column,
+// such as the quadratic term of an ion trap, is refused: written without it, it would be read as another law.
+
 namespace kvan::sample::stores {
 
 namespace {
@@ -32,10 +36,12 @@ MzCalibration tofOf(const ICalibrationConstantsFunctionalTOF1& law) {
 MzCalibration correctedOf(const ICalibrationTransformatorGPX& correction) {
     MzCalibration calibration = mzCalibrationOf(correction.GetTransformator());
     const auto polynomial = correction.GetPolynomial();
+    // A correction that is switched off has no model either: it would be switched on by the reader.
     if (calibration.model != 1 || !polynomial || !polynomial->GetUse())
         failWithoutModel();
     const auto [lower, upper] = polynomial->GetGlobalMassRange();
     const auto& coefficients = polynomial->GetCoefficients();
+    // A corrected law is that of model 1 and four numbers more, then the coefficients.
     calibration.model = 2;
     calibration.numbers.insert(calibration.numbers.end(), {polynomial->GetC0(), polynomial->GetC2(), lower, upper});
     calibration.coefficients.emplace(coefficients.size() * sizeof(double));
