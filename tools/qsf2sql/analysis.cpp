@@ -6,6 +6,10 @@
 #include <boost/filesystem/operations.hpp>
 #include <stdexcept>
 
+// An analysis as the subcommands see it goes the way of any other program: the path of the cache and the arrays come
+// through the exported functions, the metadata by SQL out of the cache. A cache in another directory than the main
+// file's is one that the library had to make in the temporary directory; then it is this process's to remove.
+
 namespace qsf2sql_tool {
 
 namespace fs = boost::filesystem;
@@ -17,6 +21,7 @@ constexpr std::uint64_t g_firstProfileKind = 64;
 [[noreturn]] void throwLastError() {
     std::string text(qsf2sql_get_last_error_string(nullptr, 0), '\0');
     qsf2sql_get_last_error_string(text.data(), static_cast<std::uint32_t>(text.size()));
+    // The size counts the terminator.
     text.pop_back();
     throw std::runtime_error(text);
 }
@@ -41,6 +46,18 @@ std::string cacheOf(const std::string& mainFile, Analysis::Variables variables) 
     return path;
 }
 
+/// Somebody else may have written the file, and the wait for a lock is shorter than that of a program that runs alone.
+std::unique_ptr<Database> openCache(const std::string& file) {
+    constexpr int busyTimeout = 10'000;  // milliseconds
+    auto database = std::make_unique<Database>();
+    readingCache([&] {
+        database->open(file, Database::OpenMode::ReadOnly);
+        database->setBusyTimeout(busyTimeout);
+        database->distrustContent();
+    });
+    return database;
+}
+
 fs::path directoryOf(const std::string& file) {
     const fs::path directory = kvan::sys::pathFromUtf8(file).parent_path();
     return directory.empty() ? "." : directory;
@@ -53,13 +70,22 @@ bool isInDirectoryOf(const std::string& file, const std::string& other) {
 
 }  // namespace
 
+void readingCache(const std::function<void()>& work) {
+    try {
+        work();
+    } catch (const kvan::cppsqlite::CppSQLite3Exception& fault) {
+        throw std::runtime_error("cache: " + std::string(fault.text()));
+    }
+}
+
 Analysis::Analysis(const std::string& path, Variables variables)
     : m_mainFile(mainFileOf(path)),
       m_cacheFile(cacheOf(m_mainFile, variables)),
       m_isCacheTemporary(!isInDirectoryOf(m_cacheFile, m_mainFile)),
-      m_database(std::make_unique<Database>(m_cacheFile)) {}
+      m_database(openCache(m_cacheFile)) {}
 
 Analysis::~Analysis() {
+    // Some systems do not remove a file that is open.
     m_database.reset();
     boost::system::error_code none;
     if (m_isCacheTemporary)

@@ -1,9 +1,10 @@
 #pragma once
 
-#include "sql.h"
+#include "row.h"
 
 #include <boost/filesystem/path.hpp>
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <vector>
 

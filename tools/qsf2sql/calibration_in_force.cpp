@@ -1,36 +1,26 @@
 #include "calibration_in_force.h"
 
-#include <calibration-access/calibration_reader_sqlite.h>
 #include <calibration-access/calibration_states.h>
-#include <calibrator-ami-reader/calibrator_ami_reader.h>
+#include <calibration-core/interfaces/Polarity.h>
+#include <qsf2sql/calibration_choice.h>
 #include <sysutils/platform.h>
 
 #include <algorithm>
-#include <boost/filesystem/operations.hpp>
 #include <stdexcept>
+
+// The library chooses, by the same function that a storage opens with, and says what became of each store; here it is
+// put into words. The states of the database are looked at once more, since a choice knows only whether one fits.
 
 namespace qsf2sql_tool {
 
 namespace fs = boost::filesystem;
 namespace access = kvan::io::calibration;
+namespace recalibration = kvan::io::qsf2sql::recalibration;
 
 namespace {
 
 constexpr const char* g_database = "calibration.sqlite";
 constexpr const char* g_archive = "Calibrator.ami";
-
-/// What a state must fit: the number of the last spectrum and the polarities that occur.
-access::CalibrationStateSelector selectorFor(Database& cache) {
-    access::CalibrationStateSelector selector;
-    Query query(cache,
-                "SELECT (SELECT max(Id) FROM Spectra), total(coalesce(Polarity, 0) <> 1), total(Polarity = 1) "
-                "FROM AcquisitionKeys");
-    query.next();
-    selector.setAnalysisInfo(query.integer(0).value_or(0), query.integer(1) > 0, query.integer(2) > 0);
-    if (!selector.hasPositive && !selector.hasNegative)
-        throw std::runtime_error("Missing polarity information!");
-    return selector;
-}
 
 std::string nameOf(const access::CalibrationStateSummary& state) {
     return "state " + state.key + " (source " + (state.source.empty() ? "not told" : state.source) + ")";
@@ -48,14 +38,18 @@ std::string describe(const access::CalibrationStateSummary& state) {
                       " spectra");
 }
 
+std::string describe(const std::vector<access::CalibrationStateSummary>& states, const std::string& key) {
+    const auto state =
+        std::find_if(states.begin(), states.end(), [&key](const auto& candidate) { return candidate.key == key; });
+    return state != states.end() ? describe(*state) : g_database;
+}
+
 std::string whyNot(const access::CalibrationStateSummary& state, const access::CalibrationStateSelector& wanted) {
     if (state.hasFrameCalibrators)
         return nameOf(state) + " has calibrations of " + std::to_string(state.mappedFrames) + " spectra up to " +
                std::to_string(state.highestFrame) + " for " + std::to_string(wanted.frameCount) + " spectra";
-    return nameOf(state) + " has no reference for " +
-           polaritiesOf(wanted.hasPositive && !state.hasPositiveReference,
-                        wanted.hasNegative && !state.hasNegativeReference) +
-           " spectra";
+    const auto lacking = access::shortfallOf(state, wanted);
+    return nameOf(state) + " has no reference for " + polaritiesOf(lacking.positive, lacking.negative) + " spectra";
 }
 
 std::string whyNone(const std::vector<access::CalibrationStateSummary>& states,
@@ -72,40 +66,36 @@ std::string whyNone(const std::vector<access::CalibrationStateSummary>& states,
     return reasons;
 }
 
-/// Also of an archive that opens and yet can give nothing to anybody.
-void requireReadable(const fs::path& archive) {
-    kvan::io::CalibratorAmiReader reader;
-    if (!reader.open(archive))
-        throw std::runtime_error("Couldn't open AMI file " + kvan::sys::pathToUtf8(archive));
+/// Also of an archive that opens and yet can give nothing to anybody, such as one of a version that nobody can read.
+void requireReadable(const kvan::io::CalibratorAmiReader& archive) {
     std::shared_ptr<kvan::calibration::ICalibrationTransformator> firstSpectrum;
-    reader.getCalibrator(0, kvan::POLARITY_POSITIVE, firstSpectrum);
+    archive.getCalibrator(0, kvan::POLARITY_POSITIVE, firstSpectrum);
 }
 
-CalibrationInForce findCalibration(const fs::path& directory, Database& cache) {
-    CalibrationInForce result;
-    const auto selector = selectorFor(cache);
-    boost::system::error_code ignored;
-    const bool hasArchive = fs::status(directory / g_archive, ignored).type() != fs::file_not_found;
-    const auto states = access::readCalibrationStates(directory);
-    if (const auto reader = access::CalibrationReaderSqlite::find(directory, selector)) {
-        const auto state = std::find_if(states.begin(), states.end(), [&reader](const auto& candidate) {
-            return candidate.key == reader->stateKey();
-        });
-        result.source = state != states.end() ? describe(*state) : g_database;
-        result.others.emplace_back(
-            g_archive,
-            hasArchive ? std::string("not opened, as ") + g_database + " has a state that fits" : "not there");
-        return result;
-    }
-    result.others.emplace_back(g_database,
-                               fs::exists(directory / g_database) ? whyNone(states, selector) : "not there");
-    if (!hasArchive) {
-        result.source = "that of the acquisition";
+CalibrationInForce findCalibration(const fs::path& directory, kvan::cppsqlite::CppSQLite3DB& cache) {
+    using recalibration::Answer;
+    const auto choice =
+        recalibration::chooseCalibration(directory, kvan::io::CalibrationPrefs::fromRawFlag(false), cache);
+    std::vector<access::CalibrationStateSummary> states;
+    if (choice.databaseAnswer != Answer::NotThere)
+        states = access::readCalibrationStates(directory);
+
+    CalibrationInForce result{"that of the acquisition", {}};
+    if (choice.database)
+        result.source = describe(states, choice.database->stateKey());
+    else if (choice.databaseAnswer == Answer::NotThere)
+        result.others.emplace_back(g_database, "not there");
+    else
+        result.others.emplace_back(g_database, whyNone(states, *choice.selector));
+
+    if (choice.archive) {
+        requireReadable(*choice.archive);
+        result.source = g_archive;
+    } else if (choice.archiveAnswer == Answer::NotThere) {
         result.others.emplace_back(g_archive, "not there");
-        return result;
+    } else {
+        result.others.emplace_back(g_archive, std::string("not opened, as ") + g_database + " has a state that fits");
     }
-    requireReadable(directory / g_archive);
-    result.source = g_archive;
     return result;
 }
 

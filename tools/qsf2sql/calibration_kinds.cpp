@@ -1,111 +1,104 @@
 #include "calibration_kinds.h"
 
+#include <calibration-core/interfaces/CalibrationBlobDescription.h>
+
 #include <algorithm>
-#include <iterator>
 #include <vector>
+
+// The calibrations that the spectra were acquired with, by kind. What kind a blob is the library says; here are the words
+// for it and the counts of spectra. A spectrum may have a blob of its own, so each is described alone, which reads no more
+// than its head records. Kinds of one count stand in the order of their names, so that the text depends on nothing else.
 
 namespace qsf2sql_tool {
 
 namespace {
 
-/// How the degree of a law is told from its blob.
-enum class Degree { Fixed, SecondIsZero, ThirdIsZero, Mode, TrapSecondIsZero };
+using kvan::calibration::CalibrationBlobDescription;
+using kvan::calibration::CalibrationFamily;
 
-struct Kind {
-    const char* head;  // the first two bytes of the blob
+struct FamilyName {
+    CalibrationFamily family;
     const char* name;
-    Degree degree;
 };
 
-constexpr Kind g_kinds[] = {
-    {"0100", "time of flight", Degree::SecondIsZero},
-    {"0300", "time of flight, temperature-compensated", Degree::SecondIsZero},
-    {"0600", "post-source decay", Degree::Fixed},
-    {"0700", "KITE 1", Degree::Fixed},
-    {"0800", "KITE 2", Degree::Fixed},
-    {"0900", "time of flight, second generation", Degree::ThirdIsZero},
-    {"0A00", "time of flight, second generation, temperature-compensated", Degree::ThirdIsZero},
-    {"0101", "Fourier transform", Degree::Mode},
-    {"0110", "ion trap", Degree::TrapSecondIsZero},
-    {"0210", "linear", Degree::Fixed},
+constexpr FamilyName g_families[] = {
+    {CalibrationFamily::Tof, "time of flight"},
+    {CalibrationFamily::CompensatedTof, "time of flight, temperature-compensated"},
+    {CalibrationFamily::Psd, "post-source decay"},
+    {CalibrationFamily::Kite1, "KITE 1"},
+    {CalibrationFamily::Kite2, "KITE 2"},
+    {CalibrationFamily::Tof2, "time of flight, second generation"},
+    {CalibrationFamily::CompensatedTof2, "time of flight, second generation, temperature-compensated"},
+    {CalibrationFamily::Ftms, "Fourier transform"},
+    {CalibrationFamily::Paladin, "ion trap"},
+    {CalibrationFamily::Linear, "linear"},
 };
 
-/// Columns: type, whether c2, c3 and an ion trap's c2 are 0.0, FTMS mode, spectra, whether a correction follows, and of
-/// plain time-of-flight blobs the size and the number of coefficients of the correction, in the order of its bytes.
 constexpr const char* g_query =
-    "SELECT hex(substr(t.Blob, 1, 2)), substr(t.Blob, 37, 8) = zeroblob(8), substr(t.Blob, 45, 8) = zeroblob(8), "
-    "substr(t.Blob, 21, 8) = zeroblob(8), hex(substr(t.Blob, 5, 1)), count(*), hex(substr(t.Blob, 3, 2)) = '0100', "
-    "CASE hex(substr(t.Blob, 1, 2)) WHEN '0100' THEN length(t.Blob) END, "
-    "CASE hex(substr(t.Blob, 1, 4)) WHEN '01000100' THEN hex(substr(t.Blob, 79, 2)) END "
-    "FROM Spectra s JOIN Transformators t ON t.Id = s.TransformatorId GROUP BY 1, 2, 3, 4, 5, 7, 8, 9";
+    "SELECT t.Blob, s.Number FROM (SELECT TransformatorId, count(*) AS Number FROM Spectra GROUP BY 1) s "
+    "JOIN Transformators t ON t.Id = s.TransformatorId";
 
-bool isCorrected(const Query& query) {
-    return query.integer(6) == 1;
-}
-
-/// A plain time-of-flight block with an extension behind it and its correction is a compensated one.
-std::string headOf(const Query& query) {
-    constexpr std::int64_t blockEnd = 44;
-    constexpr std::int64_t correctionHead = 40;
-    const auto size = query.integer(7);
-    std::int64_t end = blockEnd;
-    if (const std::string count = query.text(8); count.size() == 4)
-        end += correctionHead + 8 * std::stol(count.substr(2) + count.substr(0, 2), nullptr, 16);
-    return size && *size > end ? "0300" : query.text(0);
-}
-
-std::string degreeOf(const Query& query, Degree degree) {
-    const auto isZero = [&query](int column) { return query.integer(column) == 1; };
-    const auto linearOr = [](bool linear) { return std::string(linear ? ", linear" : ", quadratic"); };
-    switch (degree) {
-        case Degree::SecondIsZero:
-            return linearOr(isZero(1));
-        case Degree::ThirdIsZero:
-            return isZero(2) ? linearOr(isZero(1)) : ", cubic";
-        case Degree::TrapSecondIsZero:
-            return linearOr(isZero(3));
-        case Degree::Mode:
-            return linearOr(query.text(4) == "00" || query.text(4) == "04");
-        case Degree::Fixed:
+std::string degreeOf(const CalibrationBlobDescription& blob) {
+    switch (blob.degree) {
+        case CalibrationBlobDescription::Degree::Linear:
+            return ", linear";
+        case CalibrationBlobDescription::Degree::Quadratic:
+            return ", quadratic";
+        case CalibrationBlobDescription::Degree::Cubic:
+            return ", cubic";
+        case CalibrationBlobDescription::Degree::Fixed:
             break;
     }
     return {};
 }
 
+std::string nameOf(const std::optional<CalibrationBlobDescription>& blob) {
+    if (!blob)
+        return "none";
+    const auto* const row = std::find_if(std::begin(g_families), std::end(g_families),
+                                         [&blob](const FamilyName& name) { return name.family == blob->family; });
+    return (row != std::end(g_families) ? row->name : "unknown") + degreeOf(*blob) +
+           (blob->hasMassCorrection ? ", with GPX correction" : "");
+}
+
 struct Count {
-    std::string name;
+    std::optional<CalibrationBlobDescription> kind;
     std::int64_t spectra;
 };
+
+/// One for each kind that occurs. Each spectrum may have a blob of its own, but there are few kinds.
+std::vector<Count> countKinds(Database& database) {
+    std::vector<Count> counts;
+    std::vector<unsigned char> blob;
+    for (auto query = database.execQuery(g_query); !query.eof(); query.nextRow()) {
+        int size = 0;
+        const unsigned char* const bytes = query.getBlobField(0, size);
+        blob.assign(bytes, bytes + size);
+        const auto kind = kvan::calibration::describeBlob(blob);
+        const auto known =
+            std::find_if(counts.begin(), counts.end(), [&](const Count& row) { return row.kind == kind; });
+        if (known == counts.end())
+            counts.push_back({kind, query.getInt64Field(1)});
+        else
+            known->spectra += query.getInt64Field(1);
+    }
+    return counts;
+}
 
 }  // namespace
 
 std::string calibrationKinds(Database& database) {
-    std::vector<Count> counts;
-    Query query(database, g_query);
-    while (query.next()) {
-        const std::string head = headOf(query);
-        const auto* const kind =
-            std::find_if(std::begin(g_kinds), std::end(g_kinds), [&](const Kind& row) { return head == row.head; });
-        std::string name = "none";
-        if (kind != std::end(g_kinds))
-            name = kind->name + degreeOf(query, kind->degree) + (isCorrected(query) ? ", with GPX correction" : "");
-        const auto known =
-            std::find_if(counts.begin(), counts.end(), [&](const Count& row) { return row.name == name; });
-        const std::int64_t spectra = query.integer(5).value_or(0);
-        if (known == counts.end())
-            counts.push_back({name, spectra});
-        else
-            known->spectra += spectra;
-    }
+    std::vector<Count> counts = countKinds(database);
     if (counts.empty())
         return "none";
     if (counts.size() == 1)
-        return counts[0].name;
-    std::stable_sort(counts.begin(), counts.end(),
-                     [](const Count& a, const Count& b) { return a.spectra > b.spectra; });
+        return nameOf(counts[0].kind);
+    std::sort(counts.begin(), counts.end(), [](const Count& a, const Count& b) {
+        return a.spectra != b.spectra ? a.spectra > b.spectra : nameOf(a.kind) < nameOf(b.kind);
+    });
     std::string text;
     for (const Count& count : counts)
-        text += (text.empty() ? "" : "; ") + count.name + " (" + std::to_string(count.spectra) + " spectra)";
+        text += (text.empty() ? "" : "; ") + nameOf(count.kind) + " (" + std::to_string(count.spectra) + " spectra)";
     return text;
 }
 

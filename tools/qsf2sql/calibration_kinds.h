@@ -1,6 +1,6 @@
 #pragma once
 
-#include "sql.h"
+#include "row.h"
 
 #include <string>
 

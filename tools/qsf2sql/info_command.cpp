@@ -7,6 +7,10 @@
 
 #include <CLI/CLI.hpp>
 
+// The summary of an analysis: one line an entry, its name padded to a column, all out of the cache but for the
+// calibration in force. Properties come in the order of their rows; a value that is missing leaves its line out rather
+// than showing a number that nobody measured.
+
 namespace qsf2sql_tool {
 
 namespace {
@@ -16,23 +20,24 @@ void writeEntry(Output& output, const std::string& name, const std::string& valu
 }
 
 void writeProperties(Database& database, Output& output) {
-    Query query(database, "SELECT Key, Value FROM Properties WHERE Key <> 'SchemaType' AND Value <> '' ORDER BY rowid");
-    while (query.next())
-        writeEntry(output, query.text(0), query.text(1));
+    auto query = database.execQuery(
+        "SELECT Key, Value FROM Properties WHERE Key <> 'SchemaType' AND Value <> '' ORDER BY rowid");
+    for (; !query.eof(); query.nextRow())
+        writeEntry(output, text(query, 0), text(query, 1));
 }
 
 void writeSpectraSummary(Database& database, Output& output) {
-    Query query(database,
-                "SELECT count(*), count(ProfileIntensityId), count(LineIndexId), count(DISTINCT Segment), min(Rt), "
-                "max(Rt), min(MzAcqRangeLower), max(MzAcqRangeUpper) FROM Spectra");
-    query.next();
-    const auto count = [&query](int column) { return std::to_string(query.integer(column).value_or(0)); };
+    const auto query = database.execQuery(
+        "SELECT count(*), count(ProfileIntensityId), count(LineIndexId), count(DISTINCT Segment), min(Rt), "
+        "max(Rt), min(MzAcqRangeLower), max(MzAcqRangeUpper) FROM Spectra");
+    const auto count = [&query](int column) { return std::to_string(integer(query, column).value_or(0)); };
     writeEntry(output, "Spectra", count(0) + " (" + count(1) + " with profile, " + count(2) + " with peak list)");
     writeEntry(output, "Segments", count(3));
-    if (query.real(4))
+    // Without spectra there is neither a time nor a range.
+    if (real(query, 4))
         writeEntry(output, "Retention time",
-                   fixed(*query.real(4), 2) + " to " + fixed(query.real(5).value_or(0.0), 2) + " s");
-    if (query.integer(6))
+                   fixed(*real(query, 4), 2) + " to " + fixed(real(query, 5).value_or(0.0), 2) + " s");
+    if (integer(query, 6))
         writeEntry(output, "Acquired m/z", count(6) + " to " + count(7));
 }
 
@@ -44,22 +49,24 @@ void writeCalibration(Analysis& analysis, Output& output) {
 }
 
 void writeKinds(Database& database, Output& output) {
-    Query query(database,
-                "SELECT ak.MsLevel + 1, ak.Polarity, count(*) FROM Spectra s JOIN AcquisitionKeys ak ON "
-                "ak.Id = s.AcquisitionKey GROUP BY 1, 2 ORDER BY 1, 2");
-    while (query.next())
-        writeEntry(output, "  MS" + query.text(0) + (query.integer(1) == 1 ? " negative" : " positive"), query.text(2));
+    auto query = database.execQuery(
+        "SELECT ak.MsLevel + 1, ak.Polarity, count(*) FROM Spectra s JOIN AcquisitionKeys ak ON "
+        "ak.Id = s.AcquisitionKey GROUP BY 1, 2 ORDER BY 1, 2");
+    for (; !query.eof(); query.nextRow())
+        writeEntry(output, "  MS" + text(query, 0) + (integer(query, 1) == 1 ? " negative" : " positive"),
+                   text(query, 2));
 }
 
 void writeChromatogram(Database& database, Output& output) {
-    Query query(database,
-                "SELECT s.Rt, s.SumIntensity FROM Spectra s JOIN AcquisitionKeys ak ON ak.Id = s.AcquisitionKey "
-                "WHERE ak.MsLevel = 0 AND s.SumIntensity IS NOT NULL ORDER BY s.Rt");
+    auto query = database.execQuery(
+        "SELECT s.Rt, s.SumIntensity FROM Spectra s JOIN AcquisitionKeys ak ON ak.Id = s.AcquisitionKey "
+        "WHERE ak.MsLevel = 0 AND s.SumIntensity IS NOT NULL ORDER BY s.Rt");
+    // Over time, of the survey spectra alone: fragments would draw the intensities of their precursors once more.
     std::vector<double> times;
     std::vector<double> sums;
-    while (query.next()) {
-        times.push_back(query.real(0).value_or(0.0));
-        sums.push_back(query.real(1).value_or(0.0));
+    for (; !query.eof(); query.nextRow()) {
+        times.push_back(real(query, 0).value_or(0.0));
+        sums.push_back(real(query, 1).value_or(0.0));
     }
     const std::string curve = sketch(times, sums, "retention time / s");
     if (!curve.empty())
@@ -93,7 +100,8 @@ void addInfoCommand(CLI::App& app, Output& output) {
     command.add_option("DIR", options->path, "Directory of the analysis or its main file")->required();
     command.add_flag("--no-sketch", options->noSketch, "Leave out the chromatogram");
     command.footer("Example:\n  qsf2sql info demo-run");
-    command.callback([options, &output] { writeInfo(options->path, !options->noSketch, output); });
+    command.callback(
+        [options, &output] { readingCache([&] { writeInfo(options->path, !options->noSketch, output); }); });
 }
 
 }  // namespace qsf2sql_tool

@@ -10,6 +10,10 @@
 #include <algorithm>
 #include <numeric>
 
+// One spectrum as a table: which component is shown, which arrays it has, the heading, the sketch and the rows. All
+// arrays of a component run over the same points, so a row is one point; a component whose arrays differ in length is
+// refused, since no row of it could be trusted.
+
 namespace qsf2sql_tool {
 
 namespace {
@@ -44,7 +48,7 @@ enum ResultColumn { Rt, MsLevel, Polarity, LineMz, LineIntensity, LineIndex, Lin
 constexpr int g_mzDecimals = 6;
 constexpr std::size_t g_mzWidth = 13;
 
-Spectrum readArrays(ArrayStorage& storage, const Query& query, bool profile) {
+Spectrum readArrays(ArrayStorage& storage, const Row& query, bool profile) {
     const int first = profile ? ProfileMz : LineMz;
     std::vector<Column> columns = {{"m/z", "mz", g_mzWidth, g_mzDecimals}, {"Intensity", "intensity", 12, 1}};
     if (!profile)
@@ -54,7 +58,7 @@ Spectrum readArrays(ArrayStorage& storage, const Query& query, bool profile) {
                                        {"SNR", "snr", 9, 1}});
     Spectrum spectrum;
     for (std::size_t column = 0; column < columns.size(); ++column) {
-        const auto id = query.integer(first + static_cast<int>(column));
+        const auto id = integer(query, first + static_cast<int>(column));
         if (!id)
             throw std::runtime_error("the spectrum lacks an array Id in the cache");
         spectrum.push_back({columns[column], storage.read(static_cast<std::uint64_t>(*id))});
@@ -72,17 +76,17 @@ Spectrum readArrays(ArrayStorage& storage, const Query& query, bool profile) {
 }
 
 std::string precursorsOf(Database& database, std::int64_t spectrum) {
-    Query query(database, "SELECT Mass FROM Steps WHERE TargetSpectrum = ? ORDER BY Number");
-    query.bind(1, spectrum);
-    std::string text;
-    while (query.next())
-        text += (text.empty() ? "  precursor " : " > ") + fixed(query.real(0).value_or(0.0), 4);
-    return text;
+    auto statement = database.compileStatement("SELECT Mass FROM Steps WHERE TargetSpectrum = ? ORDER BY Number");
+    statement.bind(1, spectrum);
+    std::string precursors;
+    for (auto query = statement.execQuery(); !query.eof(); query.nextRow())
+        precursors += (precursors.empty() ? "  precursor " : " > ") + fixed(real(query, 0).value_or(0.0), 4);
+    return precursors;
 }
 
-std::string headingOf(Analysis& analysis, const Query& query, std::int64_t spectrum, bool profile, std::size_t size) {
-    return "Spectrum " + std::to_string(spectrum) + "  RT " + fixed(query.real(Rt).value_or(0.0), 3) + " s  MS" +
-           query.text(MsLevel) + (query.integer(Polarity) == kvan::POLARITY_NEGATIVE ? "  negative" : "  positive") +
+std::string headingOf(Analysis& analysis, const Row& query, std::int64_t spectrum, bool profile, std::size_t size) {
+    return "Spectrum " + std::to_string(spectrum) + "  RT " + fixed(real(query, Rt).value_or(0.0), 3) + " s  MS" +
+           text(query, MsLevel) + (integer(query, Polarity) == kvan::POLARITY_NEGATIVE ? "  negative" : "  positive") +
            precursorsOf(analysis.database(), spectrum) + "  " + std::to_string(size) +
            (profile ? " profile points" : " lines") + "\n";
 }
@@ -93,6 +97,7 @@ std::vector<std::size_t> chooseRows(const std::vector<double>& intensities, std:
     std::iota(rows.begin(), rows.end(), std::size_t{0});
     if (!top || *top >= rows.size())
         return rows;
+    // The highest first, then back into the order of the spectrum.
     const auto end = rows.begin() + static_cast<std::ptrdiff_t>(*top);
     std::partial_sort(rows.begin(), end, rows.end(),
                       [&](std::size_t left, std::size_t right) { return intensities[left] > intensities[right]; });
@@ -115,12 +120,14 @@ void writeRows(const Spectrum& spectrum, const ReadOptions& options, Output& out
 
 void readSpectrum(const ReadOptions& options, Output& output) {
     Analysis analysis(options.path);
-    Query query(analysis.database(), g_spectrumSql);
-    query.bind(1, options.spectrum);
-    if (!query.next())
+    auto statement = analysis.database().compileStatement(g_spectrumSql);
+    statement.bind(1, options.spectrum);
+    const Row query = statement.execQuery();
+    if (query.eof())
         throw std::runtime_error("there is no spectrum " + std::to_string(options.spectrum));
-    const bool hasLines = query.integer(LineMz).has_value();
-    const bool hasProfile = query.integer(ProfileMz).has_value();
+    const bool hasLines = integer(query, LineMz).has_value();
+    const bool hasProfile = integer(query, ProfileMz).has_value();
+    // The peak list unless the profile was asked for or there is nothing else.
     const bool profile = options.profile || (!hasLines && !options.lines);
     if (profile ? !hasProfile : !hasLines)
         throw std::runtime_error("spectrum " + std::to_string(options.spectrum) + " has no " +
@@ -131,6 +138,7 @@ void readSpectrum(const ReadOptions& options, Output& output) {
     ArrayStorage storage(analysis, options.rawCalibration);
     const Spectrum spectrum = readArrays(storage, query, profile);
     const std::size_t size = spectrum.empty() ? 0 : spectrum.front().values.size();
+    // CSV is for programs: no heading and no sketch.
     if (!options.csv) {
         output.write(headingOf(analysis, query, options.spectrum, profile, size));
         if (size > 0 && !options.noSketch)
@@ -157,7 +165,7 @@ void addReadCommand(CLI::App& app, Output& output) {
     command.footer(R"(Examples:
   qsf2sql read demo-run 1 --top 10
   qsf2sql read demo-run 1 --profile --csv > profile.csv)");
-    command.callback([options, &output] { readSpectrum(*options, output); });
+    command.callback([options, &output] { readingCache([&] { readSpectrum(*options, output); }); });
 }
 
 }  // namespace qsf2sql_tool

@@ -4,6 +4,9 @@
 
 #include <CLI/CLI.hpp>
 
+// A row a spectrum, straight out of the cache in one statement. A condition that was not given is a parameter without a
+// value, which the statement passes over; so there is one text of it, and SQLite plans it once.
+
 namespace qsf2sql_tool {
 
 namespace {
@@ -35,12 +38,15 @@ std::string dataForms(bool lines, bool profile) {
 
 void listSpectra(const SpectraOptions& options, Output& output) {
     Analysis analysis(options.path);
-    Query query(analysis.database(), g_spectraSql);
+    auto statement = analysis.database().compileStatement(g_spectraSql);
+    // What is not bound is NULL: no limit.
     if (options.msLevel)
-        query.bind(1, *options.msLevel);
-    query.bind(2, options.from);
-    query.bind(3, options.to);
-    query.bind(4, options.count);
+        statement.bind(1, *options.msLevel);
+    if (options.from)
+        statement.bind(2, *options.from);
+    if (options.to)
+        statement.bind(3, *options.to);
+    statement.bind(4, options.count);
 
     Table table(output, options.csv ? TableForm::Csv : TableForm::Text,
                 {{"Id", "id", 8},
@@ -54,17 +60,17 @@ void listSpectra(const SpectraOptions& options, Output& output) {
                  {"Sum", "sum_intensity", 14, 0},
                  {"Maximum", "max_intensity", 12, 0},
                  {"Data", "data", 7}});
-    while (query.next()) {
-        table.addInteger(query.integer(0));
-        table.addReal(query.real(1));
-        table.addInteger(query.integer(2));
-        table.addText(query.integer(3) == 1 ? "-" : "+");
-        table.addReal(query.real(4));
+    for (auto query = statement.execQuery(); !query.eof(); query.nextRow()) {
+        table.addInteger(integer(query, 0));
+        table.addReal(real(query, 1));
+        table.addInteger(integer(query, 2));
+        table.addText(integer(query, 3) == 1 ? "-" : "+");
+        table.addReal(real(query, 4));
         for (int column = 5; column <= 7; ++column)
-            table.addInteger(query.integer(column));
-        table.addReal(query.real(8));
-        table.addReal(query.real(9));
-        table.addText(dataForms(query.integer(10) == 1, query.integer(11) == 1));
+            table.addInteger(integer(query, column));
+        table.addReal(real(query, 8));
+        table.addReal(real(query, 9));
+        table.addText(dataForms(integer(query, 10) == 1, integer(query, 11) == 1));
         table.endRow();
     }
 }
@@ -85,7 +91,7 @@ void addSpectraCommand(CLI::App& app, Output& output) {
   qsf2sql spectra demo-run --count 20
   qsf2sql spectra demo-run --ms-level 2 --from 10 --to 12
   qsf2sql spectra demo-run --csv > spectra.csv)");
-    command.callback([options, &output] { listSpectra(*options, output); });
+    command.callback([options, &output] { readingCache([&] { listSpectra(*options, output); }); });
 }
 
 }  // namespace qsf2sql_tool

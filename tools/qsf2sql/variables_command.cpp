@@ -3,8 +3,13 @@
 #include "table.h"
 #include "text.h"
 
+#include <binaryio/heap_binary.h>
+
 #include <CLI/CLI.hpp>
-#include <cstring>
+
+// Values of variables, of one spectrum or over the run. The cache keeps scalars as SQLite values and vectors as blobs
+// of their elements; the type of the declaration tells how to read the blob, and a value of an unknown type is shown as
+// text.
 
 namespace qsf2sql_tool {
 
@@ -38,53 +43,59 @@ std::string numberText(double value, TableForm form) {
     return form == TableForm::Csv ? shortest(value) : significant(value, g_digits);
 }
 
+/// Numbers as the cache stores a vector: one after the other, little-endian. What is left at the end is no number.
 template <class Element>
-std::string joinNumbers(std::string_view bytes, TableForm form) {
-    std::string text;
-    for (; bytes.size() >= sizeof(Element); bytes.remove_prefix(sizeof(Element))) {
+std::string joinNumbers(const Row& query, int column, TableForm form) {
+    int size = 0;
+    const unsigned char* const bytes = query.getBlobField(column, size);
+    kvan::binaryio::IHeapBinary numbers(bytes, static_cast<std::uint64_t>(size));
+    std::string joined;
+    for (auto count = static_cast<std::size_t>(size) / sizeof(Element); count > 0; --count) {
         Element element;
-        std::memcpy(&element, bytes.data(), sizeof element);
-        text += (text.empty() ? "" : "; ") + numberText(element, form);
+        numbers >> element;
+        joined += (joined.empty() ? "" : "; ") + numberText(element, form);
     }
-    return text;
+    return joined;
 }
 
-std::string joinTexts(const std::string& bytes) {
-    std::string text;
+/// The texts of a vector stand apart by zero bytes.
+std::string joinTexts(std::string_view bytes) {
+    std::string joined;
     for (const char byte : bytes)
-        text += byte == '\0' ? std::string("; ") : std::string(1, byte);
-    return text;
+        joined += byte == '\0' ? std::string("; ") : std::string(1, byte);
+    return joined;
 }
 
-std::string valueText(const Query& query, int column, TableForm form) {
-    switch (query.integer(Type).value_or(-1)) {
+std::string valueText(const Row& query, int column, TableForm form) {
+    switch (integer(query, Type).value_or(-1)) {
         case Double:
-            return numberText(query.real(column).value_or(0.0), form);
+            return numberText(real(query, column).value_or(0.0), form);
         case IntegerVector:
-            return joinNumbers<std::int32_t>(query.bytes(column), form);
+            return joinNumbers<std::int32_t>(query, column, form);
         case DoubleVector:
-            return joinNumbers<double>(query.bytes(column), form);
+            return joinNumbers<double>(query, column, form);
         case StringVector:
-            return joinTexts(query.bytes(column));
+            return joinTexts(query.fieldValue(column));
         default:
-            return query.text(column);
+            return text(query, column);
     }
 }
 
 /// The one value of the run, or the range of those that change.
-std::string rangeText(const Query& query, TableForm form) {
+std::string rangeText(const Row& query, TableForm form) {
     const std::string lowest = valueText(query, Value, form);
     const std::string highest = valueText(query, Highest, form);
     if (lowest == highest)
         return lowest;
-    const bool isOrdered = query.integer(Type) == Integer || query.integer(Type) == Double;
+    // Only of numbers the lowest and the highest mean something.
+    const bool isOrdered = integer(query, Type) == Integer || integer(query, Type) == Double;
     return isOrdered ? lowest + " to " + highest : "(changes)";
 }
 
 void requireSpectrum(Database& database, std::int64_t spectrum) {
-    Query query(database, "SELECT 1 FROM Spectra WHERE Id = ?");
-    query.bind(1, spectrum);
-    if (!query.next())
+    auto statement = database.compileStatement("SELECT 1 FROM Spectra WHERE Id = ?");
+    statement.bind(1, spectrum);
+    if (statement.execQuery().eof())
         throw std::runtime_error("there is no spectrum " + std::to_string(spectrum));
 }
 
@@ -92,19 +103,19 @@ void listVariables(const VariablesOptions& options, Output& output) {
     Analysis analysis(options.path, Analysis::AllVariables);
     if (options.spectrum)
         requireSpectrum(analysis.database(), *options.spectrum);
-    Query query(analysis.database(), options.spectrum ? g_spectrumSql : g_runSql);
+    auto statement = analysis.database().compileStatement(options.spectrum ? g_spectrumSql : g_runSql);
     if (options.spectrum)
-        query.bind(1, *options.spectrum);
+        statement.bind(1, *options.spectrum);
 
     const TableForm form = options.csv ? TableForm::Csv : TableForm::Text;
     Table table(output, form,
                 {{"Variable", "variable", 38, 0, Alignment::Left},
                  {"Value", "value", 24},
                  {"Unit", "unit", 6, 0, Alignment::Left}});
-    while (query.next()) {
-        table.addText(query.text(Name));
+    for (auto query = statement.execQuery(); !query.eof(); query.nextRow()) {
+        table.addText(text(query, Name));
         table.addText(options.spectrum ? valueText(query, Value, form) : rangeText(query, form));
-        table.addText(query.text(Unit));
+        table.addText(text(query, Unit));
         table.endRow();
     }
 }
@@ -122,7 +133,7 @@ void addVariablesCommand(CLI::App& app, Output& output) {
 Examples:
   qsf2sql variables demo-run
   qsf2sql variables demo-run 2)");
-    command.callback([options, &output] { listVariables(*options, output); });
+    command.callback([options, &output] { readingCache([&] { listVariables(*options, output); }); });
 }
 
 }  // namespace qsf2sql_tool
