@@ -64,6 +64,7 @@ fs::path directoryOf(const std::string& file) {
 }
 
 bool isInDirectoryOf(const std::string& file, const std::string& other) {
+    // Names may differ where the directory is the same, by links or case.
     boost::system::error_code none;
     return fs::equivalent(directoryOf(file), directoryOf(other), none);
 }
@@ -109,6 +110,7 @@ std::vector<double> ArrayStorage::read(std::uint64_t id) {
     if (qsf2sql_array_get_num_elements(m_handle, id, &count) == 0)
         throwLastError();
     // The length of a peak list is a claim of the file; a line takes four bytes at least.
+    // A profile is decoded before it is counted, so its length is no claim any more.
     if (id >> 56 < g_firstProfileKind && count > m_mainFileSize / 4)
         throw std::runtime_error("the peak list claims more lines than the file can hold");
     std::vector<double> values(count);

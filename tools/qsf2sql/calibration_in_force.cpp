@@ -39,12 +39,14 @@ std::string describe(const access::CalibrationStateSummary& state) {
 }
 
 std::string describe(const std::vector<access::CalibrationStateSummary>& states, const std::string& key) {
+    // The database may have changed since the choice; then it is named without its state.
     const auto state =
         std::find_if(states.begin(), states.end(), [&key](const auto& candidate) { return candidate.key == key; });
     return state != states.end() ? describe(*state) : g_database;
 }
 
 std::string whyNot(const access::CalibrationStateSummary& state, const access::CalibrationStateSelector& wanted) {
+    // Numbers rather than the bare fact: a state of another run shows at once.
     if (state.hasFrameCalibrators)
         return nameOf(state) + " has calibrations of " + std::to_string(state.mappedFrames) + " spectra up to " +
                std::to_string(state.highestFrame) + " for " + std::to_string(wanted.frameCount) + " spectra";
@@ -77,6 +79,7 @@ CalibrationInForce findCalibration(const fs::path& directory, kvan::cppsqlite::C
     const auto choice =
         recalibration::chooseCalibration(directory, kvan::io::CalibrationPrefs::fromRawFlag(false), cache);
     std::vector<access::CalibrationStateSummary> states;
+    // Also where a state is in force: its source and kind are printed.
     if (choice.databaseAnswer != Answer::NotThere)
         states = access::readCalibrationStates(directory);
 
@@ -106,6 +109,7 @@ CalibrationInForce calibrationInForce(Analysis& analysis) {
     try {
         return findCalibration(directory, analysis.database());
     } catch (const std::exception& fault) {
+        // What would fail an open: the summary goes on, and says how to read all the same.
         return {std::string("none (") + fault.what() + "); --raw-calibration reads by that of the acquisition", {}};
     }
 }

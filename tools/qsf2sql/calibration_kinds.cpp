@@ -5,9 +5,10 @@
 #include <algorithm>
 #include <vector>
 
-// The calibrations that the spectra were acquired with, by kind. What kind a blob is the library says; here are the words
-// for it and the counts of spectra. A spectrum may have a blob of its own, so each is described alone, which reads no more
-// than its head records. Kinds of one count stand in the order of their names, so that the text depends on nothing else.
+// The calibrations that the spectra were acquired with, by kind. What kind a blob is the library says; here are the
+// words for it and the counts of spectra. A spectrum may have a blob of its own, so each is described alone, which
+// reads no more than its head records. Kinds of one count stand in the order of their names, so that the text depends
+// on nothing else.
 
 namespace qsf2sql_tool {
 
@@ -34,6 +35,7 @@ constexpr FamilyName g_families[] = {
     {CalibrationFamily::Linear, "linear"},
 };
 
+// Spectra are counted by their calibration first, so that a blob that many share is described once.
 constexpr const char* g_query =
     "SELECT t.Blob, s.Number FROM (SELECT TransformatorId, count(*) AS Number FROM Spectra GROUP BY 1) s "
     "JOIN Transformators t ON t.Id = s.TransformatorId";
@@ -57,6 +59,7 @@ std::string nameOf(const std::optional<CalibrationBlobDescription>& blob) {
         return "none";
     const auto* const row = std::find_if(std::begin(g_families), std::end(g_families),
                                          [&blob](const FamilyName& name) { return name.family == blob->family; });
+    // A family that the core learns before this table has a name is shown, not hidden.
     return (row != std::end(g_families) ? row->name : "unknown") + degreeOf(*blob) +
            (blob->hasMassCorrection ? ", with GPX correction" : "");
 }
@@ -91,6 +94,7 @@ std::string calibrationKinds(Database& database) {
     std::vector<Count> counts = countKinds(database);
     if (counts.empty())
         return "none";
+    // Of one kind the number would be that of all spectra.
     if (counts.size() == 1)
         return nameOf(counts[0].kind);
     std::sort(counts.begin(), counts.end(), [](const Count& a, const Count& b) {

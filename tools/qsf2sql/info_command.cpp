@@ -28,6 +28,7 @@ void writeProperties(Database& database, Output& output) {
 
 void writeSpectraSummary(Database& database, Output& output) {
     const auto query = database.execQuery(
+        // One pass over the table for all of it.
         "SELECT count(*), count(ProfileIntensityId), count(LineIndexId), count(DISTINCT Segment), min(Rt), "
         "max(Rt), min(MzAcqRangeLower), max(MzAcqRangeUpper) FROM Spectra");
     const auto count = [&query](int column) { return std::to_string(integer(query, column).value_or(0)); };
@@ -76,6 +77,7 @@ void writeChromatogram(Database& database, Output& output) {
 void writeInfo(const std::string& path, bool withSketch, Output& output) {
     Analysis analysis(path);
     writeEntry(output, "Analysis", analysis.mainFile());
+    // A temporary cache is gone when the command ends, so its path would be of no use.
     writeEntry(output, "Cache",
                analysis.isCacheTemporary() ? "none kept, since the directory cannot be written" : analysis.cacheFile());
     writeProperties(analysis.database(), output);

@@ -39,6 +39,7 @@ public:
     explicit UnfinishedAnalysis(fs::path directory) : m_directory(std::move(directory)) {}
     UnfinishedAnalysis(const UnfinishedAnalysis&) = delete;
     UnfinishedAnalysis& operator=(const UnfinishedAnalysis&) = delete;
+    // Never throws: what cannot be removed stays.
     ~UnfinishedAnalysis() {
         boost::system::error_code none;
         for (const char* name : g_files) {
@@ -68,6 +69,7 @@ void writeSample(const SampleOptions& options, Output& output) {
     const fs::path directory = kvan::sys::pathFromUtf8(options.directory);
     // Refused before anything is written.
     makeRoom(directory, options.force);
+    // Flags say what is left out, parameters what is there.
     sample::SampleRunParameters parameters = options.run;
     parameters.lines = !options.noLines;
     parameters.referenceCalibrations = !options.noReferences;

@@ -70,6 +70,7 @@ void listSpectra(const SpectraOptions& options, Output& output) {
             table.addInteger(integer(query, column));
         table.addReal(real(query, 8));
         table.addReal(real(query, 9));
+        // What the spectrum is stored as, not what could be read of it.
         table.addText(dataForms(integer(query, 10) == 1, integer(query, 11) == 1));
         table.endRow();
     }

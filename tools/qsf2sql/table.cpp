@@ -57,6 +57,7 @@ void Table::addCell(const std::string& text) {
 }
 
 void Table::endRow() {
+    // Left-aligned cells are padded; the last one need not be.
     if (m_form == TableForm::Text)
         m_row.resize(m_row.find_last_not_of(' ') + 1);
     m_row += '\n';

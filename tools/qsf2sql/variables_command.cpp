@@ -85,6 +85,7 @@ std::string valueText(const Row& query, int column, TableForm form) {
 std::string rangeText(const Row& query, TableForm form) {
     const std::string lowest = valueText(query, Value, form);
     const std::string highest = valueText(query, Highest, form);
+    // By their texts: what differs beyond the digits shown is one value to a reader.
     if (lowest == highest)
         return lowest;
     // Only of numbers the lowest and the highest mean something.

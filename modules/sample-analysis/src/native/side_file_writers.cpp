@@ -112,6 +112,7 @@ void ExtraFileWriter::entry(std::uint32_t spectrum, const QuickInfo& info) {
 
     qsf::QuickInfoHead head{};
     head.recordOffset = sizeof head;
+    // Head of the container, head of the entry, record, masses, rest of the calibration: in the order of the bytes.
     m_file->append(containerHead(sizeof(qsf::ContainerHeader) + sizeof head + size));
     m_file->append(head);
     m_file->append(record);

@@ -20,6 +20,7 @@ void RunArchive::write(const boost::filesystem::path& directory, const std::vect
                        std::uint8_t acquisitionMode) const {
     ArchivedReferences references;
     for (const std::uint8_t polarity : polarities) {
+        // The same calibrator stands in the reference and in the note on how it was made.
         const ArchivedCalibrator calibrator{.blob = m_axis.archivedReferenceBlob(polarity, acquisitionMode)};
         references.references.push_back({.polarity = polarity, .calibrator = calibrator});
         references.stati.push_back({.description = "calibrated after the run", .calibrator = calibrator});

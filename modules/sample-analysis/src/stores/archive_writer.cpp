@@ -182,6 +182,7 @@ void putStati(Bytes& out, const std::vector<ArchivedStatus>& stati) {
 void put(Bytes& out, const ArchivedReferences& references) {
     putHead(out, "CReferenceCalibrators", references.version);
     putRecords(out, references.references);
+    // The oldest references have no record of how they came about.
     if (references.version >= ArchiveVersion{0, 2})
         putStati(out, references.stati);
 }
@@ -234,12 +235,14 @@ void put(Bytes& out, const ArchivedLockMasses& lockMasses) {
     if (lockMasses.params)
         put(out, *lockMasses.params);
     putRecords(out, lockMasses.spectra);
+    // As with the references.
     if (lockMasses.version >= ArchiveVersion{1, 1})
         putStati(out, lockMasses.stati);
 }
 
 void put(Bytes& out, const ArchivedManager& manager) {
     put(out, manager.kind);
+    // Readers stop at a kind that they do not know, and so does the record.
     if (manager.kind > 1)
         return;
     putHead(out, manager.kind == 0 ? "CSingleCalibratorManager" : "CMultiCalibratorManager", manager.version);

@@ -42,6 +42,7 @@ constexpr const char* g_schema =
 void bindNumbers(CppSQLite3Statement& statement, int parameter, const MzCalibration& calibration) {
     if (calibration.numbers.size() > g_numbers)
         BOOST_THROW_EXCEPTION(std::invalid_argument("A calibration has nine numbers at most."));
+    // A model with fewer numbers than columns has NULL in the others.
     for (std::size_t number = 0; number < g_numbers; ++number, ++parameter) {
         if (number < calibration.numbers.size() && calibration.numbers[number])
             statement.bind(parameter, *calibration.numbers[number]);
@@ -135,6 +136,7 @@ void CalibrationDatabaseWriter::addFrame(std::int64_t frame, const MzCalibration
     m_insertFrame->bind(3, m_state);
     bindNumbers(*m_insertFrame, 4, calibration);
     m_insertFrame->execDML();
+    // Frame calibrators are not shared: the mapping is one to one.
     m_insertMapping->bind(1, m_state);
     m_insertMapping->bind(2, frame);
     m_insertMapping->bind(3, m_frames);
