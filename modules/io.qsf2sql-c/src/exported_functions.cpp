@@ -73,7 +73,7 @@ std::uint64_t qsf2sql_array_open_storage(int raw_calibration, const char* path) 
     auto handle = std::make_unique<StorageHandle>(path, raw_calibration != 0);
     return static_cast<std::uint64_t>(reinterpret_cast<std::uintptr_t>(handle.release()));
 } catch (const std::exception& fault) {
-    return rememberFailure(fault);
+    return static_cast<std::uint64_t>(rememberFailure(fault));
 }
 
 void qsf2sql_array_close_storage(std::uint64_t handle) {
@@ -136,7 +136,7 @@ std::uint32_t qsf2sql_get_sqlite_cache_filename_v2(char* buffer, std::uint32_t s
     std::memcpy(buffer, cacheFile.c_str(), needed);
     return size;
 } catch (const std::exception& fault) {
-    return rememberFailure(fault);
+    return static_cast<std::uint32_t>(rememberFailure(fault));
 }
 
 void qsf2sql_set_num_threads(int count) {
