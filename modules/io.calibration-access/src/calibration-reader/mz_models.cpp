@@ -23,7 +23,7 @@ const ::kvan::calibration::ICalibrationTransformatorFactory& factory() {
     return *::kvan::calibration::Transformation::CalibrationTransformatorFactory::instance();
 }
 
-// Column: value, counted from the first of the model. What is not listed is not read.
+// Column: value, counted from the first of the model. Tolerated: anything in columns that are not listed.
 
 /// 0: c0, 1: c1, 2: c2. The time axis is the digitizer's.
 TransformatorPtr makeTof(const tables::TypedRow& row, int base, const DigitizerConstants& digitizer) {

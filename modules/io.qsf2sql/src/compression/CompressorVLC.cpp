@@ -105,6 +105,7 @@ const char* decodeBlock(const std::vector<unsigned char>& source, std::vector<T>
         return g_wrongCount;
     destination.resize(count);
 
+    // Tolerated: a first element that is no raw one, whose difference counts from 0; bytes after the end marker.
     DifferenceDecoder<VlcCode> decoder(code, stream.data(), stream.size());
     DecoderCursor& cursor = decoder.cursor();
     cursor.next = bitsOf(destination.data());

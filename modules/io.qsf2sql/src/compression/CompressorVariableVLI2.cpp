@@ -132,6 +132,7 @@ bool decodeStream(std::span<const unsigned char> stream, std::uint32_t count, st
         cursor.end = elements + destination.size();
         const Rest rest = decoder.run();
         produced = static_cast<std::size_t>(cursor.next - elements);
+        // Tolerated: bytes after the end code; writers leave some, see `g_surplusBytes`.
         if (rest == Rest::End)
             return produced == count;
         if (rest != Rest::Full || produced == count || cursor.zeroRun > count - produced)

@@ -43,7 +43,7 @@ void writeScan(BlockFile& file, const std::vector<T>& elements) {
     header.resource = makeHead(qsf::RESTYPE_SCAN_SPECTRUM, sizeof header + elements.size() * sizeof(T));
     // The packed type stays 0, which no compressor supports: by that readers tell a plain vector.
     header.plainType = elementTypeOf(T{});
-    header.plainSize = sizeof(T);
+    header.unread21 = sizeof(T);
     header.count = boost::numeric_cast<std::uint32_t>(elements.size());
     file.append(header);
     file.append(elements.data(), elements.size() * sizeof(T));

@@ -28,14 +28,13 @@ struct ScanSpectrumHeader {
     RESOURCE_HEADER resource;   //  0  RESTYPE_SCAN_SPECTRUM
     std::uint8_t unread8[12];   //  8
     std::uint8_t plainType;     // 20  element code of a plain vector
-    std::uint8_t plainSize;     // 21  bytes of one element
+    std::uint8_t unread21;      // 21  bytes of one element; tolerated whatever it says
     std::uint8_t packedType;    // 22  element code of the vector before compression
     std::uint8_t unread23;      // 23
     std::uint32_t count;        // 24  plain: elements; packed: bytes
     std::uint8_t unread28[16];  // 28
 };
-KVAN_PACKED_RECORD(ScanSpectrumHeader, 44, (resource, 0), (plainType, 20), (plainSize, 21), (packedType, 22),
-                   (count, 24));
+KVAN_PACKED_RECORD(ScanSpectrumHeader, 44, (resource, 0), (plainType, 20), (packedType, 22), (count, 24));
 
 /// Head of a line block; an ExtendedLineHeader follows at once.
 struct LineSpectrumHeader {

@@ -44,10 +44,11 @@ public:
                 case RESTYPE_SPECTRUM_CONDITION:
                     readSpectrum(walk.reader());
                     break;
+                // Tolerated: anything after these two, a missing end marker included.
                 case RESTYPE_END_OF_CONDITIONS_8:
                 case RESTYPE_END_OF_CONDITIONS_A:
                     return;
-                default:
+                default:  // tolerated: blocks of any other type among the conditions
                     break;
             }
         }

@@ -58,9 +58,10 @@ std::string spectrumInsert() {
 // to it, and a segment condition counts the segments for the spectra after it. Blocks are not visited: their offsets
 // are all that the array Ids need.
 //
-// A row is inserted when the next spectrum begins, so that each is written once and whole. Of two blocks of a kind the
-// later one counts. An entry of an unknown type is logged and passed over; block entries before the first spectrum
-// belong to none, yet their offsets are checked as all are.
+// A row is inserted when the next spectrum begins, so that each is written once and whole. Tolerated: two blocks of a
+// kind, of which the later one counts; an entry of an unknown type, which is logged and passed over; block entries
+// before the first spectrum, which belong to none, yet their offsets are checked as all are; spectra in any order and
+// with gaps.
 class IndexPass {
 public:
     IndexPass(cppsqlite::CppSQLite3DB& database, const logging::Logger& logger)

@@ -20,9 +20,9 @@ namespace {
     BOOST_THROW_EXCEPTION(Qsf2SqlFileFormatError(fault));
 }
 
-// In comes the main file from its first block on. The two important blocks may stand in either order and among others;
-// an INSTRUMENT_INFO counts only before the later of them, since nothing after it is looked at. The walk stops there,
-// and the last pass goes on with the same walk, so that no block of the file is met twice.
+// In comes the main file from its first block on. The two important blocks may stand in either order. Tolerated: blocks
+// of any other type before and among them; an INSTRUMENT_INFO after the later of them, which is not seen. The walk
+// stops there, and the last pass goes on with the same walk, so that no block of the file is met twice.
 //
 // Properties are written as their block is read: of two analysis headers before the compression info the second one is
 // refused by the table's primary key. A block that is damaged ends the generation, an unknown one is passed over.

@@ -11,8 +11,8 @@ namespace KVAN::io::QSF {
 
 namespace {
 
-/// The number is read as a float and cut toward zero. What no 32-bit integer can hold is undefined for a cast: it
-/// becomes the nearest one here, and NaN the -1 of a file that has no description.
+/// The number is read as a float and cut toward zero. Tolerated: what no 32-bit integer can hold, undefined for a cast.
+/// It becomes the nearest one here, and NaN the -1 of a file that has no description.
 std::int32_t truncatedSerial(double number) {
     return std::isnan(number) ? -1 : static_cast<std::int32_t>(std::clamp<double>(number, INT32_MIN, INT32_MAX));
 }

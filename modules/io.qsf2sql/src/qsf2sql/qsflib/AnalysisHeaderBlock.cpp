@@ -7,6 +7,7 @@ namespace KVAN::io::QSF {
 
 // A text that nobody uses is held against the file all the same: a header that promises one and ends before it is
 // damaged. The order of taking from the pool is that of the faults: a bad description is reported before bad variables.
+// Tolerated: blocks of other types in the pool, and several where one is taken, of which the first counts.
 void AnalysisHeaderBlock::Read(kvan::io::QSFBlockedReader& reader) {
     const std::uint64_t start = reader.tell();
     header = CQSFUtil::ReadHeader<AnalysisHeaderRecord>(reader, ANALYSIS_HEADER);

@@ -27,6 +27,7 @@ public:
                                         std::uint8_t field) {
         if (field < g_firstLineField || field > g_lastLineField)
             BOOST_THROW_EXCEPTION(std::invalid_argument("Requested field ID out of range: #" + std::to_string(field)));
+        // Tolerated: an offset into the heads or beyond the block; only a read beyond the file fails.
         const std::uint32_t offset = header.fieldOffset[field - g_firstLineField];
         if (offset == 0)
             return {};

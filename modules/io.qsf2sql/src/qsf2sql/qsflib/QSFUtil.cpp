@@ -20,7 +20,7 @@ std::string CQSFUtil::ReadText(kvan::io::QSFBlockedReader& reader, std::uint64_t
     reader.seekTo(position);
     std::string text;
     kvan::io::readArray(reader, length, text);
-    // Padding goes; a zero byte inside is part of the text.
+    // Padding goes. Tolerated: zero bytes inside, which are part of the text.
     text.resize(text.find_last_not_of('\0') + 1);
     return text;
 }

@@ -46,6 +46,7 @@ auto CQSFUtil::ReadTexts(kvan::io::QSFBlockedReader& reader, const Record& recor
         const std::uint64_t offset = record.textOffset[index];
         if (offset == 0)
             continue;
+        // Tolerated: offsets that do not ascend. A text that starts where the next one does, or after it, is empty.
         if (end > offset) {
             if (end > size)
                 reader.readError();

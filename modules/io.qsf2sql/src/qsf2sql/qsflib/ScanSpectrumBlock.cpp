@@ -25,6 +25,7 @@ void ScanSpectrumBlock::Read(kvan::io::QSFBlockedReader& reader,
         m_elementType = static_cast<ElementType>(header.packedType);
         return;
     }
+    // Tolerated: any size of an element at byte 21; the type alone says it.
     switch (header.plainType) {
         case ELEMENT_INT32:
             readArray(reader, header.count, elements<std::int32_t>());

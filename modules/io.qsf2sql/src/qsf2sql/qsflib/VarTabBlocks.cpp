@@ -10,8 +10,8 @@
 // into one block of memory that only grows, and an entry is a view of it.
 //
 // Counts and sizes are claims. A head's count is held against the bytes that the block and its pool leave, an entry's
-// size against what is left of those, an entry's count against its size; each fault is a read error. Bytes of an entry
-// after what its count needs are not looked at.
+// size against what is left of those, an entry's count against its size; each fault is a read error. Tolerated: bytes
+// of an entry after what its count needs.
 namespace KVAN::io::QSF {
 
 namespace {

@@ -12,6 +12,8 @@
 // its source on record. The archive is not even opened where a state fits, so a damaged archive does no harm then.
 // Apart from that a store that is there and cannot be read ends the open: falling back to another calibration in
 // silence would give masses that are wrong by parts per million, which nobody would see.
+//
+// Tolerated: a database without a state that fits the analysis, which counts as one that is not there.
 
 namespace kvan::io::qsf2sql::recalibration {
 

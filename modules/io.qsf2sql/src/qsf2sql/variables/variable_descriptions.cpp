@@ -33,6 +33,7 @@ constexpr BuiltInVariable g_builtInTable[] = {
     {22, "Prototype_AutoMSMS_Exclusion_Mass_List_Blocks"},
 };
 
+/// Tolerated: a vector flag other than 0 and 1, which makes a scalar.
 std::optional<VariableType> typeOf(const VarTabDescEntryBlock& entry) {
     const bool isVector = entry.isVector == 1;
     switch (entry.elementType) {
@@ -76,8 +77,8 @@ const std::span<const BuiltInVariable> g_builtInVariables(g_builtInTable);
 // the same Ids in every cache, and any other variable whose index in the file is one of these numbers moves above all
 // indices. What the file does not declare follows as a row without values.
 //
-// A type that is not known is logged and the variable passed over; if it is a built-in one, it counts as not declared.
-// A name that is declared twice is kept twice, and the first declaration is the one that the name finds.
+// Tolerated: a type that is not known, which is logged and the variable passed over; if it is a built-in one, it counts
+// as not declared. A name that is declared twice, which is kept twice; the first declaration is the one that it finds.
 VariableDescriptions::VariableDescriptions(const VarTabDescBlock& declarations,
                                            std::span<const BuiltInVariable> builtIns, bool allVariables,
                                            const std::unordered_set<std::string>& requested)
