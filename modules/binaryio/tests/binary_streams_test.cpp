@@ -8,8 +8,7 @@
 namespace kvan::binaryio {
 namespace {
 
-using Bytes = std::vector<unsigned char>;
-
+using test::Bytes;
 using test::failureOf;
 
 Bytes written(OHeapBinary& heap) {
@@ -46,8 +45,7 @@ TEST(HeapBinary, PositionsStayFromNothingToTheSize) {
     constexpr std::int64_t refused = -1;
     const struct {
         int from;
-        std::int64_t offset;
-        std::int64_t position;
+        std::int64_t offset, position;
     } cases[] = {
         {0, 0, 0},  {0, 10, 10},      {0, 11, refused}, {0, -1, refused},    {0, least, refused}, {1, -4, 0},
         {1, 6, 10}, {1, 7, refused},  {1, -5, refused}, {1, most, refused},  {1, least, refused}, {2, 0, 10},
@@ -63,10 +61,9 @@ TEST(HeapBinary, PositionsStayFromNothingToTheSize) {
         output.doSetWritePos(origin::Begin, 4);
         const auto from = static_cast<origin::type>(move.from);
         const bool isRefused = move.position == refused;
-        EXPECT_EQ(failureOf([&] { input.doSetReadPos(from, move.offset); }),
-                  isRefused ? "Read position: Binary position out of bounds" : "");
-        EXPECT_EQ(failureOf([&] { output.doSetWritePos(from, move.offset); }),
-                  isRefused ? "Write position: Binary position out of bounds" : "");
+        const std::string failure = isRefused ? " position: Binary position out of bounds" : "";
+        EXPECT_EQ(failureOf([&] { input.doSetReadPos(from, move.offset); }), (isRefused ? "Read" : "") + failure);
+        EXPECT_EQ(failureOf([&] { output.doSetWritePos(from, move.offset); }), (isRefused ? "Write" : "") + failure);
         EXPECT_EQ(input.getReadPos(), isRefused ? 4 : move.position);
         EXPECT_EQ(output.getWritePos(), isRefused ? 4 : move.position);
     }

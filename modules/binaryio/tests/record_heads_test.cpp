@@ -17,10 +17,6 @@ std::string record(Fields... fields) {
 }
 
 TEST(MagicNumber, IsTheHashOfItsName) {
-    EXPECT_EQ(MagicNumber::valueOf("CString-ASCII"), 0xBFAB271D);
-    EXPECT_EQ(MagicNumber::valueOf("std_string_ascii"), 0xBFA29610);
-    EXPECT_EQ(MagicNumber::valueOf("ReferenceCalibrator"), 0xBFA1F2D3);
-    EXPECT_EQ(MagicNumber::valueOf("CArray"), 0xBFA1D266);
     EXPECT_EQ(MagicNumber::valueOf("rYUlExKICZ"), 0xBFA0001A);  // comes by 0x8000
     EXPECT_EQ(MagicNumber::valueOf(""), 0xBFA00000);
     EXPECT_EQ(MagicNumber::valueOf(nullptr), 0xBFA00000);
@@ -42,15 +38,12 @@ TEST(MagicNumber, NamesBothSidesOfAMismatch) {
 }
 
 TEST(VersionNumber, ComparesByPartsWithTheEmptyOneBelow) {
-    const VersionNumber none;
-    const VersionNumber low(1, 2);
-    const VersionNumber high(1, 10);
-    EXPECT_LT(none, VersionNumber(0, 0));
-    EXPECT_FALSE(none < VersionNumber());
-    EXPECT_EQ(none, VersionNumber());
-    EXPECT_LT(low, high);
-    EXPECT_LT(high, VersionNumber(2, 0));
-    EXPECT_EQ(high.toString(), "1.10");
+    EXPECT_LT(VersionNumber(), VersionNumber(0, 0));
+    EXPECT_FALSE(VersionNumber() < VersionNumber());
+    EXPECT_EQ(VersionNumber(), VersionNumber());
+    EXPECT_LT(VersionNumber(1, 2), VersionNumber(1, 10));
+    EXPECT_LT(VersionNumber(1, 10), VersionNumber(2, 0));
+    EXPECT_EQ(VersionNumber(1, 10).toString(), "1.10");
 }
 
 TEST(VersionNumber, IsExpected) {
@@ -70,8 +63,7 @@ TEST(StreamedText, ComesWholeOrNotAtAll) {
     const struct {
         std::string bytes;
         std::uint32_t flags;
-        std::string text;
-        std::string failure;
+        std::string text, failure;
     } cases[] = {
         {record(cString, 1u, '\0'), 0, "", ""},
         {record(cString, 3u, 'a', 'b', '\0'), 0, "ab", ""},
@@ -98,19 +90,15 @@ TEST(StreamedText, ComesWholeOrNotAtAll) {
 }
 
 TEST(BinaryFailure, HasItsOwnCategory) {
-    const char* texts[] = {"Success",
-                           "Unspecified stream error",
-                           "Binary position out of bounds",
-                           "Unexpected magic number",
-                           "Empty version number",
-                           "Unexpected version number",
-                           "End of stream",
-                           "Invalid operation",
-                           "Unknown stream error"};
     EXPECT_STREQ(streamCategory().name(), "binary io stream");
-    for (int code = 0; code < 9; ++code)
-        EXPECT_EQ(streamCategory().message(code), texts[code]);
-    EXPECT_EQ(streamCategory().message(-1), "Unknown stream error");
+    std::string texts;
+    for (int code = -1; code < 9; ++code)
+        texts += streamCategory().message(code) + "; ";
+    EXPECT_EQ(
+        texts,
+        "Unknown stream error; Success; Unspecified stream error; Binary position out of bounds; Unexpected magic "
+        "number; Empty version number; Unexpected version number; End of stream; Invalid operation; "
+        "Unknown stream error; ");
 }
 
 }  // namespace

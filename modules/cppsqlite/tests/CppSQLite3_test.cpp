@@ -48,8 +48,7 @@ TEST_F(CppSQLite3, ValuesComeBackAsBoundWhateverTheirBytes) {
     const CppSQLite3Query query = echo.execQuery();
     int length = -1;
     const unsigned char* const bytes = query.getBlobField(1, length);
-    ASSERT_EQ(length, 3);
-    EXPECT_TRUE(std::equal(bytes, bytes + length, blob));
+    EXPECT_TRUE(std::equal(bytes, bytes + length, blob, blob + 3));
 }
 
 TEST_F(CppSQLite3, StatementsServeManyReadsAndEndThem) {
@@ -190,7 +189,7 @@ TEST_F(CppSQLite3, NamesOfFilesAreNoMoreThanNames) {
         {"file:private", CppSQLite3DB::OpenMode::Private},
     };
     for (const auto& [name, mode] : cases) {
-        for (const std::string& path : {std::string(name), (directory / (std::string("absolute ") + name)).string()}) {
+        for (const std::string& path : {std::string(name), (directory / ("absolute " + std::string(name))).string()}) {
             CppSQLite3DB file;
             file.open(path, mode);
             file.execDML("BEGIN; CREATE TABLE t (v)");

@@ -28,13 +28,12 @@ TEST_F(CacheRoad, WhatTheCacheLacksIsNamed) {
 }
 
 TEST_F(CacheRoad, AViewInTheNameOfATableIsNoCache) {
-    write({{.profile = std::vector<float>{1}}});
+    write({{.profile = Floats{1}}});
     ASSERT_TRUE(Storage(mainFile()));
     for (const std::string table : {"Info", "Spectra", "Transformators"}) {
         sql("ALTER TABLE " + table + " RENAME TO Former" + table + "; CREATE VIEW " + table +
-            " AS WITH RECURSIVE endless(x) AS (SELECT 1 UNION ALL SELECT x + 1 FROM endless) SELECT f.* FROM endless, "
-            "Former" +
-            table + " f WHERE x < 0");
+            " AS WITH RECURSIVE n(x) AS (SELECT 1 UNION ALL SELECT x + 1 FROM n) SELECT f.* FROM n, Former" + table +
+            " f WHERE x < 0");
         EXPECT_TRUE(Storage(mainFile(), 0)) << lastError();
         EXPECT_EQ(sql("SELECT type FROM sqlite_master WHERE name = '" + table + "'"), "table") << "made anew";
     }

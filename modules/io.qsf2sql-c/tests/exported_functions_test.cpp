@@ -8,7 +8,7 @@ extern "C" double sum_of_array(const char* path, std::uint64_t id);
 namespace road {
 namespace {
 
-class ExportedFunctions : public Road {};
+using ExportedFunctions = Road;
 
 TEST_F(ExportedFunctions, LastErrorIsKeptPerThreadAndNeverCleared) {
     boost::thread([] {
@@ -26,12 +26,10 @@ TEST_F(ExportedFunctions, LastErrorIsKeptPerThreadAndNeverCleared) {
     EXPECT_EQ(lastError(), text) << "a success does not clear it";
 
     char buffer[6] = "-----";
-    EXPECT_EQ(qsf2sql_get_last_error_string(buffer, 0), text.size() + 1);
-    EXPECT_STREQ(buffer, "-----");
-    EXPECT_EQ(qsf2sql_get_last_error_string(buffer, 1), text.size() + 1);
-    EXPECT_STREQ(buffer, "");
-    EXPECT_EQ(qsf2sql_get_last_error_string(buffer, 5), text.size() + 1);
-    EXPECT_STREQ(buffer, "Can'");
+    for (const auto& [size, content] : {std::pair(0U, "-----"), {1U, ""}, {5U, "Can'"}}) {
+        EXPECT_EQ(qsf2sql_get_last_error_string(buffer, size), text.size() + 1);
+        EXPECT_STREQ(buffer, content);
+    }
 }
 
 TEST_F(ExportedFunctions, CacheFilenameGivesTheSizePassedInOrTheRoomNeeded) {
@@ -87,13 +85,12 @@ TEST_F(ExportedFunctions, TextsDoNotDependOnTheLocaleOfTheHost) {
 }
 
 TEST_F(ExportedFunctions, BadIdsFailAndLeaveTheHandleUsable) {
-    write({{.profile = std::vector<std::uint32_t>{1, 2, 3}}});
+    write({{.profile = Counts{1, 2, 3}}});
     const Storage storage(mainFile());
     ASSERT_TRUE(storage);
     const std::string text =
         "Requested array with non-existing Id 4660 (0x1234) - upper 8 bits of the 64-bit Id shouldn't be zero; could "
-        "be a "
-        "type-conversion error in user's code (accidental truncation to 32 bits).";
+        "be a type-conversion error in user's code (accidental truncation to 32 bits).";
     EXPECT_EQ(storage.length(0x1234), -1);
     EXPECT_EQ(lastError(), text);
     EXPECT_EQ(storage.failureOf(0x1234), text);
@@ -102,12 +99,12 @@ TEST_F(ExportedFunctions, BadIdsFailAndLeaveTheHandleUsable) {
         EXPECT_EQ(lastError(), "Shouldn't happen.") << kind;
         EXPECT_EQ(storage.failureOf(kind << 56 | 100), "Shouldn't happen.") << kind;
     }
-    EXPECT_EQ(storage.read<double>(id("ProfileIntensityId")), (std::vector<double>{1, 2, 3}));
+    EXPECT_EQ(storage.read<double>(id("ProfileIntensityId")), (Doubles{1, 2, 3}));
     qsf2sql_array_close_storage(0);
 }
 
 TEST_F(ExportedFunctions, ServeACallerInC) {
-    write({{.profile = std::vector<std::uint32_t>{1, 2, 4}}});
+    write({{.profile = Counts{1, 2, 4}}});
     EXPECT_EQ(sum_of_array("/nowhere/analysis.qsf", 1), -1.0);
     ASSERT_TRUE(Storage(mainFile()));
     EXPECT_EQ(sum_of_array(mainFile().c_str(), id("ProfileIntensityId")), 7.0);

@@ -1,34 +1,27 @@
 #include "road.h"
 
-#include <cmath>
-
 namespace road {
 namespace {
 
 /// The blob with a correction that is used on the masses 50 to 4000, and its coefficients.
-Bytes corrected(Bytes calibration, const std::vector<double>& coefficients) {
-    const double constants[] = {0.0, 0.0, 50.0, 4000.0};
-    const std::uint16_t use = 1;
-    const auto count = static_cast<std::uint16_t>(coefficients.size());
-    const std::uint32_t offset = 40;
-    const auto append = [&calibration](const void* bytes, std::size_t size) {
-        const auto* const first = static_cast<const unsigned char*>(bytes);
-        calibration.insert(calibration.end(), first, first + size);
-    };
+Bytes corrected(Bytes calibration, const Doubles& coefficients) {
+    // Both are a head of 4 bytes and doubles; the fifth double is use (2 bytes), count (2) and offset of the others.
+    Doubles record{0.0, 0.0, 50.0, 4000.0,
+                   std::bit_cast<double>(1 | coefficients.size() << 16 | std::uint64_t{40} << 32)};
+    record.insert(record.end(), coefficients.begin(), coefficients.end());
+    const Bytes correction = calibrationBlob(0, record);
     calibration[2] = 1;
-    append(constants, sizeof constants);
-    append(&use, sizeof use);
-    append(&count, sizeof count);
-    append(&offset, sizeof offset);
-    append(coefficients.data(), coefficients.size() * sizeof(double));
+    calibration.insert(calibration.end(), correction.begin() + 4, correction.end());
     return calibration;
 }
+
+const std::string g_notUnique = "gpx polynomial could not be inverted in a unique way";
 
 class Mz : public Road {
 protected:
     /// One spectrum with four profile points and two lines.
     void writeWith(const Bytes& calibration) const {
-        write({{.profile = std::vector<std::uint32_t>{1, 2, 3, 4},
+        write({{.profile = Counts{1, 2, 3, 4},
                 .lines = LineData{.index = {{0.5, 2.0}}, .intensity = {{10, 20}}},
                 .info = {.acquiredUpper = 3, .calibration = calibration}}});
     }
@@ -37,14 +30,13 @@ protected:
         writeWith(calibration);
         const Storage storage(mainFile());
         ASSERT_TRUE(storage) << lastError();
-        const std::vector<double> profile = storage.read<double>(id("ProfileMzId"));
-        const std::vector<double> lines = storage.read<double>(id("LineMzId"));
-        ASSERT_EQ(profile.size(), 4u);
-        ASSERT_EQ(lines.size(), 2u);
-        for (int index = 0; index < 4; ++index)
-            EXPECT_NEAR(profile[static_cast<std::size_t>(index)], massOfIndex(index), 1e-12 * massOfIndex(index));
-        EXPECT_NEAR(lines[0], massOfIndex(0.5), 1e-12 * massOfIndex(0.5));
-        EXPECT_NEAR(lines[1], massOfIndex(2.0), 1e-12 * massOfIndex(2.0));
+        const Doubles lines = storage.read<double>(id("LineMzId"));
+        Doubles masses = storage.read<double>(id("ProfileMzId"));
+        masses.insert(masses.end(), lines.begin(), lines.end());
+        const Doubles indices{0, 1, 2, 3, 0.5, 2};
+        ASSERT_EQ(masses.size(), indices.size());
+        for (std::size_t at = 0; at < indices.size(); ++at)
+            EXPECT_NEAR(masses[at], massOfIndex(indices[at]), 1e-12 * masses[at]) << indices[at];
         EXPECT_EQ(storage.read<float>(id("LineMzId"))[0], static_cast<float>(lines[0]));
         EXPECT_EQ(storage.read<std::uint32_t>(id("LineMzId"))[1], static_cast<std::uint32_t>(lines[1]));
     }
@@ -61,29 +53,13 @@ TEST_F(Mz, EveryLineAndPointByItsLawAndItsCorrection) {
 
 TEST_F(Mz, ACorrectionThatIsDamagedIsNamedAndEnds) {
     const Bytes straight = calibrationBlob(4098, {100, 450});
-    const std::string notUnique = "gpx polynomial could not be inverted in a unique way";
     // Where the acquired range has no mass there is no cache.
-    for (const std::vector<double>& coefficients : {std::vector<double>{5},
-                                                    {0, 0, 0},
-                                                    {std::nan(""), 1},
-                                                    {0, -1},
-                                                    {1e300, 1, 1e300},
-                                                    std::vector<double>(5000, 1e300)}) {
+    for (const Doubles& coefficients :
+         {Doubles{5}, {0, 0, 0}, {kvan::test::g_nan, 1}, {0, -1}, {1e300, 1, 1e300}, Doubles(5000, 1e300)}) {
         writeWith(corrected(straight, coefficients));
         EXPECT_FALSE(Storage(mainFile()));
-        EXPECT_EQ(lastError(), notUnique);
+        EXPECT_EQ(lastError(), g_notUnique);
     }
-    // Holds at index 0, where the acquired range ends, and is off by more than the search is wide at the next ones.
-    write({{.profile = std::vector<std::uint32_t>(10, 1),
-            .lines = LineData{.index = {{1.0, 2.0}}},
-            .info = {.calibration = corrected(straight, {0, 1, 0, 0, 0, 0, 0, 0, 0, 0, 0, -1e-30})}}});
-    const Storage storage(mainFile());
-    ASSERT_TRUE(storage) << lastError();
-    EXPECT_EQ(storage.failureOf(id("LineMzId")), notUnique);
-    EXPECT_EQ(storage.failureOf(id("ProfileMzId")),
-              "Transformation failed, most likely due to bad calibration constants.");
-    EXPECT_EQ(storage.read<std::uint32_t>(id("ProfileIntensityId")).size(), 10u) << "all else is served";
-
     Bytes cut = corrected(straight, {0, 1});
     cut.pop_back();
     writeWith(cut);
@@ -95,24 +71,20 @@ TEST_F(Mz, ReadsDoNotDependOnTheNumberOfThreads) {
     const Bytes tof = calibrationBlob(1, {25000.0, 0.2, 12.5, 500.0, 1e-3});
     for (const Bytes& calibration :
          {tof, corrected(tof, {1e-3, 1 - 4e-6, 9e-9, -4e-12}), corrected(tof, {0, 1, 1e-5})}) {
-        write({{.profile = std::vector<std::uint32_t>(300000, 1), .info = {.calibration = calibration}}});
-        std::vector<double> reference;
+        write({{.profile = Counts(300000, 1), .info = {.calibration = calibration}}});
+        std::set<Doubles> results;
         for (const int threads : {1, 2, 5}) {
             qsf2sql_set_num_threads(threads);
-            const Storage storage(mainFile());
-            const auto masses = storage.read<double>(id("ProfileMzId"));
-            if (reference.empty())
-                reference = masses;
-            EXPECT_EQ(masses.size(), 300000u);
-            EXPECT_TRUE(masses == reference) << threads;
+            results.insert(Storage(mainFile()).read<double>(id("ProfileMzId")));
         }
+        EXPECT_EQ(results.size(), 1u);
+        EXPECT_EQ(results.begin()->size(), 300000u);
     }
 }
 
 TEST_F(Mz, ABlockWithoutIndicesHasNoMzAndAsksForNoCalibration) {
-    const auto locations = write({{.lines = LineData{.intensity = {{10, 20}}}}});
+    const std::uint64_t mz = arrayId(22, write({{.lines = LineData{.intensity = {{10, 20}}}}})[0].lines);
     const Storage storage(mainFile());
-    const std::uint64_t mz = std::uint64_t{22} << 56 | locations[0].lines;
     double untouched = 42.0;
     EXPECT_EQ(storage.length(mz), 0);
     EXPECT_EQ(storage.readInto(mz, &untouched), 1);
@@ -120,7 +92,7 @@ TEST_F(Mz, ABlockWithoutIndicesHasNoMzAndAsksForNoCalibration) {
 }
 
 TEST_F(Mz, AProfileWithoutEntriesIsARangeThatEndsAheadOfItsStart) {
-    write({{.profile = std::vector<std::uint32_t>{}, .info = {.calibration = calibrationBlob(4098, {0, 1})}}});
+    write({{.profile = Counts{}, .info = {.calibration = calibrationBlob(4098, {0, 1})}}});
     const Storage storage(mainFile());
     EXPECT_EQ(storage.length(id("ProfileMzId")), 0);
     EXPECT_EQ(storage.failureOf(id("ProfileMzId")),
@@ -134,12 +106,11 @@ TEST_F(Mz, WhatIsMissingInTheCacheIsNamed) {
     ASSERT_TRUE(Storage(mainFile()));
     const std::uint64_t mz = id("LineMzId");
     const std::string lookup = "getTransformatorForSpectrum( LineMzId = " + std::to_string(mz) + " ) failed";
+    const std::string noNumber = "bad lexical cast: source type value could not be interpreted as target";
     const std::pair<const char*, std::string> cases[] = {
         {"UPDATE Spectra SET TransformatorId = 99", "Couldn't get transformator blob."},
-        {"UPDATE Spectra SET TransformatorId = NULL",
-         "bad lexical cast: source type value could not be interpreted as target"},
-        {"UPDATE Spectra SET TransformatorId = 'one'",
-         "bad lexical cast: source type value could not be interpreted as target"},
+        {"UPDATE Spectra SET TransformatorId = NULL", noNumber},
+        {"UPDATE Spectra SET TransformatorId = 'one'", noNumber},
         {"UPDATE Spectra SET TransformatorId = 1; UPDATE Transformators SET Blob = NULL",
          "Spectrum has no transformator."},
         {"UPDATE Transformators SET Blob = x'FF000000'", "Spectrum has no transformator."},
@@ -157,16 +128,21 @@ TEST_F(Mz, WhatIsMissingInTheCacheIsNamed) {
 }
 
 TEST_F(Mz, ALawThatFailsGivesItsWords) {
-    // Holds at index 0, where the acquired range ends, and has no real solution beyond.
-    write({{.profile = std::vector<std::uint32_t>(10, 1),
-            .lines = LineData{.index = {{1.0, 2.0}}},
-            .info = {.calibration = calibrationBlob(1, {0, 0.5, 0, 4e12, -1})}}});
-    const Storage storage(mainFile());
-    ASSERT_TRUE(storage) << lastError();
-    EXPECT_EQ(storage.failureOf(id("LineMzId")),
-              "complex valued solution in computation due to invalid calibration constants/value range");
-    EXPECT_EQ(storage.failureOf(id("ProfileMzId")),
-              "Transformation failed, most likely due to bad calibration constants.");
+    // Both hold at index 0, where the acquired range ends, and fail beyond: one is off by more than the search is wide.
+    const std::pair<Bytes, std::string> cases[] = {
+        {corrected(calibrationBlob(4098, {100, 450}), {0, 1, 0, 0, 0, 0, 0, 0, 0, 0, 0, -1e-30}), g_notUnique},
+        {calibrationBlob(1, {0, 0.5, 0, 4e12, -1}),
+         "complex valued solution in computation due to invalid calibration constants/value range"},
+    };
+    for (const auto& [calibration, text] : cases) {
+        write({{.profile = Counts(10, 1), .lines = LineData{.index = {{1, 2}}}, .info = {.calibration = calibration}}});
+        const Storage storage(mainFile());
+        ASSERT_TRUE(storage) << lastError();
+        EXPECT_EQ(storage.failureOf(id("LineMzId")), text);
+        EXPECT_EQ(storage.failureOf(id("ProfileMzId")),
+                  "Transformation failed, most likely due to bad calibration constants.");
+        EXPECT_EQ(storage.read<std::uint32_t>(id("ProfileIntensityId")).size(), 10u) << "all else is served";
+    }
 }
 
 }  // namespace

@@ -7,10 +7,6 @@
 
 #include <boost/stacktrace.hpp>
 #include <iostream>
-#include <numeric>
-#include <sstream>
-
-#include <unistd.h>
 
 namespace {
 
@@ -76,28 +72,27 @@ protected:
 };
 
 TEST_F(ReadFrames, AtMostSevenFunctionsLieBetweenTheInterfaceAndTheFile) {
-    std::vector<std::uint32_t> counts(5000);
+    Counts counts(5000);
     std::iota(counts.begin(), counts.end(), 0u);
     sample::ProfilePacker packer(sample::Compressor::Vlc);
-    const std::vector<double> indices(counts.begin(), counts.end());
+    const Doubles indices(counts.begin(), counts.end());
     const auto locations = write({{.profile = packer.pack(counts),
                                    .lines = LineData{.layout = KVAN::io::QSF::LINES_DOUBLE_FLOAT, .index = indices},
                                    .info = {.acquiredUpper = 4999, .calibration = calibrationBlob(4098, {100, 0.25})}},
-                                  {.profile = std::vector<float>(counts.begin(), counts.end())}},
+                                  {.profile = Floats(counts.begin(), counts.end())}},
                                  {.compressors = {sample::guidOf(sample::Compressor::Vlc)}});
-    const auto id = [](std::uint64_t kind, std::uint64_t offset) { return kind << 56 | offset; };
     const std::uint64_t packed = locations[0].scan, plain = locations[1].scan, peaks = locations[0].lines;
     ASSERT_TRUE(Storage(mainFile())) << lastError();
 
-    expectShortRoad("length of a packed scan", qsf2sql_array_get_num_elements, id(66, packed));
-    expectShortRoad("length of a plain scan", qsf2sql_array_get_num_elements, id(66, plain));
-    expectShortRoad("length of a line field", qsf2sql_array_get_num_elements, id(16, peaks));
-    expectShortRoad("packed scan", qsf2sql_array_read_uint32, id(66, packed));
-    expectShortRoad("plain scan", qsf2sql_array_read_double, id(66, plain));
-    expectShortRoad("line field as it is stored", qsf2sql_array_read_double, id(16, peaks));
-    expectShortRoad("line field converted", qsf2sql_array_read_float, id(16, peaks));
-    expectShortRoad("m/z of a line spectrum", qsf2sql_array_read_double, id(22, peaks));
-    expectShortRoad("m/z of a profile", qsf2sql_array_read_double, id(67, packed));
+    expectShortRoad("length of a packed scan", qsf2sql_array_get_num_elements, arrayId(66, packed));
+    expectShortRoad("length of a plain scan", qsf2sql_array_get_num_elements, arrayId(66, plain));
+    expectShortRoad("length of a line field", qsf2sql_array_get_num_elements, arrayId(16, peaks));
+    expectShortRoad("packed scan", qsf2sql_array_read_uint32, arrayId(66, packed));
+    expectShortRoad("plain scan", qsf2sql_array_read_double, arrayId(66, plain));
+    expectShortRoad("line field as it is stored", qsf2sql_array_read_double, arrayId(16, peaks));
+    expectShortRoad("line field converted", qsf2sql_array_read_float, arrayId(16, peaks));
+    expectShortRoad("m/z of a line spectrum", qsf2sql_array_read_double, arrayId(22, peaks));
+    expectShortRoad("m/z of a profile", qsf2sql_array_read_double, arrayId(67, packed));
 }
 
 // Two arrays are read, the m/z and the indices that they come from, and each names its steps.
@@ -108,7 +103,7 @@ TEST_F(ReadFrames, AReadOfLineMzTracesEveryStep) {
     const Storage storage(mainFile());
     float masses[2];
     testing::internal::CaptureStdout();
-    EXPECT_EQ(qsf2sql_array_read_float(storage.handle(), std::uint64_t{22} << 56 | peaks, masses), 1) << lastError();
+    EXPECT_EQ(qsf2sql_array_read_float(storage.handle(), arrayId(22, peaks), masses), 1) << lastError();
     std::istringstream log(testing::internal::GetCapturedStdout());
     std::string steps;
     for (std::string line; std::getline(log, line);)

@@ -5,9 +5,6 @@
 #include <sample-analysis/sample_run.h>
 
 #include <atomic>
-#include <thread>
-
-#include <unistd.h>
 
 namespace road {
 namespace {
@@ -28,7 +25,7 @@ protected:
     void writeAnalysis(const std::vector<std::uint8_t>& polarities) const {
         std::vector<SpectrumData> spectra;
         for (const std::uint8_t polarity : polarities)
-            spectra.push_back({.profile = std::vector<std::uint32_t>{1, 2},
+            spectra.push_back({.profile = Counts{1, 2},
                                .lines = LineData{.index = {{1.0}}},
                                .info = {.polarity = polarity, .calibration = calibrationBlob(4098, {0, g_acquired})}});
         write(spectra);
@@ -150,9 +147,7 @@ TEST_F(Recalibrated, ReferencesReplaceKite2) {
     set(4 + 100 + 26, std::uint16_t{2});  // coefficients of the global one
     set(4 + 100 + 28, std::uint32_t{32});
     set(4 + 100 + 40, 1.0);
-    write({{.profile = std::vector<std::uint32_t>{1, 2},
-            .lines = LineData{.index = {{1.0}}},
-            .info = {.calibration = kite2}}});
+    write({{.profile = Counts{1, 2}, .lines = LineData{.index = {{1.0}}}, .info = {.calibration = kite2}}});
     writeDatabase(0, {.positive = {{trap(g_positive)}}});
     EXPECT_EQ(massOf(1), g_positive);
 }
@@ -220,9 +215,8 @@ TEST_F(Recalibrated, FaultsAreNamedWhereTheyAreFound) {
 }
 
 TEST_F(Recalibrated, HandlesOfManyThreadsAreIndependent) {
-    const std::vector<std::uint8_t> polarities(200);
-    writeAnalysis(polarities);
-    writeDatabase(static_cast<int>(polarities.size()));
+    writeAnalysis(std::vector<std::uint8_t>(200));
+    writeDatabase(200);
     ASSERT_TRUE(Storage(mainFile(), 1));
     std::vector<std::pair<std::uint64_t, std::uint64_t>> ids;
     for (int spectrum = 1; spectrum <= 200; ++spectrum)
@@ -234,8 +228,7 @@ TEST_F(Recalibrated, HandlesOfManyThreadsAreIndependent) {
             qsf2sql_set_num_threads(2);
             const Storage storage(mainFile(), 0);
             for (const auto& [mz, profile] : ids)
-                right += storage.read<double>(mz) == std::vector<double>{g_frame} &&
-                         storage.read<float>(profile) == std::vector<float>{1, 2};
+                right += storage.read<double>(mz) == Doubles{g_frame} && storage.read<float>(profile) == Floats{1, 2};
         });
     for (std::thread& thread : threads)
         thread.join();

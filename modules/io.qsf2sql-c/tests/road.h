@@ -4,12 +4,6 @@
 #include <sample-analysis/analysis_writer.h>
 #include <test-support/support.h>
 
-#include <algorithm>
-#include <string>
-#include <type_traits>
-#include <vector>
-
-#include <gtest/gtest.h>
 #include <sqlite3.h>
 
 namespace road {
@@ -22,6 +16,13 @@ using sample::AnalysisHeaderData;
 using sample::AnalysisWriter;
 using sample::LineData;
 using sample::SpectrumData;
+using Counts = std::vector<std::uint32_t>;
+using Doubles = std::vector<double>;
+using Floats = std::vector<float>;
+
+constexpr std::uint64_t arrayId(std::uint64_t kind, std::uint64_t offset) {
+    return kind << 56 | offset;
+}
 
 inline std::string lastError() {
     std::string text(qsf2sql_get_last_error_string(nullptr, 0), '\0');

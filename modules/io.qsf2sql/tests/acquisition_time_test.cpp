@@ -2,11 +2,6 @@
 
 #include <test-support/support.h>
 
-#include <array>
-#include <tuple>
-
-#include <gtest/gtest.h>
-
 namespace kvan::io::qsf2sql::passes {
 namespace {
 

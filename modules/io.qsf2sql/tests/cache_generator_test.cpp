@@ -12,6 +12,7 @@ using namespace KVAN::io::QSF;
 
 using CacheGeneratorTest = GeneratedCache;
 
+const std::string g_guid = "4f1ea0cb-5a6a-43ed-9562-d6d873034577";
 constexpr const char* g_acquired = "SELECT MzAcqRangeLower, MzAcqRangeUpper FROM Spectra";
 
 LineData oneLine() {
@@ -23,7 +24,7 @@ SpectrumData spectrumOf(const QuickInfo& info) {
 }
 
 TEST_F(CacheGeneratorTest, SchemaIsTheFormatsToTheLetter) {
-    AnalysisWriter(directory).finish();
+    write({});
     generate();
     EXPECT_EQ(rows("SELECT group_concat(sql || char(10), '') FROM sqlite_master WHERE sql IS NOT NULL"),
               test::readFile(TEST_FILES "/cache_schema.sql"));
@@ -69,8 +70,13 @@ TEST_F(CacheGeneratorTest, EveryRowOfASmallRun) {
     EXPECT_EQ(rows("SELECT LineIndexId >> 56, LineIntensityId >> 56, LineIndexWidthId >> 56, LinePeakAreaId >> 56, "
                    "LineSnrId >> 56, LineMzId >> 56, ProfileIntensityId >> 56, ProfileMzId >> 56 FROM Spectra"),
               "16|17|18|19|20|22|66|67 -|-|-|-|-|-|66|67 -|-|-|-|-|-|-|-");
-    EXPECT_EQ(rows("SELECT LineSnrId & 0xFFFFFFFFFFFFFF, ProfileMzId & 0xFFFFFFFFFFFFFF FROM Spectra"),
-              std::to_string(ms1.lines) + "|" + std::to_string(ms1.scan) + " -|" + std::to_string(ms3.scan) + " -|-");
+    const std::string lines = std::to_string(ms1.lines),
+                      scans = std::to_string(ms1.scan) + ' ' + std::to_string(ms3.scan);
+    for (const std::string column : {"LineIndexId", "LineIntensityId", "LineIndexWidthId", "LinePeakAreaId",
+                                     "LineSnrId", "LineMzId", "ProfileIntensityId", "ProfileMzId"})
+        EXPECT_EQ(rows("SELECT " + column + " & 0xFFFFFFFFFFFFFF FROM Spectra ORDER BY Id"),
+                  column[0] == 'L' ? lines + " - -" : scans + " -")
+            << column;
     EXPECT_EQ(rows("SELECT * FROM Steps"), "2|0|1|1|1|445.5 2|1|1|1|2|120.25");
     EXPECT_EQ(rows("SELECT Id, hex(Blob) FROM Transformators"),
               "1|02100000000000000000E03F000000000000F03F 2|FF000000 3|02100000000000000000E03F000000000000F03F");
@@ -84,19 +90,17 @@ TEST_F(CacheGeneratorTest, EveryRowOfASmallRun) {
         return std::to_string(boost::filesystem::file_size(file(extension)));
     };
     EXPECT_EQ(rows("SELECT SchemaVersion, Compressor, QSFSize, IDXSize, XTRSize, AllVariables FROM Info"),
-              "1.6.2c|4f1ea0cb-5a6a-43ed-9562-d6d873034577|" + size(".qsf") + "|" + size(".qsf_idx") + "|" +
-                  size(".qsf_xtr") + "|1");
+              "1.6.2c|" + g_guid + "|" + size(".qsf") + "|" + size(".qsf_idx") + "|" + size(".qsf_xtr") + "|1");
     EXPECT_EQ(rows("SELECT * FROM RequestedVariables"), "Wanted");
     EXPECT_EQ(rows("SELECT Spectrum, count(*), count(Value) FROM Variables GROUP BY Spectrum"), "1|16|0 2|16|0 3|16|0");
 }
 
 TEST_F(CacheGeneratorTest, ParentsAndStepsFollowTheInstrumentFamily) {
-    for (const int family : {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 65535}) {
-        AnalysisWriter writer(
-            directory, {.description = AnalysisDescription{.instrumentFamily = static_cast<std::uint16_t>(family)}});
-        for (const auto& masses : {std::vector<float>{5.0F}, {}, {6.0F}, {7.0F, 8.0F}, {}, {9.0F}})
-            writer.addSpectrum(spectrumOf({.masses = masses}));
-        writer.finish();
+    std::vector<SpectrumData> spectra;
+    for (const auto& masses : {std::vector<float>{5.0F}, {}, {6.0F}, {7.0F, 8.0F}, {}, {9.0F}})
+        spectra.push_back(spectrumOf({.masses = masses}));
+    for (const std::uint16_t family : std::initializer_list<std::uint16_t>{0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 65535}) {
+        write(spectra, {.description = AnalysisDescription{.instrumentFamily = family}});
         EXPECT_EQ(warnings(),
                   "Encountered MS^n (n>1) spectrum without preceding MS^1 spectrum. Leaving 'Spectra.Parent' empty; "
                   "not printing more warnings of this type.\n");
@@ -104,8 +108,7 @@ TEST_F(CacheGeneratorTest, ParentsAndStepsFollowTheInstrumentFamily) {
         EXPECT_EQ(rows("SELECT Parent FROM Spectra"), isAuto ? "- - 2 2 - 5" : "- - - - - -") << family;
         EXPECT_EQ(rows("SELECT * FROM Steps"),
                   isAuto ? "1|0|1|1|1|5.0 3|0|1|1|1|6.0 4|0|1|1|1|7.0 4|1|1|1|2|8.0 6|0|1|1|1|9.0"
-                         : "1|0|-1|-1|-1|5.0 3|0|-1|-1|-1|6.0 4|0|-1|-1|-1|7.0 4|1|-1|-1|-1|8.0 6|0|-1|-1|-1|9.0")
-            << family;
+                         : "1|0|-1|-1|-1|5.0 3|0|-1|-1|-1|6.0 4|0|-1|-1|-1|7.0 4|1|-1|-1|-1|8.0 6|0|-1|-1|-1|9.0");
     }
 }
 
@@ -114,18 +117,10 @@ TEST_F(CacheGeneratorTest, ReferencesByKeyWithTheFallbackToMs1) {
         return referenceBlob(scale, 1, scanMode, 2, msLevel);
     };
     // By scale: 1 and 2 for MS^1, 3 for MS^2; 4 comes too late, 5 is not used; the last two are none.
-    AnalysisWriter writer(directory, {.calibrations = {reference(3, 2, 1),
-                                                       reference(1, 0, 0),
-                                                       reference(2, 3, 0),
-                                                       reference(4, 0, 0),
-                                                       reference(5, 1, 0),
-                                                       linearBlob(0, 1),
-                                                       {5, 0, 0, 0}}});
-    struct Case {
-        std::uint8_t polarity, scanMode, msLevel;
-        const char* acquired;
-    };
-    const Case cases[] = {
+    const std::vector<Bytes> references{reference(3, 2, 1), reference(1, 0, 0), reference(2, 3, 0), reference(4, 0, 0),
+                                        reference(5, 1, 0), linearBlob(0, 1),   {5, 0, 0, 0}};
+    using Byte = std::uint8_t;
+    const std::tuple<Byte, Byte, Byte, std::string> cases[] = {
         {1, 2, 1, "300|1200"},  // its own
         {1, 2, 2, "100|400"},   // MS^1, scan mode 2 as 0
         {1, 3, 1, "200|800"},   // MS^1, other scan modes as they are
@@ -133,18 +128,18 @@ TEST_F(CacheGeneratorTest, ReferencesByKeyWithTheFallbackToMs1) {
         {0, 0, 0, "10|20"},     // another polarity
     };
     std::string expected;
-    for (const Case& spectrum : cases) {
-        writer.addSpectrum(spectrumOf({.acquiredLower = 10.0F,
-                                       .acquiredUpper = 20.0F,
-                                       .polarity = spectrum.polarity,
-                                       .acquisitionMode = 2,
-                                       .scanMode = spectrum.scanMode,
-                                       .msLevel = spectrum.msLevel,
-                                       .calibration = linearBlob(0.0, 1.0)}));
-        expected += spectrum.acquired;
-        expected += ' ';
+    std::vector<SpectrumData> spectra;
+    for (const auto& [polarity, scanMode, msLevel, acquired] : cases) {
+        spectra.push_back(spectrumOf({.acquiredLower = 10.0F,
+                                      .acquiredUpper = 20.0F,
+                                      .polarity = polarity,
+                                      .acquisitionMode = 2,
+                                      .scanMode = scanMode,
+                                      .msLevel = msLevel,
+                                      .calibration = linearBlob(0.0, 1.0)}));
+        expected += acquired + ' ';
     }
-    writer.finish();
+    write(spectra, {.calibrations = references});
     EXPECT_EQ(warnings(),
               "Skipping reference calibration without measurement mode.\n"
               "Skipping reference calibration without transformator.\n"
@@ -159,52 +154,42 @@ TEST_F(CacheGeneratorTest, ReferencesByKeyWithTheFallbackToMs1) {
 }
 
 TEST_F(CacheGeneratorTest, AcquiredRangeIsRoundedAndNeverEmpty) {
-    struct Case {
-        Bytes calibration;
-        float lower, upper;
-        const char* acquired;  // null: a rounding error
-    };
-    const Case cases[] = {
+    constexpr const char* roundingError = nullptr;
+    const std::tuple<Bytes, float, float, const char*> cases[] = {
         {linearBlob(0.0, 1.0), 0.5F, 2.5F, "1|3"},
         {linearBlob(0.0, 1.0), -0.5F, 0.25F, "-1|0"},
         {linearBlob(0.0, 1.0), 7.0F, 7.25F, "7|8"},
         {linearBlob(0.0, -1.0), 7.0F, 9.0F, "-7|-6"},
-        {linearBlob(0.0, 1.0), 0.0F, 2147483648.0F, nullptr},
-        {linearBlob(2147483647.0, 0.0), 0.0F, 1.0F, nullptr},  // no number above the lower end
-        {linearBlob(0.0, INFINITY), 1.0F, 2.0F, nullptr},
-        {linearBlob(NAN, 1.0), 1.0F, 2.0F, nullptr},
+        {linearBlob(0.0, 1.0), 0.0F, 2147483648.0F, roundingError},
+        {linearBlob(2147483647.0, 0.0), 0.0F, 1.0F, roundingError},  // no number above the lower end
+        {linearBlob(0.0, INFINITY), 1.0F, 2.0F, roundingError},
+        {linearBlob(NAN, 1.0), 1.0F, 2.0F, roundingError},
         {{5, 0, 0, 0}, 1.0F, 2.0F, "-|-"},
         {{1, 0, 0, 0, 9}, 1.0F, 2.0F, "-|-"},  // cannot be read
     };
-    for (const Case& range : cases) {
-        AnalysisWriter writer(directory);
-        writer.addSpectrum(spectrumOf({.acquiredLower = range.lower,
-                                       .acquiredUpper = range.upper,
-                                       .sumIntensity = 3.0F,
-                                       .calibration = range.calibration}));
-        writer.finish();
-        if (range.acquired == nullptr) {
-            EXPECT_THROW(generate(), boost::math::rounding_error) << range.lower;
+    for (const auto& [calibration, lower, upper, acquired] : cases) {
+        write({spectrumOf(
+            {.acquiredLower = lower, .acquiredUpper = upper, .sumIntensity = 3.0F, .calibration = calibration})});
+        if (acquired == roundingError) {
+            EXPECT_THROW(generate(), boost::math::rounding_error) << lower;
             continue;
         }
         generate();
-        EXPECT_EQ(rows(g_acquired), range.acquired) << range.lower;
+        EXPECT_EQ(rows(g_acquired), acquired) << lower;
         EXPECT_EQ(rows("SELECT SumIntensity FROM Spectra"), "3.0");
     }
 }
 
 TEST_F(CacheGeneratorTest, CalibrationsThatStopTheGeneration) {
-    AnalysisWriter writer(directory);
-    writer.addSpectrum(spectrumOf({.acquiredLower = 9.0F, .calibration = calibrationBlob(1, {0, 1, 0, 1e12, -1})}));
-    writer.finish();
+    write({spectrumOf({.acquiredLower = 9.0F, .calibration = calibrationBlob(1, {0, 1, 0, 1e12, -1})})});
     EXPECT_EQ(failure<std::logic_error>(),
               "complex valued solution in computation due to invalid calibration constants/value range");
-    AnalysisWriter(directory, {.calibrations = {{1, 0, 0, 0, 9}}}).finish();
+    write({}, {.calibrations = {{1, 0, 0, 0, 9}}});
     EXPECT_NE(failure<std::runtime_error>().find("READ_NUMBER_OF_BYTES"), std::string::npos);
 }
 
 TEST_F(CacheGeneratorTest, IndexEntriesInAnyOrder) {
-    AnalysisWriter(directory).finish();
+    write({});
     ExtraFileWriter extra(file(".qsf_xtr"));
     for (const std::uint32_t spectrum : {0U, 1U, 5U, 8U})
         extra.entry(spectrum, {.sumIntensity = 1.0F});
@@ -230,7 +215,7 @@ TEST_F(CacheGeneratorTest, IndexEntriesInAnyOrder) {
 }
 
 TEST_F(CacheGeneratorTest, UnexpectedBlocksAreLoggedAndPassedOver) {
-    AnalysisWriter(directory).finish();
+    write({});
     const Bytes strange = makeBlock(0x7777, {});
     Bytes head = IndexFileWriter::standardHead();
     head.insert(head.begin(), strange.begin(), strange.end());
@@ -245,41 +230,36 @@ TEST_F(CacheGeneratorTest, UnexpectedBlocksAreLoggedAndPassedOver) {
 }
 
 TEST_F(CacheGeneratorTest, MainFileUpToItsTwoImportantBlocks) {
-    struct Case {
-        std::string order;  // of the blocks: c, C compression info without and with entry, h header, i instrument
-        const char* textB;
-        const char* serial;
-    };
-    for (const Case& run : {Case{"hic", "12", "7.12"}, Case{"ich", "12.3", "12.3"}, Case{"ihc", "-1", "-1.5"},
-                            Case{"chi", "12", "-1.5"}, Case{"cChi", "12", "-1.5"}}) {
-        AnalysisWriter(directory).finish();
+    // The order of the blocks (c, C compression info without and with entry, h header, i instrument), its second text.
+    const std::tuple<std::string, const char*, const char*> cases[] = {{"hic", "12", "7.12"},
+                                                                       {"ich", "12.3", "12.3"},
+                                                                       {"ihc", "-1", "-1.5"},
+                                                                       {"chi", "12", "-1.5"},
+                                                                       {"cChi", "12", "-1.5"}};
+    write({});
+    for (const auto& [order, textB, serial] : cases) {
         MainFileWriter main(file(".qsf"));
-        for (const char block : run.order) {
+        for (const char block : order) {
             if (block == 'h')
                 main.analysisHeader({.description = AnalysisDescription{.serialFallback = 5.5F}});
             else if (block == 'i')
-                main.instrumentInfo({"7", run.textB});
+                main.instrumentInfo({"7", textB});
             else
-                main.compressionInfo(block == 'c' ? std::vector<std::string>{}
-                                                  : std::vector<std::string>{"4f1ea0cb-5a6a-43ed-9562-d6d873034577"});
+                main.compressionInfo(std::vector<std::string>(block == 'C' ? 1 : 0, g_guid));
             main.block(0x1234, {1, 2, 3});
         }
         main.finish();
         generate();
-        EXPECT_EQ(rows("SELECT Value FROM Properties WHERE Key = 'InstrumentSerialNumber'"), run.serial) << run.order;
-        EXPECT_EQ(rows("SELECT length(Compressor) FROM Info"), run.order == "cChi" ? "36" : "0");
+        EXPECT_EQ(rows("SELECT Value FROM Properties WHERE Key = 'InstrumentSerialNumber'"), serial) << order;
+        EXPECT_EQ(rows("SELECT length(Compressor) FROM Info"), order == "cChi" ? "36" : "0");
     }
 }
 
 TEST_F(CacheGeneratorTest, ConditionsOfTheMainFile) {
     using Write = void (*)(MainFileWriter&);
-    struct Case {
-        Write write;
-        const char* failure;
-    };
     constexpr const char* numbering = "Expected consecutive numbering of segments starting at one.";
     constexpr const char* otherSegment = "File format problem: expected different segment.";
-    const Case cases[] = {
+    const std::pair<Write, const char*> cases[] = {
         {[](MainFileWriter& main) { main.segmentCondition(1), main.segmentCondition(2), main.spectrumCondition(2, 1); },
          ""},
         {[](MainFileWriter& main) { main.segmentCondition(0); }, numbering},
@@ -288,32 +268,27 @@ TEST_F(CacheGeneratorTest, ConditionsOfTheMainFile) {
         {[](MainFileWriter& main) { main.segmentCondition(1), main.spectrumCondition(2, 1); }, otherSegment},
         {[](MainFileWriter& main) { main.block(0x0008, {}), main.segmentCondition(9); }, ""},
         {[](MainFileWriter& main) { main.block(0x000A, {}), main.segmentCondition(9); }, ""},
+        {[](MainFileWriter& main) {
+             main.segmentCondition(9, makeBlock(0x0001, {16, 0, 0, 0, 1, 0, 0, 0}));
+         },
+         "Error reading QSF files."},  // they are read before their numbers are tested
     };
-    for (const Case& run : cases) {
-        AnalysisWriter(directory).finish();
-        MainFileWriter main(file(".qsf"));
-        main.compressionInfo({});
-        main.analysisHeader({});
-        run.write(main);
-        main.finish();
-        EXPECT_EQ(failure<std::runtime_error>(), run.failure) << &run - cases;
+    write({});
+    for (const auto& run : cases) {
+        writeMainFile(run.first);
+        EXPECT_EQ(failure<std::runtime_error>(), run.second) << &run - cases;
     }
 }
 
 TEST_F(CacheGeneratorTest, FilesThatAreRefused) {
     using Spoil = void (*)(const CacheGeneratorTest&);
-    struct Case {
-        Spoil spoil;
-        const char* failure;
-    };
-    const Case cases[] = {
-        {[](const auto& test) { AnalysisWriter(test.directory, {.compressors = {}}).finish(); }, ""},
+    const std::pair<Spoil, const char*> cases[] = {
+        {[](const auto& test) { test.write({}, {.compressors = {}}); }, ""},
         {[](const auto& test) {
-             const std::string guid = "4f1ea0cb-5a6a-43ed-9562-d6d873034577";
-             AnalysisWriter(test.directory, {.compressors = {guid, guid}}).finish();
+             test.write({}, {.compressors = {g_guid, g_guid}});
          },
          "Don't know how to handle more than one COMPRESSION INFO ENTRY."},
-        {[](const auto& test) { AnalysisWriter(test.directory, {.description = std::nullopt}).finish(); },
+        {[](const auto& test) { test.write({}, {.description = std::nullopt}); },
          "Analysis description missing from main QSF file."},
         {[](const auto& test) { MainFileWriter(test.file(".qsf")).finish(); },
          "Important blocks missing from main QSF file."},
@@ -324,34 +299,29 @@ TEST_F(CacheGeneratorTest, FilesThatAreRefused) {
          },
          "Offset >= (1<<56)."},
     };
-    for (const Case& refused : cases) {
-        AnalysisWriter(directory).finish();
-        refused.spoil(*this);
-        EXPECT_EQ(failure<Qsf2SqlFileFormatError>(), refused.failure);
+    for (const auto& [spoil, text] : cases) {
+        write({});
+        spoil(*this);
+        EXPECT_EQ(failure<Qsf2SqlFileFormatError>(), text);
     }
-    AnalysisWriter(directory, {.time = {.month = 2, .day = 30}}).finish();
+    write({}, {.time = {.month = 2, .day = 30}});
     EXPECT_EQ(failure<std::out_of_range>(), "Day of month is not valid for year");
     for (const char* extension : {".qsf", ".qsf_idx", ".qsf_xtr"}) {
-        AnalysisWriter(directory).finish();
+        write({});
         boost::filesystem::remove(file(extension));
         EXPECT_EQ(failure<Qsf2SqlCannotOpenFileError>(), "Can't open file: " + file(extension).string());
     }
 }
 
 TEST_F(CacheGeneratorTest, EachFileCutAnywhereIsAReadError) {
-    AnalysisWriter writer(directory, {.description = AnalysisDescription{.sampleName = "Yeast"},
-                                      .variables = {{.permanentName = "A"}},
-                                      .calibrations = {referenceBlob(1.0, 0, 0, 0, 0)},
-                                      .instrument = InstrumentInfo{"7", "12"}});
-    for (const auto& masses : {std::vector<float>{}, {5.0F}})
-        writer.addSpectrum(spectrumOf({.masses = masses, .calibration = linearBlob(0.0, 1.0)}));
-    writer.finish();
+    write({spectrumOf({.calibration = linearBlob(0, 1)}), spectrumOf({.masses = {5}, .calibration = linearBlob(0, 1)})},
+          {.description = AnalysisDescription{.sampleName = "Yeast"},
+           .variables = {{.permanentName = "A"}},
+           .calibrations = {referenceBlob(1.0, 0, 0, 0, 0)},
+           .instrument = InstrumentInfo{"7", "12"}});
     generate();
-    struct Case {
-        const char* extension;
-        std::uint64_t unread;  // after the block that ends the conditions
-    };
-    for (const auto& [extension, unread] : {Case{".qsf", 8}, Case{".qsf_idx", 0}, Case{".qsf_xtr", 0}}) {
+    // The bytes after the block that ends the conditions are not read.
+    for (const auto& [extension, unread] : {std::pair(".qsf", 8U), {".qsf_idx", 0U}, {".qsf_xtr", 0U}}) {
         boost::filesystem::copy_file(file(extension), directory / "whole");
         for (std::uint64_t size = boost::filesystem::file_size(file(extension)) - unread; size-- > 0;) {
             boost::filesystem::resize_file(file(extension), size);

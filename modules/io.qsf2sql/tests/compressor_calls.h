@@ -4,8 +4,6 @@
 #include <test-support/support.h>
 
 #include <boost/uuid/string_generator.hpp>
-#include <string>
-#include <vector>
 
 namespace kvan::compression {
 

@@ -1,12 +1,7 @@
 #include "compressor_calls.h"
 
-#include <bit>
 #include <boost/uuid/nil_generator.hpp>
-#include <cstring>
-#include <numeric>
-#include <stdexcept>
 
-#include <gtest/gtest.h>
 #include <zlib.h>
 
 namespace kvan::compression {

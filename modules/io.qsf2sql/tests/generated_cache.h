@@ -6,14 +6,6 @@
 #include <sample-analysis/analysis_writer.h>
 #include <test-support/support.h>
 
-#include <memory>
-#include <sstream>
-#include <string>
-#include <unordered_set>
-#include <vector>
-
-#include <gtest/gtest.h>
-
 namespace kvan::io {
 
 /// An analysis directory of its own and the cache generated from it, in memory.
@@ -21,6 +13,24 @@ class GeneratedCache : public ::testing::Test {
 public:
     boost::filesystem::path file(const char* extension) const {
         return (directory / "analysis").replace_extension(extension);
+    }
+
+    /// An analysis of these spectra.
+    void write(const std::vector<sample::SpectrumData>& spectra, const sample::AnalysisHeaderData& header = {}) const {
+        sample::AnalysisWriter writer(directory, header);
+        for (const sample::SpectrumData& spectrum : spectra)
+            writer.addSpectrum(spectrum);
+        writer.finish();
+    }
+
+    /// Replaces the main file by one of these blocks after the two that begin it.
+    void writeMainFile(const std::function<void(sample::MainFileWriter&)>& blocks,
+                       const sample::AnalysisHeaderData& header = {}) const {
+        sample::MainFileWriter main(file(".qsf"));
+        main.compressionInfo({});
+        main.analysisHeader(header);
+        blocks(main);
+        main.finish();
     }
 
     /// Makes a new database for each generation.

@@ -1,11 +1,6 @@
 #include "compressor_calls.h"
 
-#include <algorithm>
 #include <bitset>
-#include <random>
-#include <stdexcept>
-
-#include <gtest/gtest.h>
 
 namespace kvan::compression {
 namespace {
@@ -38,12 +33,10 @@ std::string repeated(const std::string& text, std::size_t count) {
     return all;
 }
 
+const std::string g_end = repeated("0", 15) + "1";
+
 TEST(IntegerCompressors, BlocksAreTheseBytes) {
-    const struct {
-        const char* id;
-        Elements elements;
-        Bytes block;
-    } cases[] = {
+    const std::tuple<const char*, Elements, Bytes> cases[] = {
         {g_vlc, {}, test::fromHex("A2BC0000 00000000")},
         {g_vlc, {7}, test::fromHex("A2BC0000 01000000 0100000007 0001")},
         {g_vlc, {100, 103, 95, 5000}, test::fromHex("A2BC0000 04000000 01000000 649B1010 00013880 0010")},
@@ -57,11 +50,10 @@ TEST(IntegerCompressors, BlocksAreTheseBytes) {
         {g_vli2, {}, test::fromHex("77EE0000 00000000" + g_table + "0001 000000")},
         {g_vli2, {100, 103, 103, 95}, test::fromHex("77EE0000 04000000" + g_table + "1CC92BC0 0040 000000")},
     };
-    for (const auto& row : cases) {
-        SCOPED_TRACE(row.elements.size());
-        const auto coder = compressor(row.id);
-        EXPECT_EQ(packed(*coder, row.elements), row.block);
-        EXPECT_EQ(unpacked<std::uint32_t>(*coder, row.block), row.elements);
+    for (const auto& [id, elements, block] : cases) {
+        SCOPED_TRACE(elements.size());
+        EXPECT_EQ(packed(*compressor(id), elements), block);
+        EXPECT_EQ(unpacked<std::uint32_t>(*compressor(id), block), elements);
     }
     EXPECT_EQ(packed(*compressor(g_vlc), std::vector<std::int32_t>{-1}),
               test::fromHex("A3BC0000 01000000 01FFFFFFFF 0001"));
@@ -70,10 +62,7 @@ TEST(IntegerCompressors, BlocksAreTheseBytes) {
 }
 
 TEST(VariableVli2, ClassesBeginAndEndHere) {
-    const struct {
-        std::uint32_t difference;
-        std::string bits;
-    } cases[] = {
+    const std::pair<std::uint32_t, std::string> cases[] = {
         {16, "01 11110"},
         {17, "001 000000"},
         {0u - 48, "001 111111"},
@@ -88,11 +77,11 @@ TEST(VariableVli2, ClassesBeginAndEndHere) {
         {0x80000000u, "000000001 1" + repeated("0", 31)},
     };
     const auto coder = compressor(g_vli2);
-    for (const auto& row : cases) {
-        Bytes block = stream("77EE0000 01000000" + g_table, row.bits + repeated("0", 15) + "1");
-        EXPECT_EQ(unpacked<std::uint32_t>(*coder, block), Elements{row.difference});
+    for (const auto& [difference, bits] : cases) {
+        Bytes block = stream("77EE0000 01000000" + g_table, bits + g_end);
+        EXPECT_EQ(unpacked<std::uint32_t>(*coder, block), Elements{difference});
         block.resize((block.size() - 8 + 3) / 4 * 4 + 8 + 3);
-        EXPECT_EQ(packed(*coder, Elements{row.difference}), block);
+        EXPECT_EQ(packed(*coder, Elements{difference}), block);
     }
 }
 
@@ -111,66 +100,49 @@ TEST(VariableVli2, FortyTwoZerosAreARun) {
 // What a stream may hold although no writer makes it.
 TEST(IntegerCompressors, OddStreamsDecode) {
     const std::string raw100 = "00000001" + std::bitset<32>(100).to_string();
-    const std::string end = repeated("0", 15) + "1";
     const std::string surplus = repeated("0", 400);
-    const struct {
-        const char* name;
-        const char* id;
-        Bytes block;
-        Elements elements;
-    } cases[] = {
+    Elements steps;
+    for (std::uint32_t step = 1; step <= 5; ++step)
+        steps.insert(steps.end(), 1001, step);
+    steps.resize(5007, 5);
+    const std::string stepAndRun = "01 00000 0000000001" + std::bitset<32>(1000).to_string();
+    const std::tuple<const char*, const char*, Bytes, Elements> cases[] = {
         {"any magic", g_vlc, test::fromHex("00000000 00000000"), {}},
-        {"no raw element first", g_vlc, stream("A2BC0000 01000000", "111110" + end), {15}},
-        {"zeros repeat the element", g_vlc, stream("A2BC0000 02000000", raw100 + repeated("0", 16) + end), {100, 100}},
+        {"no raw element first", g_vlc, stream("A2BC0000 01000000", "111110" + g_end), {15}},
+        {"zeros repeat the element",
+         g_vlc,
+         stream("A2BC0000 02000000", raw100 + repeated("0", 16) + g_end),
+         {100, 100}},
         {"also after a class with a base",
          g_vlc,
-         stream("A2BC0000 03000000", raw100 + "0001 0000000 0" + repeated("0", 16) + end),
+         stream("A2BC0000 03000000", raw100 + "0001 0000000 0" + repeated("0", 16) + g_end),
          {100, 212, 212}},
         {"a code of the first class after eight zeros",
          g_vlc,
-         stream("A2BC0000 02000000", raw100 + "00000000 00000111" + end),
+         stream("A2BC0000 02000000", raw100 + "00000000 00000111" + g_end),
          {100, 97}},
         {"a code of the class before, raw elements in between",
          g_vlc,
-         stream("A2BC0000 04000000", raw100 + "0001 0000000 0" + raw100 + "00000000 00000010 0011" + end),
+         stream("A2BC0000 04000000", raw100 + "0001 0000000 0" + raw100 + "00000000 00000010 0011" + g_end),
          {100, 212, 100, 0xFFFFFFE3}},
-        {"bytes after the end", g_vlc, stream("A2BC0000 01000000", raw100 + end + surplus + "1"), {100}},
-        {"no end marker: zero bits up to the word after the last",
-         g_vlc,
-         stream("A2BC0000 03000000", raw100),
-         {100, 100, 100}},
-        {"another table", g_vli2, stream("77EE0000 01000000 00000003 AABBCC", "01 00000" + end), {1}},
-        {"no table", g_vli2, stream("77EE0000 01000000 00000000", "01 00000" + end), {1}},
+        {"bytes after the end", g_vlc, stream("A2BC0000 01000000", raw100 + g_end + surplus + "1"), {100}},
+        {"no end marker: zeros up to the next word", g_vlc, stream("A2BC0000 03000000", raw100), {100, 100, 100}},
+        {"another table", g_vli2, stream("77EE0000 01000000 00000003 AABBCC", "01 00000" + g_end), {1}},
+        {"no table", g_vli2, stream("77EE0000 01000000 00000000", "01 00000" + g_end), {1}},
         {"an empty run",
          g_vli2,
-         stream("77EE0000 01000000 00000000", "0000000001" + repeated("0", 32) + "1" + end),
+         stream("77EE0000 01000000 00000000", "0000000001" + repeated("0", 32) + "1" + g_end),
          {0}},
-        {"bytes after the end", g_vli2, stream("77EE0000 01000000 00000000", "1" + end + surplus + "1"), {0}},
+        {"bytes after the end", g_vli2, stream("77EE0000 01000000 00000000", "1" + g_end + surplus + "1"), {0}},
         {"runs and single elements beyond a bit each", g_vli2,
-         stream("77EE0000 8F130000 00000000", repeated("01 00000"
-                                                       "0000000001" +
-                                                           std::bitset<32>(1000).to_string(),
-                                                       5) +
-                                                  "1 1" + end + "0"),
-         [] {
-             Elements steps;
-             for (std::uint32_t step = 1; step <= 5; ++step)
-                 steps.insert(steps.end(), 1001, step);
-             steps.resize(5007, 5);
-             return steps;
-         }()},
+         stream("77EE0000 8F130000 00000000", repeated(stepAndRun, 5) + "1 1" + g_end + "0"), steps},
     };
-    for (const auto& odd : cases)
-        EXPECT_EQ(unpacked<std::uint32_t>(*compressor(odd.id), odd.block), odd.elements) << odd.name;
+    for (const auto& [name, id, block, elements] : cases)
+        EXPECT_EQ(unpacked<std::uint32_t>(*compressor(id), block), elements) << name;
 }
 
 TEST(IntegerCompressors, DamageIsNamedWithoutTakingMemory) {
-    const std::string end = repeated("0", 15) + "1";
-    const struct {
-        const char* id;
-        Bytes block;
-        const char* failure;
-    } cases[] = {
+    const std::tuple<const char*, Bytes, const char*> cases[] = {
         {g_vlc, test::fromHex("A2BC0000 000000"), "!(bytesInSource >= g_compressionOffset)"},
         {g_vlc, test::fromHex("A2BC0000 01000000"), g_wrongCount},
         {g_vlc, test::fromHex("A2BC0000 FFFFFFFF 01000000649B10100001"), g_wrongCount},
@@ -185,14 +157,15 @@ TEST(IntegerCompressors, DamageIsNamedWithoutTakingMemory) {
         {g_vli2, test::fromHex("77EE0000 00000000 00000000 0000"), g_wrongCount},
         {g_vli2, test::fromHex("77EE0000 00000000 00000000 0010"), g_wrongCount},  // a prefix of 12 bits
         {g_vli2, test::fromHex("77EE0000 FFFFFFFF 00000000 0001"), g_wrongCount},
-        {g_vli2, stream("77EE0000 FEFFFFFF 00000000", "0000000001" + repeated("1", 31) + "0" + end), g_wrongCount},
-        {g_vli2, stream("77EE0000 02000000 00000000", "0000000001" + repeated("1", 32) + end), g_wrongCount},
-        {g_vli2, stream("77EE0000 02000000 00000000", "1" + end), g_wrongCount},
-        {g_vli2, stream("77EE0000 01000000 00000000", "11" + end), g_wrongCount},
+        {g_vli2, stream("77EE0000 FEFFFFFF 00000000", "0000000001" + repeated("1", 31) + "0" + g_end), g_wrongCount},
+        {g_vli2, stream("77EE0000 02000000 00000000", "0000000001" + repeated("1", 32) + g_end), g_wrongCount},
+        {g_vli2, stream("77EE0000 02000000 00000000", "1" + g_end), g_wrongCount},
+        {g_vli2, stream("77EE0000 01000000 00000000", "11" + g_end), g_wrongCount},
     };
     for (const auto& damage : cases) {
         Elements elements;
-        EXPECT_EQ(failureOf([&] { compressor(damage.id)->Decompress(damage.block, elements); }), damage.failure);
+        EXPECT_EQ(failureOf([&] { compressor(std::get<0>(damage))->Decompress(std::get<1>(damage), elements); }),
+                  std::get<2>(damage));
         EXPECT_LT(elements.capacity(), 1000u);
     }
 }

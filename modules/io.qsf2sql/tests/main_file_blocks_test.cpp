@@ -5,10 +5,6 @@
 #include "qsf2sql/qsflib/SegmentConditionBlock.h"
 #include "qsf2sql/qsflib/SpectrumConditionBlock.h"
 
-#include <cmath>
-
-#include <gtest/gtest.h>
-
 namespace KVAN::io::QSF {
 namespace {
 

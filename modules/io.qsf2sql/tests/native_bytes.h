@@ -4,11 +4,6 @@
 #include <qsf2sql/qsf_blocked_reader.h>
 #include <test-support/support.h>
 
-#include <algorithm>
-#include <cstring>
-#include <memory>
-#include <string>
-
 namespace native_bytes {
 
 /// Bytes of a native file, written down field by field.
@@ -26,18 +21,9 @@ public:
         std::memcpy(data() + offset, &value, sizeof value);
         return *this;
     }
-    Bytes& add(const Bytes& bytes) {
-        append(bytes);
-        return *this;
-    }
-    Bytes& add(const char* text) {
-        append(text);
-        return *this;
-    }
-    Bytes& fill(std::size_t count, char byte) {
-        append(count, byte);
-        return *this;
-    }
+    Bytes& add(const Bytes& bytes) { return append(bytes), *this; }
+    Bytes& add(const char* text) { return append(text), *this; }
+    Bytes& fill(std::size_t count, char byte) { return append(count, byte), *this; }
     /// Makes the first field the size of all bytes so far.
     Bytes& sized() { return set(0, static_cast<std::uint32_t>(size())); }
     Bytes cutAt(std::size_t count) const { return Bytes(data(), count); }

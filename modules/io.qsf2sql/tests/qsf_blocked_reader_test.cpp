@@ -3,11 +3,6 @@
 
 #include <qsf2sql/qsf_blocked_reader.h>
 
-#include <functional>
-#include <random>
-
-#include <gtest/gtest.h>
-
 namespace kvan::io {
 namespace {
 
@@ -20,26 +15,20 @@ TEST(QSFBlockedReader, FailsWhereTheFileEndsAndStaysFailed) {
     char bytes[16];
     std::vector<std::uint32_t> words;
     const Step failures[] = {
-        [&](QSFBlockedReader& reader) { readArray(reader, std::span(bytes, 11)); },
-        [&](QSFBlockedReader& reader) { readArray(reader, std::uint64_t{1} << 62, words); },
-        [&](QSFBlockedReader& reader) { reader.seekTo(std::uint64_t{1} << 63); },
-        [&](QSFBlockedReader& reader) { reader.skip(-1); },
-        [&](QSFBlockedReader& reader) { reader.requireAvailable(11, 1); },
-        [&](QSFBlockedReader& reader) { reader.requireAvailable(4000000000u, 8); },
-        [&](QSFBlockedReader& reader) { reader.requireAvailable((std::uint64_t{1} << 61) + 1, 8); },
-        [&](QSFBlockedReader& reader) {
-            reader.seekTo(INT64_MAX);
-            readRecord<char>(reader);
-        },
+        [&](auto& reader) { readArray(reader, std::span(bytes, 11)); },
+        [&](auto& reader) { readArray(reader, std::uint64_t{1} << 62, words); },
+        [&](auto& reader) { reader.seekTo(std::uint64_t{1} << 63); },
+        [&](auto& reader) { reader.skip(-1); },
+        [&](auto& reader) { reader.requireAvailable(11, 1); },
+        [&](auto& reader) { reader.requireAvailable(4000000000u, 8); },
+        [&](auto& reader) { reader.requireAvailable((std::uint64_t{1} << 61) + 1, 8); },
+        [&](auto& reader) { reader.seekTo(INT64_MAX), readRecord<char>(reader); },
     };
     const Step laterSteps[] = {
-        [&](QSFBlockedReader& reader) { readRecord<char>(reader); },
-        [&](QSFBlockedReader& reader) { readArray(reader, std::span<char>()); },
-        [&](QSFBlockedReader& reader) { reader.requireSound(); },
-        [&](QSFBlockedReader& reader) { reader.seekTo(0); },
-        [&](QSFBlockedReader& reader) { reader.skip(0); },
-        [&](QSFBlockedReader& reader) { reader.requireAvailable(0, 1); },
-        [&](QSFBlockedReader& reader) { BlockWalk(reader).next(); },
+        [&](auto& reader) { readRecord<char>(reader); }, [&](auto& reader) { readArray(reader, std::span<char>()); },
+        [&](auto& reader) { reader.requireSound(); },    [&](auto& reader) { reader.seekTo(0); },
+        [&](auto& reader) { reader.skip(0); },           [&](auto& reader) { reader.requireAvailable(0, 1); },
+        [&](auto& reader) { BlockWalk(reader).next(); },
     };
     for (const Step& fail : failures) {
         const auto reader = readerOf("0123456789");
@@ -110,31 +99,21 @@ Bytes container(std::uint32_t size) {
 }
 
 TEST(BlockWalk, FindsBlocksAndContainersAndTheEnd) {
-    const struct {
-        const char* name;
-        Bytes bytes;
-        std::uint64_t size, contentStart, contentSize;  // all 0: the end
-    } cases[] = {
-        {"ordinary block", block(0x1001, 44), 44, 0, 44},
-        {"version is not looked at", block(0x1001, 44).set(6, std::uint16_t{1}), 44, 0, 44},
-        {"size is not held against the file", block(0x1001, 8).set(0, 4000000000u), 4000000000u, 0, 4000000000u},
-        {"size 0", block(0x1001, 44).set(0, 0u), 0, 0, 0},
-        {"end marker of any size", block(0x5003, 8).set(0, 999u), 0, 0, 0},
-        {"container", container(48), 48, 12, 24},
-        {"container that claims to be empty", container(24), 0, 0, 0},
+    using Sizes = std::array<std::uint64_t, 3>;  // of the block, start of its content and its size; all 0: the end
+    const std::tuple<const char*, Bytes, Sizes> cases[] = {
+        {"ordinary block", block(0x1001, 44), {44, 0, 44}},
+        {"version is not looked at", block(0x1001, 44).set(6, std::uint16_t{1}), {44, 0, 44}},
+        {"size is not held against the file", block(0x1001, 8).set(0, 4000000000u), {4000000000u, 0, 4000000000u}},
+        {"size 0", block(0x1001, 44).set(0, 0u), {0, 0, 0}},
+        {"end marker of any size", block(0x5003, 8).set(0, 999u), {0, 0, 0}},
+        {"container", container(48), {48, 12, 24}},
+        {"container that claims to be empty", container(24), {0, 0, 0}},
     };
-    for (const auto& item : cases) {
-        SCOPED_TRACE(item.name);
-        const auto reader = readerOf(item.bytes);
+    for (const auto& [name, bytes, sizes] : cases) {
+        const auto reader = readerOf(bytes);
         const auto found = BlockWalk(*reader).next();
-        EXPECT_EQ(found.has_value(), item.size != 0);
-        if (found) {
-            EXPECT_EQ(found->start, 0u);
-            EXPECT_EQ(found->size, item.size);
-            EXPECT_EQ(found->contentStart(), item.contentStart);
-            EXPECT_EQ(found->contentSize(), item.contentSize);
-            EXPECT_EQ(reader->tell(), item.contentStart);
-        }
+        EXPECT_EQ(found ? (Sizes{found->size, found->contentStart(), found->contentSize()}) : Sizes{}, sizes) << name;
+        EXPECT_TRUE(!found || (found->start == 0 && reader->tell() == found->contentStart())) << name;
     }
     EXPECT_EQ(failureOf([] { BlockWalk(*readerOf(container(23))).next(); }), g_readError);
     EXPECT_EQ(failureOf([] { BlockWalk(*readerOf(container(48).cutAt(11))).next(); }), g_readError);

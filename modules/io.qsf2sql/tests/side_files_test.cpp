@@ -2,8 +2,6 @@
 #include "qsf2sql/passes/side_file_scan.h"
 #include "qsf2sql/qsflib/QuickInfoEntry.h"
 
-#include <gtest/gtest.h>
-
 namespace kvan::io::qsf2sql::passes {
 namespace {
 

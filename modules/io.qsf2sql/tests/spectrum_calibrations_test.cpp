@@ -5,8 +5,6 @@
 #include <sample-analysis/calibration_database_writer.h>
 #include <test-support/support.h>
 
-#include <gtest/gtest.h>
-
 namespace kvan::io::qsf2sql::recalibration {
 namespace {
 

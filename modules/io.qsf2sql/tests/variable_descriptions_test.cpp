@@ -3,8 +3,6 @@
 #include "generated_cache.h"
 #include "qsf2sql/variables/windows_1252.h"
 
-#include <numeric>
-
 #include <utf8.h>
 
 namespace kvan::io {
@@ -17,14 +15,13 @@ using VariableDescriptionsTest = GeneratedCache;
 constexpr const char* g_declared = "SELECT Variable, Type, PermanentName FROM SupportedVariables WHERE Type <> 255";
 
 TEST_F(VariableDescriptionsTest, WhichVariablesTheCacheHasUnderWhichIds) {
-    AnalysisWriter(directory, {.variables = {{1, 10, false, "Plain"},
-                                             {2, 11, true, "TOF_DeviceTempCurrentValue1"},
-                                             {9, 5, true, "OnABuiltInId"},
-                                             {700, 11, false, "Far"},
-                                             {5, 10, true, "OnAnother"},
-                                             {6, 4, false, "Unsupported"},
-                                             {8, 7, false, "Digitizer_Summation"}}})
-        .finish();
+    write({}, {.variables = {{1, 10, false, "Plain"},
+                             {2, 11, true, "TOF_DeviceTempCurrentValue1"},
+                             {9, 5, true, "OnABuiltInId"},
+                             {700, 11, false, "Far"},
+                             {5, 10, true, "OnAnother"},
+                             {6, 4, false, "Unsupported"},
+                             {8, 7, false, "Digitizer_Summation"}}});
     EXPECT_EQ(warnings(),
               "Variable Unsupported has unsupported type 4; skipping\n"
               "Variable Digitizer_Summation has unsupported type 7; skipping\n");
@@ -42,7 +39,7 @@ TEST_F(VariableDescriptionsTest, WhichVariablesTheCacheHasUnderWhichIds) {
 }
 
 TEST_F(VariableDescriptionsTest, TextsAreStoredAsReadButForTheDimension) {
-    AnalysisWriter(directory, {.variables = {{1, 5, false, "N", "G", "D", "V", "F\xE9", "\xB5V \x80\x81"}}}).finish();
+    write({}, {.variables = {{1, 5, false, "N", "G", "D", "V", "F\xE9", "\xB5V \x80\x81"}}});
     generate(true);
     EXPECT_EQ(rows("SELECT DisplayGroupName, DisplayName, DisplayValueText, hex(DisplayFormat), hex(DisplayDimension) "
                    "FROM SupportedVariables WHERE Variable = 1"),
@@ -51,10 +48,8 @@ TEST_F(VariableDescriptionsTest, TextsAreStoredAsReadButForTheDimension) {
 
 TEST_F(VariableDescriptionsTest, TwoDeclarationsOfOneIdFail) {
     for (const char* second : {"Other", "TOF_DeviceTempGradient1"}) {
-        AnalysisWriter(directory, {.variables = {{1, 5, false, "TOF_DeviceTempGradient1"},
-                                                 {300, 5, false, "Other"},
-                                                 {300, 5, false, second}}})
-            .finish();
+        const auto* const builtIn = "TOF_DeviceTempGradient1";
+        write({}, {.variables = {{1, 5, false, builtIn}, {300, 5, false, "Other"}, {300, 5, false, second}}});
         EXPECT_EQ(test::failureOf([&] { generate(true); }),
                   "SQLITE_CONSTRAINT[19]: UNIQUE constraint failed: SupportedVariables.Variable");
     }

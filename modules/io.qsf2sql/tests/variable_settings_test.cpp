@@ -92,14 +92,15 @@ TEST_F(VariableSettingsTest, WhatASettingMayGetWrong) {
 
 TEST_F(VariableSettingsTest, DuplicatesAreReportedOnceAGenerationAndTheFirstStays) {
     const auto blocksWith = [&](const VariableDeclaration& other) {
-        AnalysisWriter(directory, {.variables = {{300, Double, false, "A"}, other}}).finish();
-        MainFileWriter main(file(".qsf"));
-        main.compressionInfo({});
-        main.analysisHeader({.variables = {{300, Double, false, "A"}, other}});
-        main.segmentCondition(1);
-        for (const double value : {1.0, 2.0, 3.0})
-            main.spectrumCondition(1, 4, variableTables({{300, value}, {301, 5.0}}));
-        main.finish();
+        const AnalysisHeaderData header{.variables = {{300, Double, false, "A"}, other}};
+        write({}, header);
+        writeMainFile(
+            [](MainFileWriter& main) {
+                main.segmentCondition(1);
+                for (const double value : {1.0, 2.0, 3.0})
+                    main.spectrumCondition(1, 4, variableTables({{300, value}, {301, 5.0}}));
+            },
+            header);
     };
     blocksWith({301, Double, false, "B"});
     for (int generation = 0; generation < 2; ++generation)
@@ -116,17 +117,14 @@ TEST_F(VariableSettingsTest, DuplicatesAreReportedOnceAGenerationAndTheFirstStay
 }
 
 TEST_F(VariableSettingsTest, AValueOfAnotherTypeThanTheFirstOfItsNameEndsTheGeneration) {
-    AnalysisWriter writer(directory, {.variables = {{300, Integer, false, "A"}, {301, Double, false, "A"}}});
-    writer.addSpectrum({.pool = variableTables({{301, 1.0}})});
-    writer.finish();
+    write({{.pool = variableTables({{301, 1.0}})}},
+          {.variables = {{300, Integer, false, "A"}, {301, Double, false, "A"}}});
     EXPECT_THROW(generate(true), std::bad_cast);
 }
 
 TEST_F(VariableSettingsTest, OnlyARepeatedSettingIsPassedOverAndNoOtherFault) {
-    AnalysisWriter writer(directory, {.variables = {{300, Double, true, "A"}}});
-    for (int spectrum = 0; spectrum < 30; ++spectrum)
-        writer.addSpectrum({.pool = variableTables({{300, std::vector<double>(1000)}})});
-    writer.finish();
+    write(std::vector<SpectrumData>(30, {.pool = variableTables({{300, std::vector<double>(1000)}})}),
+          {.variables = {{300, Double, true, "A"}}});
     std::string fault;
     for (int pages = 60; pages < 200; ++pages) {
         beforeFilling = "PRAGMA max_page_count=" + std::to_string(pages) + ";";
@@ -138,16 +136,6 @@ TEST_F(VariableSettingsTest, OnlyARepeatedSettingIsPassedOverAndNoOtherFault) {
     EXPECT_EQ(fault, "");
     EXPECT_EQ(rows("SELECT count(*) FROM PerSpectrumVariables"), "30")
         << "the first size that is enough has room for all";
-}
-
-TEST_F(VariableSettingsTest, ConditionsAreReadBeforeTheirNumbersAreTested) {
-    AnalysisWriter(directory).finish();
-    MainFileWriter main(file(".qsf"));
-    main.compressionInfo({});
-    main.analysisHeader({});
-    main.segmentCondition(9, makeBlock(0x0001, {16, 0, 0, 0, 1, 0, 0, 0}));
-    main.finish();
-    EXPECT_EQ(failure<std::runtime_error>(), "Error reading QSF files.");
 }
 
 }  // namespace

@@ -2,8 +2,6 @@
 #include "qsf2sql/qsflib/SegmentConditionBlock.h"
 #include "qsf2sql/qsflib/SpectrumConditionBlock.h"
 
-#include <gtest/gtest.h>
-
 namespace KVAN::io::QSF {
 namespace {
 

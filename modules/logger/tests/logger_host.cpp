@@ -6,7 +6,6 @@
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <string>
 #include <thread>
 #include <vector>
@@ -36,20 +35,16 @@ void writeLines(const std::string& who, int lines) {
         KVAN_LOG(logger, WARN) << who << ' ' << line << '.';
 }
 
-std::vector<std::thread> startThreads(int count, int lines) {
-    std::vector<std::thread> threads;
+/// Whoever drops them waits for their end.
+std::vector<std::jthread> startThreads(int count, int lines) {
+    std::vector<std::jthread> threads;
     for (int thread = 0; thread < count; ++thread)
         threads.emplace_back([=] { writeLines("thread " + std::to_string(thread), lines); });
     return threads;
 }
 
-void joinAll(std::vector<std::thread>& threads) {
-    for (std::thread& thread : threads)
-        thread.join();
-}
-
 int forkOften(int children) {
-    auto threads = startThreads(3, 2000);
+    const auto threads = startThreads(3, 2000);
     int failures = 0;
     for (int child = 0; child < children; ++child) {
         const pid_t process = ::fork();
@@ -60,7 +55,6 @@ int forkOften(int children) {
         int status = 0;
         failures += ::waitpid(process, &status, 0) != process || status != 0 ? 1 : 0;
     }
-    joinAll(threads);
     return failures;
 }
 
@@ -87,10 +81,9 @@ struct LateLogger {
 int main(int count, char** arguments) {
     const std::string command = count > 1 ? arguments[1] : "";
     if (command == "lines") {
-        auto threads = startThreads(std::atoi(arguments[2]), std::atoi(arguments[3]));
-        joinAll(threads);
+        startThreads(std::atoi(arguments[2]), std::atoi(arguments[3]));
     } else if (command == "exit") {
-        for (std::thread& thread : startThreads(3, 1000000000))
+        for (std::jthread& thread : startThreads(3, 1000000000))
             thread.detach();
         std::this_thread::sleep_for(std::chrono::milliseconds(50));
         std::exit(0);

@@ -1,7 +1,6 @@
 #include "lib/isink.h"
 #include "log_fixture.h"
 
-#include <cstdlib>
 #include <regex>
 
 namespace kvan::logging::impl {

@@ -1,8 +1,6 @@
 #include <sysutils/platform.h>
 #include <test-support/support.h>
 
-#include <cstdlib>
-
 namespace kvan::sys {
 namespace {
 

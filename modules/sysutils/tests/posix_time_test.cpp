@@ -24,12 +24,10 @@ TEST(ToIsoExtendedString, EveryOptionAndItsLimits) {
 }
 
 TEST(AppendIsoTime, FieldThatItsWidthCannotHold) {
-    using boost::posix_time::time_duration;
-    std::string text;
-    const auto failureOf = [&](int hours, int minutes) {
-        return test::failureOf([&] {
-            sys::date_time::internal::append_iso_time(text, time_duration(hours, minutes, 0), FormatOption::T);
-        });
+    const auto failureOf = [](int hours, int minutes) {
+        std::string text;
+        const boost::posix_time::time_duration time(hours, minutes, 0);
+        return test::failureOf([&] { sys::date_time::internal::append_iso_time(text, time, FormatOption::T); });
     };
     EXPECT_EQ(failureOf(100, 0), "Invalid hours in time");
     EXPECT_EQ(failureOf(0, -1), "Invalid minutes in time");

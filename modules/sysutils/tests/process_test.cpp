@@ -1,11 +1,8 @@
 #include <sysutils/environment.h>
 #include <sysutils/loaded_module.h>
 #include <sysutils/process.h>
+#include <test-support/support.h>
 
-#include <boost/filesystem/operations.hpp>
-#include <cstdlib>
-
-#include <gtest/gtest.h>
 #include <signal.h>
 
 namespace kvan::sys {
