@@ -20,6 +20,9 @@ struct SpectraOptions {
     bool csv = false;
 };
 
+/// Levels count from 0 in the cache and from 1 in the list. A spectrum without quick-info has no key, and a survey
+/// spectrum no stage; both joins are outer ones, so that they are listed all the same, with empty columns.
+///
 /// The mass of the last stage is what was fragmented into the spectrum itself.
 constexpr const char* g_spectraSql =
     "SELECT s.Id, s.Rt, ak.MsLevel + 1, ak.Polarity, p.Mass, s.Parent, s.MzAcqRangeLower, s.MzAcqRangeUpper, "

@@ -79,7 +79,7 @@ std::uint64_t qsf2sql_array_open_storage(int raw_calibration, const char* path) 
 void qsf2sql_array_close_storage(std::uint64_t handle) {
     KVAN_LOG(boundaryLogger(), TRACE) << "Closing handle " << handle;
     if (handle != 0)
-        std::unique_ptr<StorageHandle>(&instance(handle)).reset();
+        std::unique_ptr<StorageHandle>(&instance(handle)).reset();  // 0 is what an open that failed gave
 }
 
 int qsf2sql_array_get_num_elements(std::uint64_t handle, std::uint64_t id, std::uint64_t* out_count) try {
@@ -88,6 +88,9 @@ int qsf2sql_array_get_num_elements(std::uint64_t handle, std::uint64_t id, std::
 } catch (const std::exception& fault) {
     return rememberFailure(fault);
 }
+
+// The three reads differ in the type that elements are converted to. None knows how much room the caller has: that is
+// for the caller to take from the number of elements.
 
 int qsf2sql_array_read_double(std::uint64_t handle, std::uint64_t id, double* out) try {
     storage(handle).readArrayData(id, out);
@@ -110,6 +113,8 @@ int qsf2sql_array_read_uint32(std::uint64_t handle, std::uint64_t id, std::uint3
     return rememberFailure(fault);
 }
 
+// The text is cut to the room and always ends with a zero byte. The result is the room for the whole text, whatever was
+// copied, so a caller may ask with no room at all and then again. Asking does not change what is remembered.
 std::uint32_t qsf2sql_get_last_error_string(char* buffer, std::uint32_t size) {
     const char* const text = kvan::io::c::lastErrorText();
     const std::size_t length = std::strlen(text);
@@ -125,6 +130,8 @@ std::uint32_t qsf2sql_get_sqlite_cache_filename(char* buffer, std::uint32_t size
     return qsf2sql_get_sqlite_cache_filename_v2(buffer, size, path, 0);
 }
 
+// Three results: 0 for a failure; more than the room for a path that does not fit, and nothing is written; the room
+// itself when the path was written. A cache that is missing or out of date is made before its name is given.
 std::uint32_t qsf2sql_get_sqlite_cache_filename_v2(char* buffer, std::uint32_t size, const char* path,
                                                    int all_variables) try {
     KVAN_LOG(boundaryLogger(), TRACE) << "Get SQLite cache for " << path;
@@ -139,6 +146,7 @@ std::uint32_t qsf2sql_get_sqlite_cache_filename_v2(char* buffer, std::uint32_t s
     return static_cast<std::uint32_t>(rememberFailure(fault));
 }
 
+// OpenMP keeps the number for each thread of the caller, so this holds for the thread that calls and for no other.
 void qsf2sql_set_num_threads(int count) {
     omp_set_num_threads(count);
 }

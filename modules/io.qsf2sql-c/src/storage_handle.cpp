@@ -2,6 +2,7 @@
 
 #include <sysutils/platform.h>
 
+// The first line of the trace follows the open, so that an analysis that could not be opened leaves neither line.
 namespace kvan::io::c {
 
 StorageHandle::StorageHandle(const std::string& utf8Path, bool rawCalibration)

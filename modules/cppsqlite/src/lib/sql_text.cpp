@@ -1,5 +1,7 @@
 #include <cppsqlite/sql_text.h>
 
+// For what cannot be bound: names of tables and columns, and texts of statements that run once. Any byte but the quote
+// goes in as it is; a zero byte would end the statement for SQLite.
 namespace kvan::cppsqlite {
 
 namespace {

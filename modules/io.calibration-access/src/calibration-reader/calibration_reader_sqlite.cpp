@@ -6,7 +6,8 @@
 #include <boost/filesystem/path.hpp>
 
 // The public face: finds the file, opens it, lets the selector choose a state, and hands over to the reader of that
-// state. No file and no state that fits are no failures here; everything else is.
+// state. No file and no state that fits are no failures here; everything else is. The reader takes the database over
+// and keeps it open: calibrations are read when they are asked for, not all at once.
 namespace kvan::io::calibration {
 
 std::unique_ptr<CalibrationReaderSqlite> CalibrationReaderSqlite::find(const boost::filesystem::path& analysisDirectory,

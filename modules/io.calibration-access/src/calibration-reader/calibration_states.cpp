@@ -5,11 +5,14 @@
 #include <boost/filesystem/path.hpp>
 
 // All states with what decides about them, for a person who wants to see why one was chosen. One query, so that all
-// rows are of the same moment.
+// rows are of the same moment. A directory without a database has no states; one that cannot be opened, or that lacks a
+// table or column of the query, throws.
 namespace kvan::io::calibration {
 
 namespace {
 
+/// Number and maximum of the mapped spectra: where both are the number of spectra in the analysis, none is left out.
+/// The mapping is not read itself, as it has a row a spectrum.
 constexpr const char* g_query =
     "SELECT c.Key, c.Source, c.HasFrameCalibrators, "
     "(SELECT COUNT(*) FROM FrameMzCalibrationMapping m WHERE m.CalibrationState = c.Id), "
@@ -37,6 +40,7 @@ std::vector<CalibrationStateSummary> readCalibrationStates(const boost::filesyst
 }
 
 CalibrationStateShortfall shortfallOf(const CalibrationStateSummary& state, const CalibrationStateSelector& selector) {
+    // Such a state is held against the spectra alone: with a calibration for each of them no reference is asked for.
     if (state.hasFrameCalibrators)
         return {.spectra = state.mappedFrames != selector.frameCount || state.highestFrame != selector.frameCount};
     return {.positive = selector.hasPositive && !state.hasPositiveReference,

@@ -9,6 +9,11 @@
 #include <boost/uuid/uuid_io.hpp>
 #include <stdexcept>
 
+// The coders that a native file may name in its compression info. What the file stores is a GUID and nothing else, so
+// the GUID stands for the whole format of the packed vectors. Whoever adds a coder adds its class and a line below.
+//
+// Every call makes a coder of its own, since a coder keeps its output buffer from one block to the next. A GUID that is
+// not in the list fails here, and the failure repeats it.
 namespace kvan::compression {
 
 namespace {

@@ -6,6 +6,8 @@
 #include <qsf2sql/storage.h>
 #include <sysutils/platform.h>
 
+// The public face: all work is the implementation's, so that callers see none of its headers. The line of the trace
+// comes before the open, so that an open that fails has its path in the log.
 namespace kvan::io {
 
 Qsf2Sql::Qsf2Sql(const boost::filesystem::path& qsfFile, const std::optional<CalibrationPrefs>& calibrationPrefs,

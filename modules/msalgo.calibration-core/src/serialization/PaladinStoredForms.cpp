@@ -6,6 +6,10 @@
 #include <calibration-core/constants/CalibrationConstantsPaladin.h>
 
 // Blob and text of an ion trap. The text holds the constants of the law before those of the axis, the block likewise.
+// The law is mass = c0 + c1 * raw + c2 * raw^2; its axis counts measurements per raw mass from the begin of the scale.
+//
+// The blob has the plain form only: no temperature enters the law, so there is nothing that a reference would add. The
+// three versions of the text differ in their prefix and are read alike.
 namespace kvan::calibration {
 
 using namespace Constants;

@@ -56,6 +56,7 @@ void writeCompensatedTof2Reference(const ICalibrationTransformator& transformato
     const auto& factors = compensation.GetCorrectionFactors();
     Tof2TempCorrCalibrationRefBlock block{};
     CCOConversionUtil::MapCCO2QSF(transformator, block);
+    // Counts have 16 bits here and 32 in the plain block; more values than that throw.
     block.temperaturesCount = boost::numeric_cast<std::uint16_t>(temperatures.size());
     // Temperatures first, the factors after them.
     block.temperaturesOffset = sizeof block;

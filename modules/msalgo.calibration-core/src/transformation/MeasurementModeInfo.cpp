@@ -3,7 +3,9 @@
 
 #include <ostream>
 
-// The words of a dump. A number without a word is written as it is; 255 is the sign for unknown in all four fields.
+// How a spectrum was measured, as far as a calibration depends on it; the words are those of a dump. A number without a
+// word is written as it is, so any byte is a value here; 255 is the sign for unknown in all four fields. The MS level
+// has no words: it is written as the number that is stored.
 namespace kvan::calibration::Transformation {
 
 namespace {

@@ -29,6 +29,7 @@ void checkIfQsfExists(const fs::path& qsfFile) {
     BOOST_THROW_EXCEPTION(Qsf2SqlFileNotFoundError(path + " is not a regular file (expecting name of analysis.qsf)."));
 }
 
+/// Of what stands at the path itself: a link is a link, whatever it leads to.
 fs::file_type typeAt(const fs::path& path) {
     boost::system::error_code ignored;
     const fs::file_type type = fs::symlink_status(path, ignored).type();

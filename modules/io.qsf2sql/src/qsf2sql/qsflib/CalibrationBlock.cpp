@@ -6,6 +6,7 @@
 
 namespace KVAN::io::QSF {
 
+// A head of 12 bytes, then the serialised calibration up to the end of the block; what it says is not looked at here.
 // The size in the head says how long the calibration is, so one below the head itself would wrap.
 std::uint64_t CalibrationBlock::PassOver(kvan::io::QSFBlockedReader& reader) {
     const auto header = CQSFUtil::ReadHeader<CalibrationBlockHeader>(reader, RESTYPE_CALIBRATION);

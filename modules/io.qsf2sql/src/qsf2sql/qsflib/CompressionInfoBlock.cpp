@@ -24,6 +24,12 @@ std::string guidText(const CompressionInfoEntry& entry) {
 
 }  // namespace
 
+//     0   CompressionInfoHeader: offset of the first entry from the block, number of entries
+//     then, for each entry, CompressionInfoEntry: its size, the size of its text, the GUID; and the text
+//
+// The text is not used. It has to lie within the file all the same: an entry that promises one and ends before it is a
+// read error, as a cut head is. Offsets are not held against the size of the block.
+//
 // Entries follow one another by the size that each claims. A size of 0 reads the same entry again, as often as the head
 // counts, 255 times at most; so nothing here needs to be refused for the walk to end.
 void CompressionInfoBlock::Read(kvan::io::QSFBlockedReader& reader) {

@@ -6,6 +6,9 @@
 
 namespace KVAN::io::QSF {
 
+// A fixed part of 20 bytes, then six texts: name, group, display name, value text, format, dimension. They stay in the
+// code page of the file: names are compared byte by byte, and of the rest only the dimension is ever converted.
+//
 // A size below the fixed part would let a small file declare 65535 variables out of the same bytes.
 void VarTabDescEntryBlock::Read(kvan::io::QSFBlockedReader& reader) {
     const std::uint64_t start = reader.tell();

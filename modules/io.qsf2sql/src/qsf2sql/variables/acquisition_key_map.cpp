@@ -3,6 +3,9 @@
 #include <boost/container_hash/hash.hpp>
 #include <ostream>
 
+// A key is how a spectrum was measured: polarity, scan mode, acquisition mode, MS level. Thousands of spectra share a
+// handful of keys, so rows name them by Id. Ids count from 1 without a gap and never change: the key of Id n is the
+// n-th of the list, and the rows are written in that order.
 namespace kvan::io::qsf2sql {
 
 // The four fields are compared together and taken as they stand: values that nobody knows make keys as well.

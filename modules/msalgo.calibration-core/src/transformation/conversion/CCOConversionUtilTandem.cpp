@@ -14,6 +14,9 @@ namespace kvan::calibration {
 
 using namespace tqclegacy::CALIBRATION;
 
+// Each block has the one of its time-of-flight law inside, which is mapped first. Coefficients of any number do not
+// stand in a block: they are stored after it, and come and go here as arguments.
+
 CCOConversionUtil::TransformatorPtr CCOConversionUtil::MapQSF2CCO(const KITE1CalibrationBlock& block,
                                                                   const Values& coefficients, const Factory& factory) {
     return factory.createTransformatorKite(
