@@ -4,15 +4,13 @@ namespace kvan::calibration {
 
 namespace {
 
-struct PointCase {
+/// Worked out by hand; every number is exact in binary, so the results must be too. c1 = 2.5e11 gives C1 = 4.
+const struct {
     const char* name;
     TransformatorPtr transformator;
     double index, raw, mass;
     bool inverts = true;  // whether MassToRaw gives the same branch of the law
-};
-
-/// Worked out by hand; every number is exact in binary, so the results must be too. c1 = 2.5e11 gives C1 = 4.
-const PointCase g_points[] = {
+} g_points[] = {
     {"TOF linear", tof(8, 2.5e11, 0, 10, 0.5), 20, 20, 36},
     {"TOF linear, mirrored before C0", tof(8, 2.5e11, 0, 10, 0.5), -28, -4, -36},
     {"TOF linear at C0", tof(8, 2.5e11, 0, 10, 0.5), -4, 8, 0},
@@ -39,19 +37,19 @@ const PointCase g_points[] = {
 };
 
 TEST(Law, GivesTheValuesWorkedOutByHand) {
-    for (const PointCase& point : g_points) {
-        SCOPED_TRACE(point.name);
-        const auto index = static_cast<std::int32_t>(point.index);
-        EXPECT_EQ(point.transformator->IndexToRaw(index), point.raw);
-        EXPECT_EQ(point.transformator->RawToDIndex(point.raw), point.index);
-        EXPECT_EQ(point.transformator->RawToMass(point.raw), point.mass);
-        EXPECT_FALSE(point.mass == 0.0 && std::signbit(point.transformator->RawToMass(point.raw)));
-        EXPECT_EQ(point.transformator->IndexToMass(index), point.mass);
-        if (!point.inverts)
+    for (const auto& [name, law, place, raw, mass, inverts] : g_points) {
+        SCOPED_TRACE(name);
+        const auto index = static_cast<std::int32_t>(place);
+        EXPECT_EQ(law->IndexToRaw(index), raw);
+        EXPECT_EQ(law->RawToDIndex(raw), place);
+        EXPECT_EQ(law->RawToMass(raw), mass);
+        EXPECT_FALSE(mass == 0.0 && std::signbit(law->RawToMass(raw)));
+        EXPECT_EQ(law->IndexToMass(index), mass);
+        if (!inverts)
             continue;
-        EXPECT_EQ(point.transformator->MassToRaw(point.mass), point.raw);
-        EXPECT_EQ(point.transformator->MassToDIndex(point.mass), point.index);
-        EXPECT_EQ(point.transformator->MassToIndex(point.mass), index < 0 ? index + 1 : index);
+        EXPECT_EQ(law->MassToRaw(mass), raw);
+        EXPECT_EQ(law->MassToDIndex(mass), place);
+        EXPECT_EQ(law->MassToIndex(mass), index < 0 ? index + 1 : index);
     }
 }
 
@@ -123,19 +121,15 @@ TEST(Law, CubicTakesTheStepsAsTheyAre) {
 }
 
 TEST(Law, TiltedQuadraticContinuesBeyondItsVertex) {
-    const struct {
-        const char* name;
-        double alpha, freqHigh, raw, mass;
-    } cases[] = {
+    const std::tuple<const char*, double, double, double, double> cases[] = {
         {"beyond the vertex", -64, 1024, 8216, 0.0625},
         {"no linear term", 64, 0, 280, 0.5},
         {"no linear term, beyond", 64, 0, -232, -0.5},
         {"falling, beyond the vertex", 64, -1024, -20456, -0.125},
         {"falling", 64, -1024, 24, 0.0625},
     };
-    for (const auto& sample : cases)
-        EXPECT_EQ(ftmsQuadratic(1, sample.alpha, 24, sample.freqHigh, 0, 1, 2)->RawToMass(sample.raw), sample.mass)
-            << sample.name;
+    for (const auto& [name, alpha, freqHigh, raw, mass] : cases)
+        EXPECT_EQ(ftmsQuadratic(1, alpha, 24, freqHigh, 0, 1, 2)->RawToMass(raw), mass) << name;
     EXPECT_EQ(failureOf([] { ftmsQuadratic(1, 0, 24, -1, 0, 1, 2)->RawToMass(3); }),
               "runtime: Case b*x + c with negative slope.");
     EXPECT_EQ(failureOf([] { ftmsQuadratic(1, 0, 24, 0, 0, 1, 2)->RawToMass(3); }), "runtime: Polynomial is constant.");
@@ -154,8 +148,6 @@ TEST(Law, FtmsIndicesStayInsideTheArray) {
 }
 
 TEST(Law, FtmsAxisFollowsTheModeOfTheLaw) {
-    using Constants::CalibrationConstantsFunctionalFTMS04;
-    using Constants::CalibrationConstantsPhysicalFTMS;
     const auto law = ftms(4, 0, 1, 240, 160, 5);
     EXPECT_EQ(law->IndexToRaw(1), 400 - 32);
     law->SetFunctionalConstants(std::make_shared<CalibrationConstantsFunctionalFTMS04>(0, 1, 0));
@@ -169,11 +161,10 @@ TEST(Law, FtmsAxisFollowsTheModeOfTheLaw) {
     law->AssimilateIndexOffset();
     EXPECT_EQ(law->IndexToRaw(1), 160 - 64);
     const auto axis = std::dynamic_pointer_cast<CalibrationConstantsPhysicalFTMS>(law->GetPhysicalConstants());
+    const auto function = law->GetFunctionalConstants();
     EXPECT_EQ(axis->GetFreqLow(), -32);
     EXPECT_EQ(axis->GetFTMSRawMode(), 0);
-    EXPECT_EQ(std::dynamic_pointer_cast<CalibrationConstantsFunctionalFTMS04>(law->GetFunctionalConstants())
-                  ->GetFTMSRawMode(),
-              0);
+    EXPECT_EQ(dynamic_cast<CalibrationConstantsFunctionalFTMS04&>(*function).GetFTMSRawMode(), 0);
     axis->SetCalibMode(2);
     EXPECT_EQ(axis->GetA0(), 0.0);
     EXPECT_EQ(axis->GetA1(), 1.0);
@@ -194,27 +185,12 @@ TEST(Law, PassesInfinitiesOn) {
 
 TEST(Law, RoundsAnIndexByHalfAndTruncation) {
     const auto identity = linear(0, 1);
-    const struct {
-        double mass;
-        std::int32_t index;
-    } cases[] = {{-0.7, 0},
-                 {-1.6, -1},
-                 {2.49, 2},
-                 {2.5, 3},
-                 {2147483647.0, INT32_MAX},
-                 {3e9, INT32_MAX},
-                 {-3e9, INT32_MIN},
-                 {g_infinity, INT32_MAX},
-                 {-g_infinity, INT32_MIN},
-                 {g_nan, 0},
-                 {-2147483648.4, INT32_MIN + 1}};
-    Doubles masses;
-    Indices expected;
-    for (const auto& sample : cases) {
-        EXPECT_EQ(identity->MassToIndex(sample.mass), sample.index) << sample.mass;
-        EXPECT_EQ(identity->RawToIndex(sample.mass), sample.index) << sample.mass;
-        masses.push_back(sample.mass);
-        expected.push_back(sample.index);
+    const Doubles masses = {-0.7, -1.6,       2.49,        2.5,  g_nan,        g_infinity,
+                            3e9,  0x7FFFFFFF, -g_infinity, -3e9, -2147483648.4};
+    const Indices expected = {0, -1, 2, 3, 0, INT32_MAX, INT32_MAX, INT32_MAX, INT32_MIN, INT32_MIN, INT32_MIN + 1};
+    for (std::size_t k = 0; k < masses.size(); ++k) {
+        EXPECT_EQ(identity->MassToIndex(masses[k]), expected[k]) << masses[k];
+        EXPECT_EQ(identity->RawToIndex(masses[k]), expected[k]) << masses[k];
     }
     Indices indices;
     identity->MassesToIndices(masses, indices);
@@ -241,14 +217,9 @@ TEST(Law, WindowsSlideAtTheStartOfTheAxis) {
     EXPECT_EQ(tofLinear->MassWidthToIndexWidth(104, 80), 12 - 8);
 }
 
-struct AxisCase {
-    const char* name;
-    TransformatorPtr transformator;
-    double start, raw;  // the new start, and where index 0 then lies
-};
-
 TEST(Law, AdaptRawStartKeepsToTheGrid) {
-    const AxisCase cases[] = {
+    // The new start, and where index 0 then lies.
+    const std::tuple<const char*, TransformatorPtr, double, double> cases[] = {
         {"between two points", tof(0, 1e12, 0, 10, 0.5), 12.7, 12.5},
         {"on a point", tof(0, 1e12, 0, 10, 0.5), 13, 13},
         {"a rounding above a point", tof(0, 1e12, 0, 10, 0.5), 13 - 1e-9, 13 - 0.5},
@@ -257,9 +228,9 @@ TEST(Law, AdaptRawStartKeepsToTheGrid) {
         {"line", linear(0, 1), 7.25, 7.25},
         {"line, negative", linear(0, 1), -1, 0},
     };
-    for (const AxisCase& sample : cases) {
-        sample.transformator->AdaptRawStart(sample.start);
-        EXPECT_EQ(sample.transformator->IndexToRaw(0), sample.raw) << sample.name;
+    for (const auto& [name, law, start, raw] : cases) {
+        law->AdaptRawStart(start);
+        EXPECT_EQ(law->IndexToRaw(0), raw) << name;
     }
 }
 

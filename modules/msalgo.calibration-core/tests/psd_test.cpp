@@ -6,26 +6,14 @@ namespace kvan::calibration {
 
 namespace {
 
-using Polynomial = Constants::CalibrationPolynomialPSDFAST;
-
 /// Apparent mass = raw^2, raw = index * 0.5 + 10.
-TransformatorPtr psd(const Polynomial::Numbers& numbers) {
-    return factory().createTransformatorPsd(tof(0, 1e12, 0, 10, 0.5), std::make_shared<Polynomial>(numbers));
+TransformatorPtr psd(const CalibrationPolynomialPSDFAST::Numbers& numbers) {
+    return factory().createTransformatorPsd(tof(0, 1e12, 0, 10, 0.5),
+                                            std::make_shared<CalibrationPolynomialPSDFAST>(numbers));
 }
 
-/// sum = 0.5 + 50 * 0.01 + 2500 * 0.0002 = 1.5, and the mass ratio is 4: coefficients 2, 0.5, 2 times 2.5015.
+/// By which the coefficients of `psdNumbers` are multiplied.
 constexpr double g_factor = 2.5015;
-
-Polynomial::Numbers numbersFor(double minArg, double maxArg) {
-    return {.uRefFull = 20,
-            .uSegment = 2.5,
-            .calibrationMass = 100,
-            .parentMass = 400,
-            .minArg = minArg,
-            .maxArg = maxArg,
-            .spc = {0.5, 0.25, 2},
-            .ocp = {0.5, 0.01, 0.0002}};
-}
 
 TEST(Psd, GivesTheValuesWorkedOutByHand) {
     const struct {
@@ -38,12 +26,12 @@ TEST(Psd, GivesTheValuesWorkedOutByHand) {
         {0, 100, 0, 2},          {-5, 100, 1, 4.5},  {-9, -5, 144, 296},
     };
     for (const auto& sample : cases) {
-        const auto law = psd(numbersFor(sample.minArg, sample.maxArg));
+        const auto law = psd(psdNumbers(sample.minArg, sample.maxArg));
         const auto facet = std::dynamic_pointer_cast<ICalibrationTransformatorPSD>(law);
         EXPECT_NEAR(facet->ApparentMassToMass(sample.apparent), sample.mass * g_factor, 1e-12) << sample.apparent;
         EXPECT_NEAR(facet->MassToApparentMass(sample.mass * g_factor), sample.apparent, 1e-9) << sample.apparent;
     }
-    const auto law = psd(numbersFor(4, 100));
+    const auto law = psd(psdNumbers(4, 100));
     EXPECT_NEAR(law->RawToMass(4), 36 * g_factor, 1e-12);
     EXPECT_NEAR(law->IndexToMass(-12), 36 * g_factor, 1e-12);
     EXPECT_NEAR(law->MassToRaw(36 * g_factor), 4, 1e-14);
@@ -54,29 +42,26 @@ TEST(Psd, GivesTheValuesWorkedOutByHand) {
 }
 
 TEST(Psd, WhatMakesNoLawOrHasNoInverseIsTold) {
-    const char* const notInvertible = "runtime: PSD: unable to invert polynomial.";
     const auto with = [](std::vector<double> spc, double minArg = 4, double maxArg = 100) {
-        Polynomial::Numbers numbers = numbersFor(minArg, maxArg);
+        auto numbers = psdNumbers(minArg, maxArg);
         numbers.spc = std::move(spc);
         numbers.ocp.resize(numbers.spc.size());
         return numbers;
     };
-    EXPECT_EQ(failureOf([&] { psd(with({}))->MassToRaw(100); }), notInvertible);
-    EXPECT_EQ(failureOf([&] { psd(with({0}))->MassToRaw(100); }), notInvertible);
-    EXPECT_EQ(failureOf([&] { psd(with({0, 0, 1}))->MassToRaw(g_nan); }), notInvertible);
-    EXPECT_EQ(failureOf([&] { psd(with({0, 0, 1}))->MassToRaw(1e11); }), notInvertible);
+    const std::pair<Doubles, double> cases[] = {{{}, 100}, {{0}, 100}, {{0, 0, 1}, g_nan}, {{0, 0, 1}, 1e11}};
+    for (const auto& [spc, mass] : cases)
+        EXPECT_EQ(failureOf([law = psd(with(spc)), at = mass] { law->MassToRaw(at); }),
+                  "runtime: PSD: unable to invert polynomial.")
+            << mass;
     EXPECT_EQ(psd(with({}))->RawToMass(100), 0);
 
-    const char* const noLaw = "runtime: PSD InitData(): unexpected error.";
-    EXPECT_EQ(failureOf([&] { psd(with({g_nan})); }), noLaw);
-    EXPECT_EQ(failureOf([&] { psd(with({1e308})); }), noLaw);
-    EXPECT_EQ(failureOf([&] { psd(with(std::vector<double>(65, 1.0))); }), noLaw);
-    EXPECT_EQ(failureOf([&] { psd(with({1}, 0, INFINITY)); }), noLaw);
-    Polynomial::Numbers withoutMass = numbersFor(4, 100);
+    auto withoutMass = psdNumbers(4, 100);
     withoutMass.calibrationMass = 0;
-    EXPECT_EQ(failureOf([&] { psd(withoutMass); }), noLaw);
+    for (const auto& lawless :
+         {with({g_nan}), with({1e308}), with(Doubles(65, 1.0)), with({1}, 0, g_infinity), withoutMass})
+        EXPECT_EQ(failureOf([&] { psd(lawless); }), "runtime: PSD InitData(): unexpected error.") << lawless.spc[0];
 
-    Polynomial::Numbers uneven = numbersFor(4, 100);
+    auto uneven = psdNumbers(4, 100);
     uneven.ocp.pop_back();
     EXPECT_EQ(failureOf([&] { psd(uneven); }),
               "argument: CalibrationPolynomialPSDFAST::ComputePolynomialCoefficients: Number of SPC and OCP "
@@ -84,30 +69,29 @@ TEST(Psd, WhatMakesNoLawOrHasNoInverseIsTold) {
 }
 
 TEST(Psd, IsAFacetAroundApparentMasses) {
-    const auto law = psd(numbersFor(4, 100));
+    const auto law = psd(psdNumbers(4, 100));
     EXPECT_EQ(law->GetFunctionalTypeCode(), 6);
     EXPECT_EQ(law->GetFunctionalConstants()->GetFunctionalTypeCode(), 6);
     EXPECT_EQ(failureOf([&] { law->SetMeasurementModeInfo(nullptr); }),
               "runtime: CalibrationTransformatorPSD::SetMeasurementModeInfo: PSD transformator does not have "
               "measurement modes.");
-    EXPECT_TRUE(law->IsEqual(*psd(numbersFor(4, 100))));
-    EXPECT_FALSE(law->IsEqual(*psd(numbersFor(4, 99))));
+    EXPECT_TRUE(law->IsEqual(*psd(psdNumbers(4, 100))));
+    EXPECT_FALSE(law->IsEqual(*psd(psdNumbers(4, 99))));
 
     const auto plain = factory().createTransformatorPsd(tof(0, 1e12, 0, 10, 0.5), nullptr);
     EXPECT_EQ(plain->RawToMass(4), 16);
     EXPECT_EQ(plain->MassToRaw(16), 4);
     EXPECT_FALSE(plain->IsEqual(*law) || law->IsEqual(*plain));
 
-    const std::string dump = dumpOf(*law);
-    for (const char* words :
-         {"CalibrationTransformatorPSD[ ",
-          "\t calibMode = 0\t minIndex = 4, maxIndex = 100\t minAppMass = 4, maxAppMass = 100\t minAppMassValue = "
-          "27.5165, maxAppMassValue = 517.811\t dLowDeriv = 5.31569, dHighDeriv = 5.06554\tPolynomial "
-          "coefficients[5.003, 1.25075, 5.003]",
-          "CalibrationPolynomialPSDFAST[ , parent mass = 400, USegment = 2.5\n\t\tCalibration mass = 100\n\t\tURefFull "
-          "= 20\n\t\tSPC coefficients[0.5, 0.25, 2]\n\t\tOCP coefficients[0.5, 0.01, 0.0002]\n\t\tPolynomial "
-          "coefficients[5.003, 1.25075, 5.003]\n\t\tminArg = 4, maxArg = 100"})
-        EXPECT_NE(dump.find(words), std::string::npos) << words << dump;
+    expectDump(
+        law,
+        {"CalibrationTransformatorPSD[ ",
+         "\t calibMode = 0\t minIndex = 4, maxIndex = 100\t minAppMass = 4, maxAppMass = 100\t minAppMassValue = "
+         "27.5165, maxAppMassValue = 517.811\t dLowDeriv = 5.31569, dHighDeriv = 5.06554\tPolynomial "
+         "coefficients[5.003, 1.25075, 5.003]",
+         "CalibrationPolynomialPSDFAST[ , parent mass = 400, USegment = 2.5\n\t\tCalibration mass = 100\n\t\tURefFull "
+         "= 20\n\t\tSPC coefficients[0.5, 0.25, 2]\n\t\tOCP coefficients[0.5, 0.01, 0.0002]\n\t\tPolynomial "
+         "coefficients[5.003, 1.25075, 5.003]\n\t\tminArg = 4, maxArg = 100"});
 }
 
 }  // namespace
