@@ -60,20 +60,15 @@ TEST(CalibrationBlob, HoldsTheConstantsAtTheirOffsets) {
     for (const Bytes* blob : {&g_tofReference, &g_tofCompensatedReference, &g_tofReferenceExtended, &g_tof2Reference,
                               &g_tof2CompensatedReference}) {
         const auto mode = read(*blob)->GetMeasurementModeInfo();
-        EXPECT_EQ(mode->GetAcquisitionMode(), 2);
-        EXPECT_EQ(mode->GetPolarity(), 1);
-        EXPECT_EQ(mode->GetMSMSLevel(), 3);
-        EXPECT_EQ(mode->GetScanMode(), 0);
+        EXPECT_EQ(Indices({mode->GetAcquisitionMode(), mode->GetPolarity(), mode->GetMSMSLevel(), mode->GetScanMode()}),
+                  Indices({2, 1, 3, 0}));
     }
     EXPECT_EQ(read(g_tof)->GetMeasurementModeInfo(), nullptr);
 }
 
 TEST(CalibrationBlob, HoldsTheTemperatureCompensation) {
-    const struct {
-        const Bytes* blob;
-        int code, mode;
-        Doubles temperatures, factors;
-    } cases[] = {
+    // Code of the law, mode of the compensation, temperatures, factors.
+    const std::tuple<const Bytes*, int, int, Doubles, Doubles> cases[] = {
         {&g_tofCompensated, 9, 1, {80}, {80}},
         {&g_tofCompensatedReference, 9, 2, {25}, {80}},
         {&g_tofExtended, 9, 3, {25.5, 26.5}, {25.5, 26.5}},
@@ -81,13 +76,14 @@ TEST(CalibrationBlob, HoldsTheTemperatureCompensation) {
         {&g_tof2Compensated, 13, 0, {80, 90}, {80, 90}},
         {&g_tof2CompensatedReference, 13, 1, {25, 26}, {80}},
     };
-    for (const auto& sample : cases) {
-        const auto transformator = read(*sample.blob);
+    for (const auto& [blob, code, mode, temperatures, factors] : cases) {
+        SCOPED_TRACE(blob->at(0));
+        const auto transformator = read(*blob);
         const auto compensation = compensationOf(transformator);
-        EXPECT_EQ(transformator->GetFunctionalTypeCode(), sample.code);
-        EXPECT_EQ(compensation->GetCompensationMode(), sample.mode);
-        EXPECT_EQ(compensation->GetMeasuredTemperatures(), sample.temperatures);
-        EXPECT_EQ(compensation->GetCorrectionFactors(), sample.factors);
+        EXPECT_EQ(transformator->GetFunctionalTypeCode(), code);
+        EXPECT_EQ(compensation->GetCompensationMode(), mode);
+        EXPECT_EQ(compensation->GetMeasuredTemperatures(), temperatures);
+        EXPECT_EQ(compensation->GetCorrectionFactors(), factors);
     }
     const auto empty = read(head(12) + g_tof2Block + g_key + packed(0, 1, u32{99}, u32{99}, u16{0}, u16{0}));
     EXPECT_EQ(empty->GetFunctionalTypeCode(), 12);
@@ -115,11 +111,10 @@ TEST(CalibrationBlob, ArraysThatTheBlobCannotHoldAreAReadError) {
     const auto arrays = [](u32 offset, u32 count) {
         return head(10) + g_tof2Block + packed(0, offset, count, 80.0, 90.0);
     };
-    EXPECT_EQ(failureOfReading(arrays(68, 3)), g_cut);
-    EXPECT_EQ(failureOfReading(arrays(69, 2)), g_cut);
-    EXPECT_EQ(failureOfReading(arrays(0xFFFFFFFF, 1)), g_cut);
-    EXPECT_EQ(failureOfReading(arrays(68, 0xFFFFFFFF)), g_cut);
-    EXPECT_EQ(failureOfReading(arrays(0xFFFFFFF8, 0xFFFFFFFF)), g_cut);
+    const std::pair<u32, u32> beyond[] = {
+        {68, 3}, {69, 2}, {0xFFFFFFFF, 1}, {68, 0xFFFFFFFF}, {0xFFFFFFF8, 0xFFFFFFFF}};
+    for (const auto& [offset, count] : beyond)
+        EXPECT_EQ(failureOfReading(arrays(offset, count)), g_cut) << count << " at " << offset;
     // Any place inside the blob is good.
     EXPECT_EQ(compensationOf(read(head(10) + g_tof2Block + packed(0, u32{16}, u32{2})))->GetCorrectionFactors(),
               Doubles({8, 2.5e11}));
@@ -133,9 +128,7 @@ TEST(CalibrationBlob, ExtensionsAreOneInfoAndOneBlock) {
     const Bytes plain = head(1) + g_tofBlock;
     const Bytes reference = head(4) + g_tofBlock + g_key;
     const char* const newer = "Extension: Invalid serialization: data invalid. Was data written with newer software?";
-    const struct {
-        std::string failure, text;
-    } cases[] = {
+    const std::pair<std::string, std::string> cases[] = {
         {changed(plain, g_extension, 0, 0xAD), g_noExtension},
         {changed(reference, g_refExtension, 0, 0xAD),
          g_reader + "RefExtension: invalid serialization: id unknown: Should be CALIB_EXTENSION_BLOCK_INFO_MAGIC "
@@ -161,8 +154,8 @@ TEST(CalibrationBlob, ExtensionsAreOneInfoAndOneBlock) {
         {failureOfReading(g_ionTrap + g_extension), "runtime: Non-supported strategy."},
         {changed(plain, g_extension, 4, 7), ""},  // the identifier is not looked at
     };
-    for (const auto& sample : cases)
-        EXPECT_EQ(sample.failure, sample.text);
+    for (const auto& [failure, text] : cases)
+        EXPECT_EQ(failure, text);
 }
 
 TEST(CalibrationBlob, FtmsModesAreCheckedByTheFactory) {
@@ -171,10 +164,9 @@ TEST(CalibrationBlob, FtmsModesAreCheckedByTheFactory) {
     };
     for (const int good : {0, 1, 4, 5})
         EXPECT_EQ(mode(good), "");
-    const std::string factoryText = "argument: CalibrationTransformatorFactory::";
-    EXPECT_EQ(mode(2), factoryText + "createConstantsFunctionalIcr: mode 2 not supported [QX]");
-    EXPECT_EQ(mode(3), factoryText + "createTransformatorIcr: mode 3 and 6 not supported [QX]");
-    EXPECT_EQ(mode(6), factoryText + "createTransformatorIcr: mode 3 and 6 not supported [QX]");
+    EXPECT_EQ(mode(2), g_ofFactory + "createConstantsFunctionalIcr: mode 2 not supported [QX]");
+    EXPECT_EQ(mode(3), g_ofFactory + "createTransformatorIcr: mode 3 and 6 not supported [QX]");
+    EXPECT_EQ(mode(6), g_ofFactory + "createTransformatorIcr: mode 3 and 6 not supported [QX]");
     EXPECT_EQ(mode(7), "argument: unknown icr mode in serialization");
     // Written all the same, once it is in force.
     const auto transformator = read(g_ftmsQuadratic);
@@ -224,31 +216,32 @@ TEST(CalibrationBlob, RefusesToWriteTheOtherForm) {
 }
 
 TEST(CalibrationBlob, CompensatedConstantsChooseTheBlock) {
-    const auto type = [](const TransformatorPtr& transformator, Doubles temperatures, Doubles factors) {
+    const std::string noTemperatures = "runtime: Invalid reference calibrator: no temperatures";
+    const std::string noFactors = "runtime: Invalid reference calibrator: no correction factors";
+    const std::tuple<const Bytes&, Doubles, Doubles, std::string> cases[] = {
+        {g_tofCompensated, {}, {}, "1"},
+        {g_tofCompensated, {25, 26}, {80}, "3"},
+        {g_tofCompensated, {}, {80, 90}, "1 extended"},
+        {g_tofCompensatedReference, {}, {}, "4"},
+        {g_tofCompensatedReference, {25}, {80}, "2"},
+        {g_tofCompensatedReference, {25}, {80, 90}, "4 extended"},
+        {g_tofCompensatedReference, {}, {80}, noTemperatures},
+        {g_tofCompensatedReference, {25, 26}, {}, noFactors},
+        {g_tof2CompensatedReference, {}, {80}, noTemperatures},
+        {g_tof2CompensatedReference, {25}, {}, noFactors},
+    };
+    for (const auto& [blob, temperatures, factors, expected] : cases) {
+        const auto transformator = read(blob);
         const auto functional = transformator->GetFunctionalConstants();
         auto& compensation = dynamic_cast<ICalibrationConstantsFunctionalTemperatureCompensation&>(*functional);
         compensation.SetMeasuredTemperatures(temperatures);
         compensation.SetCorrectionFactors(factors);
         transformator->SetFunctionalConstants(functional);
-        std::string result;
-        const std::string failure = failureOf([&] {
-            const Bytes blob = written(transformator);
-            result = std::to_string(blob[0]) + (blob.size() > 76 ? " extended" : "");
-        });
-        return result + failure;
-    };
-    EXPECT_EQ(type(read(g_tofCompensated), {}, {}), "1");
-    EXPECT_EQ(type(read(g_tofCompensated), {25, 26}, {80}), "3");
-    EXPECT_EQ(type(read(g_tofCompensated), {}, {80, 90}), "1 extended");
-    EXPECT_EQ(type(read(g_tofCompensatedReference), {}, {}), "4");
-    EXPECT_EQ(type(read(g_tofCompensatedReference), {25}, {80}), "2");
-    EXPECT_EQ(type(read(g_tofCompensatedReference), {25}, {80, 90}), "4 extended");
-    const char* const noTemperatures = "runtime: Invalid reference calibrator: no temperatures";
-    const char* const noFactors = "runtime: Invalid reference calibrator: no correction factors";
-    EXPECT_EQ(type(read(g_tofCompensatedReference), {}, {80}), noTemperatures);
-    EXPECT_EQ(type(read(g_tofCompensatedReference), {25, 26}, {}), noFactors);
-    EXPECT_EQ(type(read(g_tof2CompensatedReference), {}, {80}), noTemperatures);
-    EXPECT_EQ(type(read(g_tof2CompensatedReference), {25}, {}), noFactors);
+        Bytes bytes;
+        const std::string failure = failureOf([&] { bytes = written(transformator); });
+        EXPECT_EQ(bytes.empty() ? failure : std::to_string(bytes[0]) + (bytes.size() > 76 ? " extended" : ""),
+                  expected);
+    }
 }
 
 }  // namespace

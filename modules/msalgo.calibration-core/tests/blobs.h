@@ -86,6 +86,14 @@ inline std::string textOf(const TransformatorPtr& transformator) {
     return g_serialization.SerializeToString(transformator);
 }
 
+/// The failure of a text that has `token` where `operation` expects a number or the name of constants.
+inline std::string prefixFailure(const std::string& operation, const std::string& token) {
+    return "runtime: kvan::calibration::Transformation::CalibrationTransformatorFactorySerialization::" + operation +
+           ": Calibration deserialization failed: invalid calibration constants prefix string '" + token + "'.";
+}
+
+inline const std::string g_noCorrection = g_reader + "FromString: failed to create gpxTransformator";
+
 /// What stands between the family and its constants, and after them, in a text without bounds and correction.
 inline const std::string g_tail = " 1 0 0 -2147483648 2147483647 ";
 inline const std::string g_noGpx =

@@ -86,9 +86,8 @@ TEST(BoundsChecker, KeepsIndicesInside) {
 }
 
 TEST(BoundsChecker, ForwardsAndIsPeeled) {
-    EXPECT_EQ(
-        failureOf([] { factory().createDecoratedTransformator(static_cast<Decorator>(7), straight(), 0, 1); }),
-        "argument: CalibrationTransformatorFactory::createDecoratedTransformator: invalid transformator: type unknown");
+    EXPECT_EQ(failureOf([] { factory().createDecoratedTransformator(static_cast<Decorator>(7), straight(), 0, 1); }),
+              g_ofFactory + "createDecoratedTransformator: invalid transformator: type unknown");
     const auto inner = tof(8, 2.5e11, 0.5, 10, 0.5);
     const auto raw = factory().createDecoratedTransformator(Decorator::RawBounds, inner, 5, 80);
     const auto both = factory().createDecoratedTransformator(Decorator::IndexBounds, raw, 1, 2);
@@ -147,21 +146,19 @@ TEST(CalibrationUtilities, ErrorsAndConstants) {
 }
 
 TEST(Compensation, OfCorrectedMasses) {
-    const auto polynomial = std::make_shared<Constants::CalibrationPolynomialGPX>(Doubles{1, 1}, 0, 0, 0, 1e4, true);
-    const auto corrected = factory().createTransformatorGPX(tof(8, 2.5e11, 0.5, 10, 0.5), polynomial);
+    const auto shifted = [](const TransformatorPtr& inner) { return corrected(inner, {1, 1}, 0, 1e4); };
+    const auto law = shifted(tof(8, 2.5e11, 0.5, 10, 0.5));
     using TemperatureCompensation::addTemperatureCompensationInfo;
-    const auto compensated = addTemperatureCompensationInfo(corrected, {23}, {1});
+    const auto compensated = addTemperatureCompensationInfo(law, {23}, {1});
     EXPECT_EQ(compensated->GetFunctionalTypeCode(), 9);
-    EXPECT_EQ(compensated->RawToMass(200), corrected->RawToMass(200));
-    EXPECT_EQ(corrected->GetFunctionalTypeCode(), 1);
+    EXPECT_EQ(compensated->RawToMass(200), law->RawToMass(200));
+    EXPECT_EQ(law->GetFunctionalTypeCode(), 1);
     EXPECT_EQ(failureOf([&] { addTemperatureCompensationInfo(compensated, {23}, {1}); }),
               "runtime: Already contains temp-comp info.");
-    const auto second = factory().createTransformatorGPX(tof2(8, 2.5e11, 0.5, 0.25, 4, 10, 0.5), polynomial);
+    const auto second = shifted(tof2(8, 2.5e11, 0.5, 0.25, 4, 10, 0.5));
     EXPECT_EQ(failureOf([&] { addTemperatureCompensationInfo(second, {23}, {1}); }),
               "runtime: TOF2+GPX not supported.");
-    EXPECT_EQ(failureOf([&] {
-                  addTemperatureCompensationInfo(factory().createTransformatorGPX(straight(), polynomial), {}, {});
-              }),
+    EXPECT_EQ(failureOf([&] { addTemperatureCompensationInfo(shifted(straight()), {}, {}); }),
               "runtime: Non-supported strategy.");
 }
 

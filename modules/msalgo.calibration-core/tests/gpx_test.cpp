@@ -9,7 +9,6 @@ namespace {
 using Gpx = ICalibrationTransformatorGPX;
 
 const char* const g_notUnique = "logic: gpx polynomial could not be inverted in a unique way";
-const char* const g_failed = "runtime: Transformation failed, most likely due to bad calibration constants.";
 const char* const g_gpxFailed = "logic: a transformation failed, most likely due to bad calibration constants";
 
 /// mass = raw = index.
@@ -27,11 +26,8 @@ const Doubles g_slight = {0x1p-20 - 512 * 0x1p-19, 1 + 0x1p-19};
 const Doubles g_strong = {0, 1, 0x1p-10};
 
 TEST(Gpx, CorrectsTheMassesOfTheLawInside) {
-    const struct {
-        Doubles coefficients;
-        double minMass, maxMass, precise, apparent;
-        double tolerance;
-    } cases[] = {
+    // Range of mass, precise and apparent mass, tolerance.
+    const std::tuple<Doubles, double, double, double, double, double> cases[] = {
         {g_slight, 256, 1024, 512, 512 + 0x1p-20, 0},
         {g_slight, 256, 1024, 1024, 1024 + 0x1p-10 + 0x1p-20, 0},
         {g_slight, 256, 1024, 4096, 4096 + 0x1p-10 + 0x1p-20, 0},
@@ -47,17 +43,17 @@ TEST(Gpx, CorrectsTheMassesOfTheLawInside) {
         {{0, 1}, 0, 1024, 77.7, 77.7, 0},
         {{-5, 1}, 0, 1024, 77.75, 72.75, 0},
     };
-    for (const auto& sample : cases) {
-        const auto law = corrected(paladin(3, 2, 0, 10, 4), sample.coefficients, sample.minMass, sample.maxMass);
-        const double raw = (sample.apparent - 3) / 2;
-        SCOPED_TRACE(std::to_string(sample.precise));
-        EXPECT_EQ(gpx(law).PreciseMassToMass(sample.precise), sample.apparent);
-        EXPECT_EQ(law->MassToRaw(sample.precise), raw);
-        EXPECT_EQ(law->MassToDIndex(sample.precise), raw * 4 - 10);
+    for (const auto& [coefficients, minMass, maxMass, precise, apparent, tolerance] : cases) {
+        const auto law = corrected(paladin(3, 2, 0, 10, 4), coefficients, minMass, maxMass);
+        const double raw = (apparent - 3) / 2;
+        SCOPED_TRACE(precise);
+        EXPECT_EQ(gpx(law).PreciseMassToMass(precise), apparent);
+        EXPECT_EQ(law->MassToRaw(precise), raw);
+        EXPECT_EQ(law->MassToDIndex(precise), raw * 4 - 10);
         // The first order is off by the square of the slope, and taken within 1e-5.
-        const double near = sample.tolerance > 0 ? sample.tolerance * sample.precise : 2e-8;
-        EXPECT_NEAR(law->RawToMass(raw), sample.precise, near);
-        EXPECT_NEAR(law->DIndexToMass(raw * 4 - 10), sample.precise, near);
+        const double near = tolerance > 0 ? tolerance * precise : 2e-8;
+        EXPECT_NEAR(law->RawToMass(raw), precise, near);
+        EXPECT_NEAR(law->DIndexToMass(raw * 4 - 10), precise, near);
         EXPECT_EQ(law->RawToDIndex(raw), raw * 4 - 10);
         EXPECT_EQ(law->IndexToRaw(6), 4.0);
     }
@@ -144,11 +140,9 @@ TEST(Gpx, IsAValueAround) {
     EXPECT_EQ(copy->RawToMass(40), 40.0);
     EXPECT_NE(law->RawToMass(40), 40.0);
 
-    const std::string dump = dumpOf(*corrected(identity(), g_strong, 100, 200));
-    EXPECT_NE(dump.find("\tCalibrationPolynomialGPX[ \n\t\tc0 = 0.1, c2 = 0.2, global mass range = [100, 200]\n"
-                        "\t\tparent mass = 0, arg range = [0, 0]\n\t\torder = 2, coefficients = (0, 1, "),
-              std::string::npos)
-        << dump;
+    expectDump(corrected(identity(), g_strong, 100, 200),
+               {"\tCalibrationPolynomialGPX[ \n\t\tc0 = 0.1, c2 = 0.2, global mass range = [100, 200]\n"
+                "\t\tparent mass = 0, arg range = [0, 0]\n\t\torder = 2, coefficients = (0, 1, "});
 }
 
 }  // namespace

@@ -15,11 +15,7 @@ void expectNear(const Range& range, double lower, double upper, double tolerance
 
 /// With c1 = 2.5e11 the slope of the linear term is 2.
 TEST(MonotonicMassRange, EndsWhereTheLawTurns) {
-    const struct {
-        const char* name;
-        TransformatorPtr law;
-        double lower, upper;
-    } cases[] = {
+    const std::tuple<const char*, TransformatorPtr, double, double> cases[] = {
         {"TOF linear", tof(8, 2.5e11, 0, 10, 0.5), 0, g_infinity},
         {"TOF quadratic, rising", tof(8, 2.5e11, 0.5, 10, 0.5), 0, g_infinity},
         {"TOF quadratic, turning at t = 100", tof(8, 2.5e11, -0.01, 10, 0.5), 0, 10000},
@@ -29,9 +25,9 @@ TEST(MonotonicMassRange, EndsWhereTheLawTurns) {
          20.0 / 3 * 20 / 3 - 4},
         {"TOF2 cubic, turning at t = 100 and -20/3", tof2(8, 2.5e11, 0.14, -0.001, 4, 10, 0.5), -4, 9996},
     };
-    for (const auto& sample : cases) {
-        SCOPED_TRACE(sample.name);
-        expectNear(sample.law->monotonicMassRange(5), sample.lower, sample.upper, 1e-8);
+    for (const auto& [name, law, lower, upper] : cases) {
+        SCOPED_TRACE(name);
+        expectNear(law->monotonicMassRange(5), lower, upper, 1e-8);
     }
     EXPECT_EQ(tof2(8, 2.5e11, 0, 0, 4, 10, 0.5)->usableMassRange(5, 0.1), Range(-4, g_infinity));
     expectNear(tof2(8, 2.5e11, -0.17, 0.002, 4, 10, 0.5)->monotonicMassRange(3000), 2496, g_infinity, 1e-8);

@@ -17,9 +17,9 @@ std::shared_ptr<Compensation> compensationOf(const TransformatorPtr& transformat
 }
 
 TransformatorPtr compensatedTof2(const Doubles& temperatures) {
-    const auto law = std::make_shared<Constants::CalibrationConstantsFunctionalTOF2TemperatureCompensation>();
-    law->SetMeasuredTemperatures(temperatures);
-    return factory().createTransformator(law, std::make_shared<Constants::CalibrationConstantsPhysicalTOF>(10, 0.5));
+    CalibrationConstantsFunctionalTOF2TemperatureCompensation law;
+    law.SetMeasuredTemperatures(temperatures);
+    return make(law, CalibrationConstantsPhysicalTOF(10, 0.5));
 }
 
 CalibrationTemperatureCompensator compensator(const TransformatorPtr& reference, const Doubles& temperatures,

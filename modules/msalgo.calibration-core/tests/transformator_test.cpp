@@ -6,12 +6,6 @@ namespace kvan::calibration {
 
 namespace {
 
-using Constants::CalibrationConstantsFunctionalLinear;
-using Constants::CalibrationConstantsFunctionalPaladin;
-using Constants::CalibrationConstantsFunctionalTOF1;
-using Constants::CalibrationConstantsPhysicalLinear;
-using Constants::CalibrationConstantsPhysicalPaladin;
-using Constants::CalibrationConstantsPhysicalTOF;
 using Transformation::MeasurementModeInfo;
 
 TEST(Transformator, ConstantsGoInAndComeOutAsCopies) {
@@ -72,14 +66,12 @@ TEST(Transformator, EqualityLooksAtClassAndConstants) {
     const auto law = tof(8, 2.5e11, 0.5, 10, 0.5);
     const double next = std::nextafter(2.5e11, 3e11);
     EXPECT_TRUE(law->IsEqual(*tof(8, next, 0.5, 10, 0.5)));
-    EXPECT_FALSE(law->IsEqual(*tof(8, 2.5e11 * (1 + 1e-15), 0.5, 10, 0.5)));
-    EXPECT_FALSE(law->IsEqual(*tof(8, 2.5e11, 0.25, 10, 0.5)));
-    EXPECT_FALSE(law->IsEqual(*tof(8, 2.5e11, 0, 10, 0.5)));
-    EXPECT_FALSE(law->IsEqual(*tof(8, 2.5e11, 0.5, 10, 0.25)));
-    EXPECT_FALSE(linear(1, 2)->IsEqual(*paladin(1, 2, 0, 0, 1)));  // the same masses
     const auto otherMode = tof(8, 2.5e11, 0.5, 10, 0.5);
     otherMode->SetCalibMode(1);
-    EXPECT_FALSE(law->IsEqual(*otherMode));
+    for (const auto& other : {tof(8, 2.5e11 * (1 + 1e-15), 0.5, 10, 0.5), tof(8, 2.5e11, 0.25, 10, 0.5),
+                              tof(8, 2.5e11, 0, 10, 0.5), tof(8, 2.5e11, 0.5, 10, 0.25), otherMode})
+        EXPECT_FALSE(law->IsEqual(*other)) << dumpOf(*other);
+    EXPECT_FALSE(linear(1, 2)->IsEqual(*paladin(1, 2, 0, 0, 1)));  // the same masses
 }
 
 TEST(Transformator, TellsWhatItHoldsAndWhatItCannot) {
@@ -100,10 +92,7 @@ TEST(Transformator, TellsWhatItHoldsAndWhatItCannot) {
 }
 
 TEST(Factory, ChoosesTheClassByTheHighestCoefficient) {
-    const struct {
-        TransformatorPtr transformator;
-        const char* name;
-    } cases[] = {
+    const std::pair<TransformatorPtr, const char*> cases[] = {
         {tof(0, 1, 0.0, 0, 1), "CalibrationTransformatorTOFLinear[ "},
         {tof(0, 1, -0.0, 0, 1), "CalibrationTransformatorTOFLinear[ "},
         {tof(0, 1, 5e-324, 0, 1), "CalibrationTransformatorTOFQuadratic[ "},
@@ -114,33 +103,30 @@ TEST(Factory, ChoosesTheClassByTheHighestCoefficient) {
         {paladin(0, 1, 0, 0, 1), "CalibrationTransformatorPaladinLinear[ "},
         {paladin(0, 1, 1e-9, 0, 1), "CalibrationTransformatorPaladinQuadratic[ "},
     };
-    for (const auto& sample : cases)
-        EXPECT_EQ(dumpOf(*sample.transformator).substr(0, std::strlen(sample.name)), sample.name);
+    for (const auto& [law, name] : cases)
+        EXPECT_EQ(dumpOf(*law).substr(0, std::strlen(name)), name);
 }
 
 TEST(Factory, RefusesWhatMakesNoTransformator) {
-    const std::string own = "argument: CalibrationTransformatorFactory::";
-    using Constants::CalibrationConstantsFunctionalFTMS1356;
     const std::string modes = ": Invalid FTMS Mode: 1, 3, 5 and 6 are valid";
     EXPECT_EQ(failureOf([] { CalibrationConstantsFunctionalFTMS1356(1, 1, 1, false, 4); }),
               "argument: CalibrationConstantsFunctionalFTMS1356 c'tor" + modes);
     EXPECT_EQ(failureOf([] { CalibrationConstantsFunctionalFTMS1356(1, 1, 1, false, 1).SetCalibMode(2); }),
               "argument: CalibrationConstantsFunctionalFTMS1356::SetCalibMode" + modes);
-    EXPECT_EQ(failureOf([] { Constants::CalibrationPolynomialKITE2({}); }),
+    EXPECT_EQ(failureOf([] { CalibrationPolynomialKITE2({}); }),
               "argument: CalibrationPolynomialKITE2: no parent polynomials.");
     EXPECT_EQ(failureOf([] { factory().createDecoratedTransformator({}, nullptr, 0, 1); }),
-              own + "createDecoratedTransformator: no transformator to be decorated");
+              g_ofFactory + "createDecoratedTransformator: no transformator to be decorated");
     EXPECT_EQ(failureOf([] { factory().createTransformatorPsd(nullptr, nullptr); }),
-              own + "createTransformatorPsd: invalid transformator: type unknown");
+              g_ofFactory + "createTransformatorPsd: invalid transformator: type unknown");
     EXPECT_EQ(failureOf([] { factory().createTransformatorKite(nullptr, {}); }),
-              own + "createTransformatorKite: can't create kitePolynomial");
+              g_ofFactory + "createTransformatorKite: can't create kitePolynomial");
     const auto tofLaw = std::make_shared<CalibrationConstantsFunctionalTOF1>();
     const auto scale = std::make_shared<CalibrationConstantsPhysicalPaladin>();
-    EXPECT_EQ(
-        failureOf([&] { factory().createTransformator(tofLaw, scale); }),
-        "argument: CalibrationTransformatorFactory::createTransformator: invalid calibration constants: types differ");
+    EXPECT_EQ(failureOf([&] { factory().createTransformator(tofLaw, scale); }),
+              g_ofFactory + "createTransformator: invalid calibration constants: types differ");
     EXPECT_EQ(failureOf([&] { factory().createTransformator(nullptr, scale); }),
-              "argument: CalibrationTransformatorFactory::createTransformator: invalid transformator: type unknown");
+              g_ofFactory + "createTransformator: invalid transformator: type unknown");
     EXPECT_EQ(failureOf([&] { factory().createTransformatorTrap(tofLaw, scale); }),
               "argument: kvan::calibration::Transformation::CalibrationTransformatorFactory::createTransformatorTrap: "
               "funcConsts is not of type ICalibrationConstantsFunctionalPaladin");

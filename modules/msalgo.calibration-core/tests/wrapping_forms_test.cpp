@@ -62,36 +62,21 @@ const std::pair<const Bytes&, const std::string&> g_pairs[] = {
 TEST(WrappingBlob, HoldsTheNumbersAtTheirOffsets) {
     // rho = 4: coefficients 4, 1, 0.25, 1; at t = 5 - 3 the mass is 4 + 2 + 1 + 8.
     EXPECT_EQ(read(g_kite1)->RawToMass(5), 15);
+    const auto inner = read(head(1) + g_tofBlock);
     EXPECT_TRUE(read(g_kite1)->IsEqual(
-        *factory().createTransformatorKite(read(head(1) + g_tofBlock), {.parentMass = 400,
-                                                                        .correctionTime = 3,
-                                                                        .kiteTime = 7.5,
-                                                                        .calibrationParentMass = 100,
-                                                                        .calibTimeRange = {1, 50},
-                                                                        .indexRange = {-5, 900},
-                                                                        .ignoreIndexBounds = true,
-                                                                        .coefficients = {1, 0.5, 0.25, 2}})));
-    EXPECT_TRUE(read(g_psd)->IsEqual(*factory().createTransformatorPsd(
-        read(head(1) + g_tofBlock), std::make_shared<Constants::CalibrationPolynomialPSDFAST>(
-                                        Constants::CalibrationPolynomialPSDFAST::Numbers{.uRefFull = 20.25,
-                                                                                         .uSegment = 2.5,
-                                                                                         .calibrationMass = 100,
-                                                                                         .parentMass = 400,
-                                                                                         .minArg = 4,
-                                                                                         .maxArg = 100,
-                                                                                         .spc = {0.5, 0.25, 2},
-                                                                                         .ocp = {0.5, 0.015625, 0}}))));
-    Constants::CalibrationPolynomialKITE2::Numbers kite2;
-    kite2.parentMass = 400;
-    kite2.referenceTime = 3;
+        *factory().createTransformatorKite(inner, {400, 3, 7.5, 100, {1, 50}, {-5, 900}, true, {1, 0.5, 0.25, 2}})));
+    auto psd = psdNumbers(4, 100);
+    psd.uRefFull = 20.25;
+    psd.ocp = {0.5, 0.015625, 0};
+    EXPECT_TRUE(read(g_psd)->IsEqual(
+        *factory().createTransformatorPsd(inner, std::make_shared<CalibrationPolynomialPSDFAST>(psd))));
+    auto kite2 = kite2Between(0);
     kite2.measuredParentMass = 500;
     kite2.measuredReferenceTime = 2.5;
     kite2.indexRange = {-5, 900};
-    kite2.ignoreIndexBounds = true;
-    kite2.parents = {{{10, 4, 0.5}, 1, 50, 100}, {{9, 6, 3}, 3, 30, 900}};
     kite2.global = {{0, 1}, 0, 1, 2};
     kite2.vc0 = {1, 0.5};
-    EXPECT_TRUE(read(g_kite2)->IsEqual(*factory().createTransformatorKite2(read(head(1) + g_tofBlock), kite2)));
+    EXPECT_TRUE(read(g_kite2)->IsEqual(*factory().createTransformatorKite2(inner, kite2)));
 }
 
 TEST(WrappingBlob, AndTextAreOneCalibration) {
@@ -148,23 +133,21 @@ TEST(WrappingBlob, OfALawThatIsMixedFromTwoParentsKeepsTheMasses) {
 }
 
 TEST(WrappingText, Kite2HasOneVersion) {
-    const std::string operation =
-        "runtime: "
-        "kvan::calibration::Transformation::CalibrationTransformatorFactorySerialization::DeserializeFromStringKITE2: "
-        "Calibration deserialization failed: invalid calibration constants prefix string '";
+    const char* const operation = "DeserializeFromStringKITE2";
     const std::string polynomial =
         "argument: DeserializePolynomialSimple: Invalid polynomial string:  was data written with a newer software?";
     const std::string start = "V1.0CCalibrator 10 1 V1.0CKite2CalibrationConstants " + g_axisText;
     EXPECT_EQ(failureOfReadingText("V1.0CCalibrator 10 1 V2.0CKite2CalibrationConstants"),
-              operation + "V2.0CKite2CalibrationConstants'.");
-    EXPECT_EQ(failureOfReadingText(start + "two"), operation + "two'.");
+              prefixFailure(operation, "V2.0CKite2CalibrationConstants"));
+    EXPECT_EQ(failureOfReadingText(start + "two"), prefixFailure(operation, "two"));
     EXPECT_EQ(failureOfReadingText(start + "2000000000 "), polynomial);
     EXPECT_EQ(failureOfReadingText(start + "1 V2.0CCalibPolynomial 1 0 0 0"), polynomial);
-    EXPECT_EQ(failureOfReadingText(start + "1 V1.0CCalibPolynomial 1 0 x 0"), operation + "x'.");
+    EXPECT_EQ(failureOfReadingText(start + "1 V1.0CCalibPolynomial 1 0 x 0"), prefixFailure(operation, "x"));
     EXPECT_EQ(failureOfReadingText(start + "0 " + g_global + "V1.0VectorDouble 0 0 0 1 2 3 " + g_global + g_global +
                                    "0 0 1 0 0 0"),
               "argument: CalibrationTransformatorFactory::createTransformatorKite2: can't create kite2Polynomial");
-    EXPECT_EQ(failureOfReadingText(g_kite2Text.substr(0, g_kite2Text.find(" 0 0 0 V1.0CGPX") + 4)), operation + "'.");
+    EXPECT_EQ(failureOfReadingText(g_kite2Text.substr(0, g_kite2Text.find(" 0 0 0 V1.0CGPX") + 4)),
+              prefixFailure(operation, ""));
 }
 
 TEST(WrappingBlob, OnlyTheFastPsdModeHasAPolynomial) {
@@ -202,10 +185,9 @@ TEST(WrappingText, EveryVersionOfPsdIsRead) {
     for (const char* other : {"0 ", "3 "})
         EXPECT_EQ(failureOfReadingText(text("V3.0", other, "0 0")),
                   mode + "Invalid calibration serialization: Unknown psd type.");
-    EXPECT_EQ(failureOfReadingText(text("V3.0", "two ", "0 0")), bad);
-    EXPECT_EQ(failureOfReadingText(text("V3.0", "2 ", "0")), bad);
-    EXPECT_EQ(failureOfReadingText(text("V3.0", "2 ", "2 0")), bad);
-    EXPECT_EQ(failureOfReadingText(text("V2.0", "2 ", "7 " + vector + "1.5")), bad);
+    for (const auto& damaged : {text("V3.0", "two ", "0 0"), text("V3.0", "2 ", "0"), text("V3.0", "2 ", "2 0"),
+                                text("V2.0", "2 ", "7 " + vector + "1.5")})
+        EXPECT_EQ(failureOfReadingText(damaged), bad) << damaged;
     EXPECT_EQ(failureOfReadingText(text("V1.0", "2 ", vector)), "runtime: vector deserialization");
     EXPECT_EQ(failureOfReadingText(text("V3.0", "2 x ", "0 0")), "runtime: vector deserialization");
 }
@@ -216,36 +198,25 @@ TEST(WrappingText, EveryVersionOfKite1IsRead) {
                ignore + "400 3 7.5 100 1 50 V1.0VectorDouble 4 1 0.5 0.25 2 9.5 0 -5 900 " + rest;
     };
     const std::string vector = "V1.0VectorDouble 2 1 2 ";
-    const struct {
-        const char* version;
-        std::string ignore, rest;
-    } cases[] = {{"V1.0", "", vector + vector + vector + vector + "7"},
-                 {"V2.0", "", "7 " + vector + "1.5 2.5"},
-                 {"V2.1", "0 ", "7 " + vector + "1.5 2.5 1 7"},
-                 {"V3.0", "0 ", "1 7"}};
     const std::string whole = textOf(readText(text("V3.0", "0 ", "0 0")));
-    for (const auto& sample : cases)
-        EXPECT_EQ(textOf(readText(text(sample.version, sample.ignore, sample.rest))), whole);
+    for (const auto& older :
+         {text("V1.0", "", vector + vector + vector + vector + "7"), text("V2.0", "", "7 " + vector + "1.5 2.5"),
+          text("V2.1", "0 ", "7 " + vector + "1.5 2.5 1 7"), text("V3.0", "0 ", "1 7")})
+        EXPECT_EQ(textOf(readText(older)), whole) << older;
 
     const std::string reading = g_reader + "FromStringKITE: While reading ";
     const std::string newer = ": Invalid calibration string, ignoring. Was data written with newer software?";
-    EXPECT_EQ(failureOfReadingText(text("V2.1", "0 ", "7 " + vector + "1.5 2.5 1")), reading + "iDummy" + newer);
-    EXPECT_EQ(failureOfReadingText(text("V3.0", "0 ", "2 7")), reading + "iDummy" + newer);
-    EXPECT_EQ(failureOfReadingText(text("V3.0", "0 ", "1")), reading + "iDummy" + newer);
+    for (const auto& cut :
+         {text("V2.1", "0 ", "7 " + vector + "1.5 2.5 1"), text("V3.0", "0 ", "2 7"), text("V3.0", "0 ", "1")})
+        EXPECT_EQ(failureOfReadingText(cut), reading + "iDummy" + newer) << cut;
     EXPECT_EQ(failureOfReadingText(text("V2.0", "", "7 V3.0VectorDouble 1 1 2 3")), "runtime: vector deserialization");
     const std::string upToLimits = text("V3.0", "0 ", "");
     EXPECT_EQ(failureOfReadingText(upToLimits.substr(0, upToLimits.size() - 4)), reading + "calibMode" + newer);
     EXPECT_EQ(failureOfReadingText(text("V3.0", "2 ", "1 7")), "runtime: vector deserialization");
     EXPECT_EQ(failureOfReadingText("V1.0CCalibrator 7 1 V2.2CKITECalibrationConstants "),
-              "runtime: "
-              "kvan::calibration::Transformation::CalibrationTransformatorFactorySerialization::"
-              "DeserializeFromStringKITE: Calibration deserialization failed: invalid calibration constants prefix "
-              "string 'V2.2CKITECalibrationConstants'.");
-    EXPECT_EQ(
-        failureOfReadingText("V1.0CCalibrator 7 1 V2.0CKITECalibrationConstants 1"),
-        "runtime: "
-        "kvan::calibration::Transformation::CalibrationTransformatorFactorySerialization::DeserializeFromStringLinear: "
-        "Calibration deserialization failed: invalid calibration constants prefix string '1'.");
+              prefixFailure("DeserializeFromStringKITE", "V2.2CKITECalibrationConstants"));
+    EXPECT_EQ(failureOfReadingText("V1.0CCalibrator 7 1 V2.0CKITECalibrationConstants 1"),
+              prefixFailure("DeserializeFromStringLinear", "1"));
 }
 
 /// G(m) = 2 m + 1 on [1, 400].
