@@ -43,29 +43,19 @@ namespace {
 
 using namespace kvan::sample;
 
-CalibratorArchive with(const ArchivedReferences& references) {
-    return {.references = references};
-}
-
-CalibratorArchive with(const ArchivedStatus& status) {
-    return {.references = {{.stati = {status}}}};
-}
-
-CalibratorArchive with(const ArchivedLockMasses& lockMasses) {
-    return {.lockMasses = lockMasses};
-}
-
-CalibratorArchive with(const ArchivedLockMass& spectrum) {
-    return with(ArchivedLockMasses{.spectra = {spectrum}});
-}
-
-CalibratorArchive with(const ArchivedLockMassParams& params) {
-    return with(ArchivedLockMasses{.params = params});
-}
-
-CalibratorArchive with(const ArchivedCalibrator& calibrator) {
-    return with(ArchivedReferences{.references = {{.calibrator = calibrator}}});
-}
+/// Archives with one record of note.
+const struct {
+    CalibratorArchive operator()(const ArchivedReferences& record) const { return {.references = record}; }
+    CalibratorArchive operator()(const ArchivedStatus& record) const { return {.references = {{.stati = {record}}}}; }
+    CalibratorArchive operator()(const ArchivedLockMasses& record) const { return {.lockMasses = record}; }
+    CalibratorArchive operator()(const ArchivedLockMass& record) const { return {.lockMasses = {.spectra = {record}}}; }
+    CalibratorArchive operator()(const ArchivedLockMassParams& record) const {
+        return {.lockMasses = {.params = record}};
+    }
+    CalibratorArchive operator()(const ArchivedCalibrator& record) const {
+        return {.references = {{.references = {{.calibrator = record}}}}};
+    }
+} with;
 
 /// Watches for the largest piece of memory that the program asks for during the life of the object; one at a time.
 /// Sees none under Clang's thread sanitizer.
@@ -171,22 +161,20 @@ TEST(Archive, WhatIsRefusedAndWhy) {
 
 /// Of early archives, compensated references of the second generation with one temperature.
 TEST(Archive, ReferencesOfOneTemperatureSpoilAnEarlyArchive) {
-    const auto compensated = [](const char* temperatures) {
-        return ArchivedCalibrator{.version = {0, 2},
-                                  .text = std::string("V1.0CCalibrator 13 1 "
-                                                      "V1.0CTOF2TemperatureCompensatedCalibrationConstants "
-                                                      "V1.0CTOF2CalibrationConstants 10 0.5 8 2.5e11 0 0 0 0 2 ") +
-                                          temperatures + " V1.0VectorDouble 0 "};
+    const auto extracted = [](ArchiveVersion version, std::uint32_t polarity, const std::string& temperatures) {
+        const std::string text =
+            "V1.0CCalibrator 13 1 V1.0CTOF2TemperatureCompensatedCalibrationConstants V1.0CTOF2CalibrationConstants 10 "
+            "0.5 8 2.5e11 0 0 0 0 2 V1.0VectorDouble " +
+            temperatures + " V1.0VectorDouble 0 ";
+        return extract(with(ArchivedReferences{
+            .version = version,
+            .references = {{.polarity = polarity, .calibrator = {.version = {0, 2}, .text = text}}}}));
     };
-    const auto archive = [&](ArchiveVersion version, std::uint32_t polarity, const char* temperatures) {
-        return with(ArchivedReferences{
-            .version = version, .references = {{.polarity = polarity, .calibrator = compensated(temperatures)}}});
-    };
-    EXPECT_EQ(extract(archive({0, 2}, 0, "V1.0VectorDouble 1 25")),
+    EXPECT_EQ(extracted({0, 2}, 0, "1 25"),
               "CReferenceCalibrators::ExtractFromBlob: this AMI contains problematic information.");
-    EXPECT_EQ(extract(archive({0, 3}, 0, "V1.0VectorDouble 1 25")), "");
-    EXPECT_EQ(extract(archive({0, 2}, 0, "V1.0VectorDouble 2 25 26")), "");
-    EXPECT_EQ(extract(archive({0, 2}, 2, "V1.0VectorDouble 1 25")), "") << "was dropped before";
+    EXPECT_EQ(extracted({0, 3}, 0, "1 25"), "");
+    EXPECT_EQ(extracted({0, 2}, 0, "2 25 26"), "");
+    EXPECT_EQ(extracted({0, 2}, 2, "1 25"), "") << "was dropped before";
 }
 
 TEST(Archive, EndsAnywhereAndSaysSo) {

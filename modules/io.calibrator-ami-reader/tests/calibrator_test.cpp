@@ -11,7 +11,9 @@ namespace archives {
 namespace {
 
 namespace fs = boost::filesystem;
+using Factory = kvan::calibration::Transformation::CalibrationTransformatorFactory;
 
+const auto& g_factory = *Factory::instance();
 constexpr double g_nothing = -1.0;
 const char* const g_beyond = "Spectrum number out of range.";
 
@@ -59,13 +61,6 @@ TEST(CalibratorOfASpectrum, LockMassFirstThenTheReferenceOfItsPolarity) {
     EXPECT_EQ(massAtFour(read(archive), 3, 0, own), g_nothing);
 }
 
-struct MergeCase {
-    const char* name;
-    Bytes own;
-    Bytes reference;
-    double massAtFour;
-};
-
 /// Constants of time of flight: delay, base, c0 to c4. At index 4 the axis of `tof(...)` stands at 22; c1 = 4e12 makes
 /// the factor C1 under the root 0.25.
 Bytes tof(double c0, double c1, double c2, double delay = 20) {
@@ -98,7 +93,7 @@ Bytes compensatedTofReference(double c0, double c1, double c2, double temperatur
 TEST(CalibratorOfASpectrum, TheLawIsTheReferencesAndTheAxisItsOwn) {
     // Five degrees at 2e5 ppm make k = 2, so that C1 = 0.25 / 2 and c2 = 1 / 2: 0.5 m + sqrt(0.125 m) = 22 - 2.
     const double root = (-std::sqrt(0.125) + std::sqrt(0.125 + 4 * 0.5 * 20)) / (2 * 0.5);
-    const MergeCase cases[] = {
+    const std::tuple<const char*, Bytes, Bytes, double> cases[] = {
         {"own axis", tof(1, 4e12, 0), tof(2, 1e12, 0, 555), 400},
         {"class of the reference", tof(1, 4e12, 0), tof(0, 4e12, 1), std::pow((-0.5 + std::sqrt(0.25 + 88)) / 2, 2)},
         {"and back", tof(1, 4e12, 1), tof(0, 4e12, 0), 22 * 22 * 4},
@@ -113,28 +108,26 @@ TEST(CalibratorOfASpectrum, TheLawIsTheReferencesAndTheAxisItsOwn) {
         {"of the reference alone", tof(9, 9, 9), compensatedTofReference(2, 1e12, 0, 25, 2e5), 400},
         {"of the spectrum alone", compensatedTof(9, 9, 9, 30), tof(2, 1e12, 0), 400},
     };
-    for (const MergeCase& one : cases) {
-        const auto organizer = read({.references = {{.references = {{.calibrator = {.blob = one.reference}}}}}});
-        const TransformatorPtr own = DeserializeBlob(one.own);
+    for (const auto& [name, ownBlob, reference, mass] : cases) {
+        const auto organizer = read({.references = {{.references = {{.calibrator = {.blob = reference}}}}}});
+        const TransformatorPtr own = DeserializeBlob(ownBlob);
         const double before = own->DIndexToMass(4);
-        EXPECT_NEAR(massAtFour(organizer, 0, 0, own), one.massAtFour, 1e-12 * std::abs(one.massAtFour)) << one.name;
-        EXPECT_EQ(own->DIndexToMass(4), before) << one.name;
+        EXPECT_NEAR(massAtFour(organizer, 0, 0, own), mass, 1e-12 * std::abs(mass)) << name;
+        EXPECT_EQ(own->DIndexToMass(4), before) << name;
     }
 }
 
 TEST(CalibratorOfASpectrum, CorrectionsAreTheReferencesAndBoundsItsOwn) {
     using kvan::calibration::Constants::CalibrationPolynomialGPX;
-    using Factory = kvan::calibration::Transformation::CalibrationTransformatorFactory;
-    const auto& factory = *Factory::instance();
     const TransformatorPtr own = DeserializeBlob(tof(1, 4e12, 0));
     const TransformatorPtr reference = DeserializeBlob(tof(2, 1e12, 0, 555));
     // Precise mass + 1 is what the law gives.
     const auto corrected = [&](const TransformatorPtr& inner) {
-        return factory.createTransformatorGPX(
+        return g_factory.createTransformatorGPX(
             inner, std::make_shared<CalibrationPolynomialGPX>(std::vector<double>{1, 1}, 0, 0, 0, 1e6, true));
     };
     const auto bounded = [&](const TransformatorPtr& inner, double lower, double upper) {
-        return factory.createDecoratedTransformator(Factory::Decorator::RawBounds, inner, lower, upper);
+        return g_factory.createDecoratedTransformator(Factory::Decorator::RawBounds, inner, lower, upper);
     };
     const auto massAt = [](double index, const TransformatorPtr& merged) { return merged->DIndexToMass(index); };
     EXPECT_EQ(massAt(4, mergeReference(corrected(own), reference)), 400);
@@ -151,13 +144,12 @@ TEST(CalibratorOfASpectrum, CorrectionsAreTheReferencesAndBoundsItsOwn) {
 }
 
 TEST(CalibratorOfASpectrum, OfParentMassesThePolynomialsStay) {
-    const auto& factory = *kvan::calibration::Transformation::CalibrationTransformatorFactory::instance();
     const auto kite1 = [&](double c2) {
-        return factory.createTransformatorKite(DeserializeBlob(tof(1, 4e12, 0)), {.coefficients = {1, c2}});
+        return g_factory.createTransformatorKite(DeserializeBlob(tof(1, 4e12, 0)), {.coefficients = {1, c2}});
     };
     const auto kite2 = [&](double c2) {
-        return factory.createTransformatorKite2(20, 0.5, 0, 4e12, 0, {{.coefficients = {1, c2}}},
-                                                {.coefficients = {0, 1}}, {}, 0, 0, 0, 0, 0);
+        return g_factory.createTransformatorKite2(20, 0.5, 0, 4e12, 0, {{.coefficients = {1, c2}}},
+                                                  {.coefficients = {0, 1}}, {}, 0, 0, 0, 0, 0);
     };
     EXPECT_NE(kite1(2)->DIndexToMass(4), kite1(3)->DIndexToMass(4));
     EXPECT_EQ(mergeReference(kite1(2), kite1(3))->DIndexToMass(4), kite1(2)->DIndexToMass(4));
@@ -167,9 +159,8 @@ TEST(CalibratorOfASpectrum, OfParentMassesThePolynomialsStay) {
 }
 
 TEST(CalibratorOfASpectrum, OfPostSourceDecayTheLawInsideIsReplaced) {
-    const auto& factory = *kvan::calibration::Transformation::CalibrationTransformatorFactory::instance();
     const auto around = [&](const Bytes& calibrator) {
-        return factory.createTransformatorPsd(DeserializeBlob(calibrator), nullptr);
+        return g_factory.createTransformatorPsd(DeserializeBlob(calibrator), nullptr);
     };
     const TransformatorPtr merged = mergeReference(around(tof(1, 4e12, 0)), around(tof(2, 1e12, 0, 555)));
     EXPECT_EQ(merged->GetFunctionalTypeCode(), 6);

@@ -10,14 +10,15 @@ namespace {
 using test::g_infinity;
 using test::g_nan;
 
+struct Point {
+    double x;
+    int order;
+    double value;
+};
+
 TEST(Function, PolynomialsAndWhatContinuesThem) {
     const std::vector<double> cubic{7.0, -3.0, 2.0, 0.5};      // at 2: 13, slope 11; at -1: 11.5, slope -5.5
     const std::vector<double> halfPowers{1.0, 4.0, 3.0, 2.0};  // at 4: 37, slope 10; at 9: 94, slope 38 / 3
-    struct Point {
-        double x;
-        int order;
-        double value;
-    };
     const struct {
         int strategy;
         const std::vector<double>& coefficients;
@@ -64,29 +65,26 @@ TEST(Function, InterpolationGoesThroughItsPoints) {
     }
 }
 
-TEST(Function, InterpolationBetweenAndBesideThePoints) {
-    const CFunction lines(1, {0.0, 1.0, 3.0}, {0.0, 2.0, 1.0});
-    EXPECT_EQ(lines(2.0), 1.5);
-    EXPECT_EQ(lines(5.0), 0.0);
-    EXPECT_EQ(lines(-1.0), -2.0);
-    EXPECT_EQ(lines(2.0, 1), -0.5);
-
-    const CFunction steps(2, {0.0, 1.0}, {5.0, 6.0});
-    EXPECT_EQ(steps(-9.0), 5.0);
-    EXPECT_EQ(steps(0.999), 5.0);
-    EXPECT_EQ(steps(7.0), 6.0);
-
-    const CFunction spline(3, {0.0, 1.0, 2.0}, {0.0, 1.0, 3.0});  // 0.75 t + 0.25 t^3, then 1 + 1.5 u + 0.75 u^2 - ...
-    EXPECT_NEAR(spline(0.5), 0.40625, 1e-15);
-    EXPECT_NEAR(spline(1.5), 1.90625, 1e-15);
-    EXPECT_NEAR(spline(1.0, 2), 1.5, 1e-14);
-    EXPECT_NEAR(spline(-2.0), -1.5, 1e-15);
-    EXPECT_NEAR(spline(4.0), 7.5, 1e-14);
-
-    const CFunction akima(4, {-2, -1, 0, 1, 2, 3}, {4, 1, 0, 1, 4, 9});  // a parabola is met exactly
-    EXPECT_NEAR(akima(2.5), 6.25, 1e-14);
-    EXPECT_NEAR(akima(-1.5), 2.25, 1e-14);
-    EXPECT_NEAR(akima(5.0), 9.0 + 2 * 6.0, 1e-13);
+TEST(Function, PiecesBetweenAndBesideThePoints) {
+    const struct {
+        const char* name;
+        CFunction f;
+        std::vector<Point> points;
+    } cases[] = {
+        {"lines", {1, {0, 1, 3}, {0, 2, 1}}, {{2, 0, 1.5}, {5, 0, 0}, {-1, 0, -2}, {2, 1, -0.5}}},
+        {"steps", {2, {0, 1}, {5, 6}}, {{-9, 0, 5}, {0.999, 0, 5}, {7, 0, 6}}},
+        // 0.75 t + 0.25 t^3, then 1 + 1.5 u + 0.75 u^2 - ...
+        {"spline",
+         {3, {0, 1, 2}, {0, 1, 3}},
+         {{0.5, 0, 0.40625}, {1.5, 0, 1.90625}, {1, 2, 1.5}, {-2, 0, -1.5}, {4, 0, 7.5}}},
+        // A parabola is met exactly.
+        {"Akima", {4, {-2, -1, 0, 1, 2, 3}, {4, 1, 0, 1, 4, 9}}, {{2.5, 0, 6.25}, {-1.5, 0, 2.25}, {5, 0, 9 + 2 * 6}}},
+        {"constant pieces", {8, {0, 2}, {1, -1}}, {{-5, 0, 1}, {2, 0, -1}, {0, 1, 0}}},
+        {"straight pieces", {7, {0, 2}, {1, 0.5, 10, -1}}, {{-2, 0, 0}, {1, 0, 1.5}, {5, 0, 7}, {5, 1, -1}}},
+    };
+    for (const auto& [name, f, points] : cases)
+        for (const auto& [x, order, value] : points)
+            EXPECT_NEAR(f(x, order), value, 4e-15 * std::abs(value)) << name << " at " << x;
 
     const std::vector<double> x{0, 1, 2, 3, 4};
     const std::vector<double> peak{0.001, 0.001, 9.0, 0.0, 5.0};
@@ -96,17 +94,7 @@ TEST(Function, InterpolationBetweenAndBesideThePoints) {
     EXPECT_GE(lowest, 0.0);
 }
 
-TEST(Function, PiecesSideBySide) {
-    const CFunction constants(8, {0.0, 2.0}, {1.0, -1.0});
-    EXPECT_EQ(constants(-5.0), 1.0);
-    EXPECT_EQ(constants(2.0), -1.0);
-    EXPECT_EQ(constants(0.0, 1), 0.0);
-    const CFunction lines(7, {0.0, 2.0}, {1.0, 0.5, 10.0, -1.0});
-    EXPECT_EQ(lines(-2.0), 0.0);
-    EXPECT_EQ(lines(1.0), 1.5);
-    EXPECT_EQ(lines(5.0), 7.0);
-    EXPECT_EQ(lines(5.0, 1), -1.0);
-
+TEST(Function, ElementsOfOneStretch) {
     const CGeomBaseElem stretch{CGeomPoint1d(1.0), CGeomPoint1d(3.0)};
     EXPECT_EQ(CBar1dElem(stretch, 4.0).Value(1.0), 4.0);
     EXPECT_EQ(CBar1dElem(stretch, 4.0).Value(3.0), 0.0);
