@@ -97,8 +97,8 @@ QSF2SQL_API int qsf2sql_array_read_uint32(uint64_t handle, uint64_t id, uint32_t
  * Text of the last failure on the calling thread, "<no error>" if there was none. A later success does not clear it.
  *
  * @param buffer  receives as much of the text as fits, always with a terminator; a text that is too long is cut by
- *                bytes, also within a UTF-8 sequence. Untouched if size is 0, and may be NULL then, to ask for the
- * size.
+ *                bytes, also within a UTF-8 sequence. To ask for the size it may be NULL if size is 0; it is untouched
+ *                then.
  * @param size    bytes at buffer.
  * @return bytes that the whole text needs, terminator included, whatever size was. A result above size means that the
  *         text was cut.
@@ -119,8 +119,8 @@ QSF2SQL_API uint32_t qsf2sql_get_sqlite_cache_filename(char* buffer, uint32_t si
  * @param size           bytes at buffer.
  * @param path           the main file (".../analysis.qsf"). Not NULL.
  * @param all_variables  not 0: the cache must hold all acquisition variables; 0: the minimal set is enough.
- * @return size itself if the path was written; otherwise the bytes that it needs, terminator included, which is more
- * than size; 0 on failure.
+ * @return size itself if the path was written; otherwise the bytes that it needs, terminator included, which are
+ *         more than size; 0 on failure.
  */
 QSF2SQL_API uint32_t qsf2sql_get_sqlite_cache_filename_v2(char* buffer, uint32_t size, const char* path,
                                                           int all_variables);
