@@ -140,7 +140,7 @@ void stepOnce(sqlite3* database, const std::string& query) {
     sqlite3_finalize(statement);
 }
 
-/// Length and m/z, against the two queries behind it, bare and prepared anew each time.
+/// Length and m/z, against the two queries that it takes, bare and prepared anew each time.
 void lineMz(benchmark::State& state) {
     Analysis analysis(peakList());
     std::vector<double> out(g_lines);

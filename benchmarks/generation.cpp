@@ -76,7 +76,7 @@ void forgetPeakMemory() {
     std::ofstream("/proc/self/clear_refs") << 5;
 }
 
-/// Ahead of the other benchmarks, whose rows in memory would count.
+/// Before the other benchmarks, whose rows in memory would count.
 void peakMemoryOfAGeneration(benchmark::State& state) {
     const Analysis analysis(parameters(state.range(0), state.range(1), true));
     forgetPeakMemory();

@@ -50,9 +50,9 @@ std::string configuration() {
         return "<sink name='" + name + "' class='kvan.logging.RollingFileSink'><file-path>" +
                directory().at((name + ".log").c_str()) + "</file-path><max-file-size>0</max-file-size></sink>";
     };
-    return "<kvan-logconf><sink name='none' class='kvan.logging.NullSink'/>" + file("file") + file("behind") +
+    return "<kvan-logconf><sink name='none' class='kvan.logging.NullSink'/>" + file("file") + file("thread") +
            file("whole") +
-           "<sink name='async' class='kvan.logging.AsyncSink'><sink ref='behind'/></sink>"
+           "<sink name='async' class='kvan.logging.AsyncSink'><sink ref='thread'/></sink>"
            "<sink name='end' class='kvan.logging.AsyncSink'><sink ref='whole'/></sink>"
            "<root><sink ref='none'/></root><logger name='file'><sink ref='file'/></logger>"
            "<logger name='async'><sink ref='async'/></logger>"

@@ -12,7 +12,7 @@ namespace {
 using kvan::cppsqlite::CppSQLite3DB;
 using kvan::cppsqlite::CppSQLite3Statement;
 
-/// Values of every type out of the input; NULL behind its end.
+/// Values of every type out of the input; NULL beyond its end.
 class Values {
 public:
     Values(const std::uint8_t* data, std::size_t size) : m_data(data), m_size(size) {}

@@ -11,7 +11,7 @@ using namespace kvan;
 
 namespace {
 
-/// The payload stands behind three 32-bit numbers.
+/// The payload stands after three 32-bit numbers.
 constexpr std::size_t g_fileHead = 12;
 
 fuzz::TransformatorPtr own(std::uint16_t type, std::vector<double> constants) {

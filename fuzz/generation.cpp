@@ -1,5 +1,5 @@
 // Any three native files end in a cache or in one of the failures that a generation declares. The input is the main
-// file, then the index file, each behind its length as 4 bytes, then the extra file.
+// file, then the index file, each after its length as 4 bytes, then the extra file.
 
 #include "qsf2sql/cache_generator.h"
 

@@ -12,7 +12,7 @@ namespace fuzz {
 
 using Elements = std::vector<std::uint32_t>;
 
-/// A bit stream, most significant bit first, bit by bit. Behind its end there are zeros.
+/// A bit stream, most significant bit first, bit by bit. Beyond its end there are zeros.
 class PlainBits {
 public:
     PlainBits(const std::uint8_t* bytes, std::size_t size) : m_bytes(bytes), m_size(size) {}

@@ -6,7 +6,7 @@
 
 namespace {
 
-/// The format as its reader was first written: words of 32 bits against a budget. Stops behind `count` elements.
+/// The format as its reader was first written: words of 32 bits against a budget. Stops after `count` elements.
 fuzz::Elements plainDecode(const std::uint8_t* stream, std::size_t size, std::size_t count) {
     fuzz::PlainBits bits(stream, size);
     fuzz::Elements elements;

@@ -182,7 +182,7 @@ private:
     std::uint64_t m_left;
 };
 
-TEST(CompressedBinary, SinkThatFailsIsToldByCloseAndSwallowedByTheDestructor) {
+TEST(CompressedBinary, SinkThatFailsIsReportedByCloseAndSwallowedByTheDestructor) {
     FailingSink sink(5);
     const Bytes plain = counting(500);
     EXPECT_EQ(failureOf([&] {

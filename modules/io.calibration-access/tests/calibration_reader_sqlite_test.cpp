@@ -179,7 +179,7 @@ TEST_F(Reader, NothingThatFitsIsNoReader) {
     EXPECT_EQ(failureOf([&] { open("k"); }), file().string() + " is not a regular file");
 }
 
-TEST_F(Reader, WhatIsWrongWithTheFileIsToldAtOpen) {
+TEST_F(Reader, WhatIsWrongWithTheFileIsReportedAtOpen) {
     const std::string value = "SELECT Value FROM GlobalMetadata WHERE Key=";
     const std::pair<const char*, std::string> cases[] = {
         {"UPDATE GlobalMetadata SET Value = 'ELSE' WHERE Key = 'SchemaType'", "Schema type 'ELSE' not supported"},
@@ -219,7 +219,7 @@ TEST_F(Reader, WhatIsWrongWithTheFileIsToldAtOpen) {
     EXPECT_EQ(failureOf([&] { open("frames"); }), "UNKNOWN_ERROR[26]: file is not a database");
 }
 
-TEST_F(Reader, WhatIsWrongWithARowIsToldWhereItIsNeeded) {
+TEST_F(Reader, WhatIsWrongWithARowIsReportedWhereItIsNeeded) {
     const std::string row = "Wrong value in table FrameMzCalibration, Id 1";
     const std::string mapping =
         "Wrong value in table FrameMzCalibrationMapping, FrameId 1, column FrameMzCalibrationId: ";
@@ -380,7 +380,7 @@ TEST_F(Reader, LeavesNothingBesideTheDatabase) {
 }
 
 /// Without locks nobody is kept from writing, and half of what they wrote would be a calibration that never was.
-TEST_F(Reader, WhereNothingMayBeWrittenAChangeIsTold) {
+TEST_F(Reader, WhereNothingMayBeWrittenAChangeIsReported) {
     sql("PRAGMA journal_mode=WAL");
     const auto permit = [&](int forDirectory, int forFile) {
         fs::permissions(m_directory, static_cast<fs::perms>(forDirectory));
@@ -418,7 +418,7 @@ TEST_F(Reader, WhereNothingMayBeWrittenAChangeIsTold) {
 }
 
 /// A link to the database does not hide what lies beside it.
-TEST_F(Reader, WhereNothingMayBeWrittenAnInterruptedWriterIsTold) {
+TEST_F(Reader, WhereNothingMayBeWrittenAnInterruptedWriterIsReported) {
     const fs::path real = m_directory / "real";
     fs::create_directory(real);
     const pid_t child = ::fork();

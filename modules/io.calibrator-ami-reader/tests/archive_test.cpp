@@ -94,7 +94,7 @@ TEST(Archive, EveryVersionOfEveryRecordIsReadToItsEnd) {
         with(ArchivedLockMasses{.version = {1, 0}, .spectra = {{.version = {1, 0}, .calibrator = both}, {}}}),
         with(ArchivedLockMass{.version = {1, 1}, .hasShortTag = true, .calibrator = both}),
         with(ArchivedLockMass{.version = {1, 1}, .calibrator = asText, .padding = {1, 2, 3}}),
-        with(ArchivedLockMass{.version = {1, 2}, .calibrator = both, .textBehind = "the same as text"}),
+        with(ArchivedLockMass{.version = {1, 2}, .calibrator = both, .trailingText = "the same as text"}),
         with(ArchivedLockMass{.calibrator = both, .padding = {0x1D, 0x27, 0xAB, 0xBF, 2, 0, 0, 0, 'x', 0}}),
         with(ArchivedLockMassParams{.version = {0, 1}, .massListVersion = {1, 0}, .masses = {1, 2}}),
         with(ArchivedLockMassParams{.version = {0, 2}}),
@@ -152,7 +152,7 @@ TEST(Archive, WhatIsRefusedAndWhy) {
 
     CDataFileCalibrationOrganizer organizer;
     Bytes nested = payload({});
-    nested[11] ^= 1;  // in the tag of the lock masses, behind the top record's tag, version and flag
+    nested[11] ^= 1;  // in the tag of the lock masses, after the top record's tag, version and flag
     EXPECT_EQ(
         extract(nested, organizer),
         "Found bfae6fd7x (<unknown number>) but expected bfaf6fd7x (CLockMassCalibrationMgr): Unexpected magic number");
@@ -178,7 +178,7 @@ TEST(Archive, ReferencesOfOneTemperatureSpoilAnEarlyArchive) {
 }
 
 TEST(Archive, EndsAnywhereAndSaysSo) {
-    const ArchivedLockMass withText{.version = {1, 2}, .calibrator = {{.blob = line(7)}}, .textBehind = "7"};
+    const ArchivedLockMass withText{.version = {1, 2}, .calibrator = {{.blob = line(7)}}, .trailingText = "7"};
     for (const Bytes& whole : {payload(full()), payload(with(withText))})
         for (std::size_t size = 0; size < whole.size(); ++size) {
             const Bytes cut(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(size));

@@ -23,7 +23,7 @@ inline std::string lineText(const char* c0) {
     return std::string("V1.0CCalibrator 4 1 V1.0CLinearCalibrationConstants 0 1 ") + c0 + " 1 0 ";
 }
 
-/// All that stands behind the head of the file.
+/// All that stands after the head of the file.
 inline Bytes payload(const CalibratorArchive& archive) {
     const Bytes file = archiveBytes(archive);
     return {file.begin() + 12, file.end()};

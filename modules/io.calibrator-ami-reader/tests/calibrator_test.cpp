@@ -71,7 +71,7 @@ Bytes tof2(double c0, double c1, double c2, double c3, double c4, double delay =
     return kvan::test::calibrationBlob(9, {delay, 0.5, c0, c1, c2, c3, c4});
 }
 
-/// A block of doubles with an integer and one more double behind it: compensation code 0, and the temperature.
+/// A block of doubles with an integer and one more double after it: compensation code 0, and the temperature.
 Bytes compensatedTof(double c0, double c1, double c2, double temperature) {
     Bytes bytes = tof(c0, c1, c2);
     bytes[0] = 3;
@@ -208,10 +208,10 @@ TEST_F(ArchiveFile, HeadAndPayload) {
 
     Bytes file = whole;
     file.insert(file.end(), 1000, 0xFF);
-    EXPECT_EQ(openWith(file), "") << "bytes behind the payload";
+    EXPECT_EQ(openWith(file), "") << "bytes after the payload";
     ++file[9];
     file[4] = 0xFF;
-    EXPECT_EQ(openWith(file), "") << "bytes behind the top record";
+    EXPECT_EQ(openWith(file), "") << "bytes after the top record";
     file[10] = 1;
     EXPECT_EQ(openWith(file), refused("ends inside its payload."));
     EXPECT_EQ(failureOfAsking(), notOpen);

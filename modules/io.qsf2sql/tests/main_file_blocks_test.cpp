@@ -127,7 +127,7 @@ TEST(AnalysisHeaderBlock, TakesItsPoolByType) {
     constexpr std::size_t textOffset = offsetof(AnalysisHeaderRecord, textOffset);
     const Bytes head = block(0x3001, 70).set(poolOffset, 70u).set(offsetof(AnalysisHeaderRecord, timebase), 500u);
     const Bytes whole = Bytes(head).add(pool).add(second).sized();
-    const auto header = readBlock<AnalysisHeaderBlock>("+" + whole + calibration("behind"), 1);
+    const auto header = readBlock<AnalysisHeaderBlock>("+" + whole + calibration("beyond"), 1);
     EXPECT_EQ(header.header.timebase, 500u);
     EXPECT_FALSE(header.variables);
     ASSERT_TRUE(header.description);
@@ -148,7 +148,7 @@ TEST(AnalysisHeaderBlock, TakesItsPoolByType) {
 TEST(ResourcePool, TheWalkIsBoundedByTheBlockWhateverItsEntriesSay) {
     const auto calibrationsIn = [](const Bytes& pool, std::uint32_t offset = 40) {
         const Bytes bytes = block(0x2002, 40).set(8, offset).add(pool).sized();
-        const auto reader = readerOf(bytes + calibration("behind"));
+        const auto reader = readerOf(bytes + calibration("beyond"));
         ResourcePool blocks;
         blocks.Read(*reader, 0, static_cast<std::uint32_t>(bytes.size()), offset);
         return blocks.TakeAll<CalibrationBlock>(*reader, RESTYPE_CALIBRATION).size();

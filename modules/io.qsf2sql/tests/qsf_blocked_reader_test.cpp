@@ -38,7 +38,7 @@ TEST(QSFBlockedReader, FailsWhereTheFileEndsAndStaysFailed) {
     }
 }
 
-TEST(QSFBlockedReader, PositionsBehindTheEndAreNoFailure) {
+TEST(QSFBlockedReader, PositionsBeyondTheEndAreNoFailure) {
     const auto reader = readerOf("0123456789");
     for (const std::uint64_t position : {0U, 10U, 5000U}) {
         reader->seekTo(position);

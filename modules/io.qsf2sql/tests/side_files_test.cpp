@@ -26,7 +26,7 @@ std::vector<std::uint64_t> entrySizes(const Bytes& bytes, const SideFileHead& he
     return sizes;
 }
 
-TEST(SideFileScan, EntriesBeginBehindTheBlockThatAnnouncesThem) {
+TEST(SideFileScan, EntriesBeginAfterTheBlockThatAnnouncesThem) {
     const Bytes entries = container(Bytes(24, 'x')).add(container(Bytes(30, 'y')));
     const Bytes head = block(0x4001, 8).add(block(0x7001, 10)).add(block(0x1234, 8));
     using Sizes = std::vector<std::uint64_t>;

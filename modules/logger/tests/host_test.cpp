@@ -25,7 +25,7 @@ protected:
         return run(arguments, "HOST_LOGCONF=\"$(cat conf)\"");
     }
 
-    /// The texts behind the name of the logger; a line that is not whole comes as it is.
+    /// The texts after the name of the logger; a line that is not whole comes as it is.
     static std::multiset<std::string> textsOf(const std::string& lines) {
         static const std::regex form(
             R"(\d{4}-\d\d-\d\d \d\d:\d\d:\d\d\.\d{6} \[tid=0x[1-9a-f][0-9a-f]*\] \[WARN \] [a-z.]+: (.*[^0-9]))");
@@ -50,8 +50,8 @@ protected:
     std::string m_errors;
 };
 
-std::string asyncSink(const std::string& behind) {
-    return "<sink name='async' class='kvan.logging.AsyncSink'><sink ref='" + behind + "'/></sink>";
+std::string asyncSink(const std::string& target) {
+    return "<sink name='async' class='kvan.logging.AsyncSink'><sink ref='" + target + "'/></sink>";
 }
 
 const std::string g_rootOfFile = "<root><sink ref='file'/></root>";
@@ -80,7 +80,7 @@ TEST_F(HostTest, ConfigurationIsLookedForInOrder) {
         EXPECT_EQ(textsOf(contentOf(file)).count("thread 0 0."), 1u) << file;
 }
 
-TEST_F(HostTest, UnusableConfigurationIsToldAndLeadsToTheDefault) {
+TEST_F(HostTest, UnusableConfigurationIsReportedAndLeadsToTheDefault) {
     put("kvan-logconf.xml", "<kvan-logconf>" + fileSink("file", "beside.log") + g_rootOfFile + "</kvan-logconf>");
     put("bad.xml", "<kvan-logconf>\n<sink name='s' class='kvan.logging.NullSink'/>" + fileSink("made", "made.log") +
                        asyncSink("made") + "</kvan-logconf>");

@@ -14,7 +14,7 @@ protected:
     std::string contentOf(const std::string& name) const { return test::readFile(at(name)); }
     void put(const std::string& name, const std::string& content) const { test::writeFile(at(name), content); }
 
-    /// A `<sink>` element that writes to the file of that name; `options` are elements behind its path.
+    /// A `<sink>` element that writes to the file of that name; `options` are elements after its path.
     std::string fileSink(const std::string& name, const std::string& file, const std::string& options = "") const {
         return "<sink name='" + name + "' class='kvan.logging.RollingFileSink'><file-path>" + at(file).string() +
                "</file-path>" + options + "</sink>";

@@ -59,7 +59,7 @@ TEST(GpxBlob, CountAndOffsetAreHeldAgainstTheBlob) {
         "argument: invalid serialization: too many coefficients for a blob");
 }
 
-TEST(GpxBlob, StandsAheadOfTheExtension) {
+TEST(GpxBlob, StandsBeforeTheExtension) {
     const Bytes blob = flagged(head(1)) + g_tofBlock + g_gpx + g_extension;
     const auto transformator = read(blob);
     EXPECT_EQ(transformator->GetFunctionalTypeCode(), 9);

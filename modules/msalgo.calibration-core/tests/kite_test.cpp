@@ -52,7 +52,7 @@ TEST(Kite1, HalvesItsTimesOnTheWayDown) {
     EXPECT_NEAR(kite1(parabola)->MassToRaw(1), 4, 1e-12);
 }
 
-TEST(Kite1, WhatHasNoInverseIsTold) {
+TEST(Kite1, WhatHasNoInverseIsReported) {
     const std::pair<Kite1, double> cases[] = {
         {{.calibTimeRange = {1, 9}}, 100},                                        // empty
         {{.calibTimeRange = {1, 9}, .coefficients = {5}}, 100},                   // constant
@@ -163,7 +163,7 @@ TEST(Kite2, PreparesThePolynomialForTheParentMass) {
     expectValues(at(0, 0), 34, 580);
 }
 
-TEST(Kite2, ParentsWithoutACommonRangeAreTold) {
+TEST(Kite2, ParentsWithoutACommonRangeAreReported) {
     Kite2 numbers = kite2Between(2);
     numbers.parents[1].argLow = 300;
     numbers.parents[1].argHigh = 400;
@@ -186,7 +186,7 @@ TEST(Kite2, GlobalPolynomialsStandBetweenMassAndSquare) {
     EXPECT_NEAR(law->RawToMass(368), 20 + 879.96 / 1.01, 1e-10);  // within 9 of 900
 }
 
-TEST(Kite2, WhatMakesNoLawOrHasNoInverseIsTold) {
+TEST(Kite2, WhatMakesNoLawOrHasNoInverseIsReported) {
     const auto with = [](CCalibPolynomial parent, CCalibPolynomial global = {{0, 1}, 0, 0, 0}) {
         return Kite2{.ignoreIndexBounds = true, .parents = {parent}, .global = global};
     };

@@ -41,7 +41,7 @@ TEST(Psd, GivesTheValuesWorkedOutByHand) {
     EXPECT_EQ(many, Doubles(200, law->RawToMass(0)));
 }
 
-TEST(Psd, WhatMakesNoLawOrHasNoInverseIsTold) {
+TEST(Psd, WhatMakesNoLawOrHasNoInverseIsReported) {
     const auto with = [](std::vector<double> spc, double minArg = 4, double maxArg = 100) {
         auto numbers = psdNumbers(minArg, maxArg);
         numbers.spc = std::move(spc);

@@ -91,7 +91,7 @@ TEST(CalibrationText, CutAtEveryTokenFailsInTheWordsOfItsPlace) {
     }
 }
 
-TEST(CalibrationText, DamageIsToldInItsWords) {
+TEST(CalibrationText, DamageIsReportedInItsWords) {
     const std::string vector =
         "V1.0CCalibrator 13 1 V1.0CTOF2TemperatureCompensatedCalibrationConstants V1.0CTOF2CalibrationConstants 1 1 0 "
         "1 0 0 0 0 ";

@@ -27,7 +27,7 @@ public:
     void bind(int parameter, std::string_view text);
     /// A blob, copied. No bytes give an empty blob, not NULL.
     void bind(int parameter, const void* bytes, std::size_t size);
-    /// Neither text nor blob can be told from it: a text is given as `std::string_view`, a blob as `const void*`.
+    /// It does not say whether text or blob is meant: a text is given as `std::string_view`, a blob as `const void*`.
     void bind(int parameter, const char* bytes, std::size_t size) = delete;
     void bindNull(int parameter);
 

@@ -24,7 +24,7 @@ struct CalibrationStateSummary {
 /// `CalibrationReaderSqlite::find`.
 std::vector<CalibrationStateSummary> readCalibrationStates(const boost::filesystem::path& analysisDirectory);
 
-/// What a state lacks to fit the analysis that a selector was told about; nothing if it fits.
+/// What a state lacks to fit the analysis that a selector was given; nothing if it fits.
 struct CalibrationStateShortfall {
     bool spectra = false;   ///< it does not map each spectrum from 1 to the highest
     bool positive = false;  ///< it has no reference for the positive polarity, which occurs

@@ -44,7 +44,7 @@ struct VlcCode {
     static constexpr std::uint64_t g_rareBelow[] = {1ull << 57, 1ull << 57, 1ull << 57};
 
     static constexpr unsigned g_leastWidth = 6;
-    static std::uint64_t widthBehind(unsigned zeros) { return 2 * zeros; }
+    static std::uint64_t widthAfter(unsigned zeros) { return 2 * zeros; }
 
     explicit VlcCode(std::size_t streamBytes) : m_bitLimit((streamBytes * 8 + 32) / 32 * 32) {}
 
@@ -64,7 +64,7 @@ struct VlcCode {
         else if (const auto tail = static_cast<std::uint32_t>(at.window.take(8)); tail == 1)
             return Rest::End;
         else
-            at.value += differenceBehindZeros(tail, at);
+            at.value += differenceAfterZeros(tail, at);
         *at.next++ = at.value;
         return Rest::None;
     }
@@ -72,7 +72,7 @@ struct VlcCode {
 private:
     /// Tolerated: eight zero bits that no end marker follows. Zero bits again repeat the element, other bits are a code
     /// of the class before, whatever their leading zeros.
-    static std::uint32_t differenceBehindZeros(std::uint32_t bits, DecoderCursor& at) {
+    static std::uint32_t differenceAfterZeros(std::uint32_t bits, DecoderCursor& at) {
         const unsigned classNumber = g_firstClass + at.lastClass;
         if (bits == 0)
             return 0;

@@ -55,7 +55,7 @@ struct Vli2Code {
     static constexpr std::uint64_t g_rareBelow[] = {1ull << 56, 1ull << 57, 1ull << 57};
 
     static constexpr unsigned g_leastWidth = 0;
-    static std::uint64_t widthBehind(unsigned zeros) { return g_widths >> (8 * zeros); }
+    static std::uint64_t widthAfter(unsigned zeros) { return g_widths >> (8 * zeros); }
 
     [[gnu::always_inline]] Rest takeToken(DecoderCursor& at) const {
         const auto codeLength = static_cast<unsigned>(std::countl_zero(at.window.look())) + 1;

@@ -35,7 +35,7 @@ struct DecoderCursor {
 ///
 ///     g_rareBelow        where the register holds less than this, its next token is not short; for each of the three
 ///     g_leastWidth       bits of the shortest code
-///     widthBehind(n)     bits beyond them of a code with n leading zeros, in the low byte
+///     widthAfter(n)      bits beyond them of a code with n leading zeros, in the low byte
 ///     g_differences      by the code
 ///     takeToken(cursor)  takes a token of at most 56 bits that is not short
 template <class Code>
@@ -84,7 +84,7 @@ private:
         if (bits < rareBelow) [[unlikely]]
             return false;
         const auto zeros = static_cast<unsigned>(std::countl_zero(bits));
-        const std::uint64_t width = Code::widthBehind(zeros);
+        const std::uint64_t width = Code::widthAfter(zeros);
         at.value += static_cast<std::uint32_t>(Code::g_differences[bits >> ((64 - Code::g_leastWidth - width) & 63)]);
         at.lastClass = zeros;
         at.window.skip(Code::g_leastWidth);

@@ -103,7 +103,7 @@ private:
 
 }  // namespace kvan::logging
 
-/// KVAN_LOG(logger, DEBUG) << "text " << value;  Nothing behind it is evaluated when the level is off.
+/// KVAN_LOG(logger, DEBUG) << "text " << value;  Nothing after it is evaluated when the level is off.
 /// A loop of at most one turn instead of an `if`, so that no `else` of the caller can be taken for ours.
 #define KVAN_LOG(logger, level)                                                                   \
     for (bool kvanLogEnabled = (logger).isEnabled(::kvan::logging::Level::level); kvanLogEnabled; \

@@ -8,7 +8,7 @@
 namespace kvan::logging::impl {
 
 /// "2018-02-03 04:05:06.000007 [tid=0x1f] [INFO ] name: text" and a line feed: the local time and the thread of the
-/// call. Line ends behind `text` are dropped, those within stay. Throws `std::runtime_error` "could not convert
+/// call. Line ends after `text` are dropped, those within stay. Throws `std::runtime_error` "could not convert
 /// calendar time to local time".
 std::string formatLine(std::string_view name, Level::type level, std::string_view text);
 

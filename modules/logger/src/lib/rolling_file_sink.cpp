@@ -68,7 +68,7 @@ bool isThere(const fs::path& path) {
     return type != fs::file_not_found && type != fs::status_error;
 }
 
-/// The name with ".old" and the first number behind it that is free.
+/// The name with ".old" and the first number after it that is free.
 fs::path asideName(const fs::path& backup) {
     fs::path aside;
     std::uint64_t number = 0;

@@ -82,7 +82,7 @@ public:
     void DropVectors(int count) {
         drop(count, [this] { Vector(); });
     }
-    /// What the first writers of KITE and PSD put behind the numbers.
+    /// What the first writers of KITE and PSD put after the numbers.
     void DropTailOfFirstVersion() {
         DropVectors(4);
         DropInts(1);

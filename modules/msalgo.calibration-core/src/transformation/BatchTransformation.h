@@ -64,7 +64,7 @@ void BatchTransformation(const Law& law, const std::vector<typename Functor::Sou
     const std::size_t count = source.size();
     const bool inOrder = count < g_parallelBatchSize || insideParallelRegion();
     if (inOrder && static_cast<const void*>(&source) != &destination)
-        destination.assign(count, Destination{});  // elements behind one that fails hold nothing old
+        destination.assign(count, Destination{});  // elements after one that fails hold nothing old
     else
         resizeForOverwrite(destination, count);
     if (count == 0)

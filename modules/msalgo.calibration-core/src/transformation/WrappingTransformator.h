@@ -175,7 +175,7 @@ public:
 protected:
     using ForwardingTransformator::ForwardingTransformator;
 
-    /// Converts a block in place; true if an element failed, the elements behind it being left as they were.
+    /// Converts a block in place; true if an element failed, the elements after it being left as they were.
     bool FromInnerBlock(double* values, std::size_t count) const noexcept {
         return convertEach(values, count, [this](double value) { return derived().FromInner(value); });
     }

@@ -59,7 +59,7 @@ struct ArchivedLockMass {
     bool hasShortTag = false;
     std::optional<ArchivedCalibrator> calibrator = {};  ///< none: size 0
     Bytes padding = {};                                 ///< counts as the entry's
-    std::optional<std::string> textBehind = {};         ///< from 1.2 on: the same once more as text
+    std::optional<std::string> trailingText = {};       ///< from 1.2 on: the same once more as text
 };
 
 struct ArchivedLockMassParams {

@@ -2,7 +2,7 @@
 
 #include <sample-analysis/analysis_data.h>
 
-/// The blocks that stand ahead of the spectra in the main file, as bytes.
+/// The blocks that stand before the spectra in the main file, as bytes.
 namespace kvan::sample::native {
 
 Bytes compressionInfoBlock(const std::vector<std::string>& guids);

@@ -16,7 +16,7 @@ struct ElutingPeptide {
     double countsAt(double time, double deviation) const;
 };
 
-/// The chromatogram: which peptides elute when. Peptides are made when their time comes and dropped behind it.
+/// The chromatogram: which peptides elute when. Peptides are made when their time comes and dropped after it.
 class Elution {
 public:
     /// `duration` in seconds; `coeluting` peptides elute at one moment on average.

@@ -225,8 +225,8 @@ void put(Bytes& out, const ArchivedLockMass& spectrum) {
     }
     content.insert(content.end(), spectrum.padding.begin(), spectrum.padding.end());
     putBytes(out, content);
-    if (spectrum.textBehind)
-        putString(out, *spectrum.textBehind);
+    if (spectrum.trailingText)
+        putString(out, *spectrum.trailingText);
 }
 
 void put(Bytes& out, const ArchivedLockMasses& lockMasses) {

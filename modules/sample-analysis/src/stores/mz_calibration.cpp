@@ -28,7 +28,7 @@ const View* as(const std::shared_ptr<Constants>& constants) {
     BOOST_THROW_EXCEPTION(std::invalid_argument("A calibration database has no model for this law."));
 }
 
-/// Behind the law two numbers that nobody reads.
+/// After those of the law come two numbers that nobody reads.
 MzCalibration tofOf(const ICalibrationConstantsFunctionalTOF1& law) {
     return {.model = 1, .numbers = {law.GetStoredC0(), law.GetStoredC1(), law.GetStoredC2(), {}, {}}};
 }

@@ -5,7 +5,7 @@
 /// resolvers that pick them.
 #if defined(__x86_64__) && defined(__GNUC__) && !defined(__clang__) && !defined(QSF2SQL_SANITIZED)
 #define QSF_VECTOR_CLONES __attribute__((target_clones("default", "arch=x86-64-v3", "arch=x86-64-v4")))
-/// Ahead of a loop: no element depends on another one's store.
+/// Before a loop: no element depends on another one's store.
 #define QSF_INDEPENDENT_ELEMENTS _Pragma("GCC ivdep")
 #else
 #define QSF_VECTOR_CLONES

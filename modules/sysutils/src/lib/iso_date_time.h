@@ -6,11 +6,11 @@
 
 namespace kvan::sys::date_time::internal {
 
-/// "YYYY-MM-DD" behind `text`. Throws `std::runtime_error` "Invalid year in date" and the like for a field that its
+/// Appends "YYYY-MM-DD" to `text`. Throws `std::runtime_error` "Invalid year in date" and the like for a field that its
 /// width cannot hold.
 void append_iso_date(std::string& text, const boost::gregorian::date::ymd_type& date);
 
-/// "hh:mm:ss" behind `text`, then a point and the digits of the second that `option` asks for. Throws as above,
+/// Appends "hh:mm:ss" to `text`, then a point and the digits of the second that `option` asks for. Throws as above,
 /// "Invalid hours in time" and the like.
 void append_iso_time(std::string& text, const boost::posix_time::time_duration& time, posix::FormatOption::type option);
 

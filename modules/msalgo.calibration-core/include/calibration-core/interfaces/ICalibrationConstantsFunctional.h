@@ -7,7 +7,7 @@
 
 namespace kvan::calibration {
 
-/// The numbers of a law between raw value and mass. Value objects behind counted pointers: a transformator holds and
+/// The numbers of a law between raw value and mass. Value objects held by counted pointers: a transformator holds and
 /// hands out deep copies only. The narrow interfaces below are views that a class of constants offers beside this one:
 /// a family's view gives the numbers as stored in a calibration block, a computation view gives them as the law takes
 /// them. One thread at a time while a setter runs.

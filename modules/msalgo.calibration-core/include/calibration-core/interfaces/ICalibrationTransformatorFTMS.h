@@ -2,7 +2,7 @@
 
 namespace kvan::calibration {
 
-/// Facet of the Fourier transform family, by which it is told from others.
+/// Facet of the Fourier transform family, by which it is known from others.
 class ICalibrationTransformatorFTMS {
 public:
     virtual ~ICalibrationTransformatorFTMS() = default;

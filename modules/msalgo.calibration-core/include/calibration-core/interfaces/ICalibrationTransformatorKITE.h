@@ -21,7 +21,7 @@ public:
 
     /// A deep copy.
     virtual std::shared_ptr<ICalibrationPolynomialKITE> GetPolynomial() const = 0;
-    /// The numbers behind the law, for logging only. The second generation refuses with `std::runtime_error`.
+    /// The numbers of the law, for logging only. The second generation refuses with `std::runtime_error`.
     virtual void DumpData(std::ostream& sink) const = 0;
 
 protected:

@@ -20,7 +20,7 @@ protected:
     ICloneable& operator=(const ICloneable&) = default;
 };
 
-/// A deep copy behind the interface `Interface`; null stays null. Throws `std::runtime_error` when the copy does not
+/// A deep copy as the interface `Interface`; null stays null. Throws `std::runtime_error` when the copy does not
 /// offer that interface, which can only be a fault of an implementation of `Clone`.
 template <class Interface>
 std::shared_ptr<Interface> cloneObject(const std::shared_ptr<Interface>& object) {

@@ -30,7 +30,7 @@ public:
         return true;
     }
 
-    /// Goes on behind the farthest byte that was read.
+    /// Goes on after the farthest byte that was read.
     void SeekToFarthest() { m_position = m_farthest; }
 
     std::size_t Position() const { return m_position; }

@@ -34,8 +34,8 @@ public:
         return record;
     }
 
-    /// The `count` doubles that begin `offset` bytes behind `start`; with a count of 0 nothing is sought. Leaves the
-    /// position behind them. The claims are held against the bytes that are there before memory is taken.
+    /// The `count` doubles that begin `offset` bytes after `start`; with a count of 0 nothing is sought. Leaves the
+    /// position after them. The claims are held against the bytes that are there before memory is taken.
     template <class FileAccessPolicy>
     static std::vector<double> ReadDoubles(FileAccessPolicy& fileAccess, std::size_t start, std::uint32_t offset,
                                            std::size_t count) {

@@ -51,8 +51,8 @@ public:
     static constexpr int ClassicPsdMode = 1;
     static constexpr int FastPsdMode = 2;
 
-    /// Throws `std::invalid_argument` for the classic mode. Any other but the fast one is told on the standard output
-    /// and gives a transformator without a polynomial, which leaves apparent masses as they are.
+    /// Throws `std::invalid_argument` for the classic mode. Any other but the fast one is reported on the standard
+    /// output and gives a transformator without a polynomial, which leaves apparent masses as they are.
     static TransformatorPtr MapQSF2CCO(const tqclegacy::CALIBRATION::PSDCalibrationBlock& block, const Values& spc,
                                        const Values& ocp, const Values& classic, const Factory& factory);
 

@@ -8,7 +8,7 @@
 /// The blocks of fragment spectra: KITE 1, KITE 2, PSD.
 
 // The index range and the flag of KITE are stored only: no conversion looks at them. PSD cuts the ends of its range to
-// whole numbers, since its block holds 32-bit integers; an unknown mode is told on the standard output and leaves
+// whole numbers, since its block holds 32-bit integers; an unknown mode is reported on the standard output and leaves
 // masses as they are.
 namespace kvan::calibration {
 
