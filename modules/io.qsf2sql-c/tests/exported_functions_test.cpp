@@ -42,7 +42,7 @@ TEST_F(ExportedFunctions, CacheFilenameGivesTheSizePassedInOrTheRoomNeeded) {
     EXPECT_EQ(qsf2sql_get_sqlite_cache_filename(buffer.data(), needed + 7, mainFile().c_str()), needed + 7);
     EXPECT_EQ(buffer.data(), cacheFile());
     std::fill(buffer.begin(), buffer.end(), '-');
-    EXPECT_EQ(qsf2sql_get_sqlite_cache_filename_v2(buffer.data(), needed, mainFile().c_str(), 1), needed);
+    EXPECT_EQ(qsf2sql_get_sqlite_cache_filename_v2(buffer.data(), needed, mainFile().c_str(), 2), needed);
     EXPECT_EQ(buffer.data(), cacheFile());
     EXPECT_EQ(sql("SELECT AllVariables FROM Info"), "1");
 

@@ -266,6 +266,8 @@ TEST_F(CacheGeneratorTest, ConditionsOfTheMainFile) {
         {[](MainFileWriter& main) { main.segmentCondition(1), main.segmentCondition(3); }, numbering},
         {[](MainFileWriter& main) { main.spectrumCondition(0, 1); }, otherSegment},
         {[](MainFileWriter& main) { main.segmentCondition(1), main.spectrumCondition(2, 1); }, otherSegment},
+        {[](MainFileWriter& main) { main.segmentCondition(1), main.segmentCondition(2), main.spectrumCondition(1, 1); },
+         otherSegment},
         {[](MainFileWriter& main) { main.block(0x0008, {}), main.segmentCondition(9); }, ""},
         {[](MainFileWriter& main) { main.block(0x000A, {}), main.segmentCondition(9); }, ""},
         {[](MainFileWriter& main) {

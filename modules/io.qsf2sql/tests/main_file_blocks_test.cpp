@@ -160,7 +160,7 @@ TEST(ResourcePool, TheWalkIsBoundedByTheBlockWhateverItsEntriesSay) {
     EXPECT_EQ(calibrationsIn(Bytes(one).add(sized(7))), 1u) << "smaller than a head";
     EXPECT_EQ(calibrationsIn(Bytes(one).add(sized(38))), 2u) << "reaches beyond the pool";
     EXPECT_EQ(calibrationsIn(one, 4294967295u), 0u) << "a pool beyond the block";
-    EXPECT_EQ(failureOf([&] { calibrationsIn(sized(0)); }), "QSF: pool entry of size 0.");
+    EXPECT_EQ(failureOf([&] { calibrationsIn(Bytes(one).fill(8, '\0')); }), "QSF: pool entry of size 0.");
     EXPECT_EQ(failureReading<SegmentConditionBlock>(block(0x2001, 20).set(8, 20u).set(0, 4294967295u)), g_readError);
 }
 

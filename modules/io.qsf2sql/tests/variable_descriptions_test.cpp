@@ -39,10 +39,10 @@ TEST_F(VariableDescriptionsTest, WhichVariablesTheCacheHasUnderWhichIds) {
 }
 
 TEST_F(VariableDescriptionsTest, TextsAreStoredAsReadButForTheDimension) {
-    write({}, {.variables = {{1, 5, false, "N", "G", "D", "V", "F\xE9", "\xB5V \x80\x81"}}});
+    write({}, {.variables = {{2, 5, false, "N", "G", "D", "V", "F\xE9", "\xB5V \x80\x81"}}});
     generate(true);
     EXPECT_EQ(rows("SELECT DisplayGroupName, DisplayName, DisplayValueText, hex(DisplayFormat), hex(DisplayDimension) "
-                   "FROM SupportedVariables WHERE Variable = 1"),
+                   "FROM SupportedVariables WHERE Variable = 23"),
               "G|D|V|46E9|C2B55620E282ACC281");
 }
 
@@ -80,7 +80,7 @@ TEST(Windows1252, EveryByteIsACharacter) {
     EXPECT_TRUE(utf8::is_valid(text.begin(), text.end()));
     EXPECT_EQ(utf8::distance(text.begin(), text.end()), 256);
     EXPECT_EQ(text.substr(0, 128), bytes.substr(0, 128));
-    EXPECT_EQ(qsf2sql::windows1252ToUtf8("\x80\x8E\x99\x9D\xFF"), "\u20AC\u017D\u2122\xC2\x9D\u00FF");
+    EXPECT_EQ(qsf2sql::windows1252ToUtf8("\x80\x8E\x99\x9D\x9F\xFF"), "\u20AC\u017D\u2122\xC2\x9D\u0178\u00FF");
 }
 
 }  // namespace
