@@ -8,35 +8,15 @@
 namespace kvan::sys {
 namespace {
 
-class Variable {
-public:
-    Variable(const char* name, const char* value) : m_name(name) {
-        if (const char* before = std::getenv(name))
-            m_before = before;
-        set(value);
-    }
-    Variable(const Variable&) = delete;
-    Variable& operator=(const Variable&) = delete;
-    ~Variable() { set(m_before ? m_before->c_str() : nullptr); }
-
-private:
-    void set(const char* value) { value != nullptr ? ::setenv(m_name, value, 1) : ::unsetenv(m_name); }
-
-    const char* m_name;
-    std::optional<std::string> m_before;
-};
-
 TEST(Environment, DirectoriesComeFromVariablesAndElseFromTheUserDatabase) {
     EXPECT_EQ(executablePath().filename(), "sysutils.tests");
-    const Variable home("HOME", "/homes/ann");
-    {
-        const Variable data("XDG_DATA_HOME", "/data");
-        EXPECT_EQ(userHome(), "/homes/ann");
-        EXPECT_EQ(userDataHome(), "/data");
-    }
-    const Variable noData("XDG_DATA_HOME", "");
+    ::setenv("HOME", "/homes/ann", 1);
+    ::setenv("XDG_DATA_HOME", "/data", 1);
+    EXPECT_EQ(userHome(), "/homes/ann");
+    EXPECT_EQ(userDataHome(), "/data");
+    ::setenv("XDG_DATA_HOME", "", 1);
     EXPECT_EQ(userDataHome(), "/homes/ann/.local/share");
-    const Variable noHome("HOME", nullptr);
+    ::unsetenv("HOME");
     EXPECT_TRUE(boost::filesystem::is_directory(userHome()));
     EXPECT_EQ(userDataHome(), userHome() / ".local/share");
 }
