@@ -91,13 +91,8 @@ TEST_F(Mz, ABlockWithoutIndicesHasNoMzAndAsksForNoCalibration) {
     EXPECT_EQ(untouched, 42.0);
 }
 
-<<<<<<< HEAD
-TEST_F(Mz, AProfileWithoutEntriesIsARangeThatEndsAheadOfItsStart) {
-    write({{.profile = Counts{}, .info = {.calibration = calibrationBlob(4098, {0, 1})}}});
-=======
 TEST_F(Mz, AProfileWithoutEntriesIsARangeThatEndsBeforeItsStart) {
-    write({{.profile = std::vector<std::uint32_t>{}, .info = {.calibration = calibrationBlob(4098, {0, 1})}}});
->>>>>>> 4d70f7a (all modules, docs: plain words for places and reports)
+    write({{.profile = Counts{}, .info = {.calibration = calibrationBlob(4098, {0, 1})}}});
     const Storage storage(mainFile());
     EXPECT_EQ(storage.length(id("ProfileMzId")), 0);
     EXPECT_EQ(storage.failureOf(id("ProfileMzId")),
