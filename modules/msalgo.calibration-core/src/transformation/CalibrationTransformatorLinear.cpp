@@ -8,7 +8,7 @@
 #include <calibration-core/constants/CalibrationConstantsLinear.h>
 
 // The straight line, over an axis that is a straight line too. The way back, raw = (mass - C0) / C1, divides by the
-// slope: one of 0.0 gives infinities or NaN, and no conversion of this law ever fails.
+// slope: one of 0.0 gives infinities or NaN, no failure.
 namespace kvan::calibration::Transformation {
 
 /// mass = raw * C1 + C0, the law of `CalibrationTransformatorPaladinLinear` with constants of its own.
