@@ -18,8 +18,16 @@ std::string failureReading(const Bytes& bytes) {
 
 TEST(CompressionInfoBlock, TurnsGuidsIntoText) {
     const Bytes guid("\xCB\xA0\x1E\x4F\x6A\x5A\xED\x43\x95\x62\xD6\xD8\x73\x03\x45\x77", 16);
-    const Bytes entry = Bytes(8, '\0').add(guid).add("name").set(0, std::uint16_t{30}).set(2, std::uint16_t{4});
-    const Bytes bytes = block(0x4003, 14).set(8, std::uint16_t{14}).set(10, std::uint8_t{2}).add(entry).add("..");
+    const Bytes entry = Bytes(offsetof(CompressionInfoEntry, guid), '\0')
+                            .add(guid)
+                            .add("name")
+                            .set(offsetof(CompressionInfoEntry, size), std::uint16_t{30})
+                            .set(offsetof(CompressionInfoEntry, textSize), std::uint16_t{4});
+    const Bytes bytes = block(0x4003, 14)
+                            .set(offsetof(CompressionInfoHeader, entryOffset), std::uint16_t{14})
+                            .set(offsetof(CompressionInfoHeader, entryCount), std::uint8_t{2})
+                            .add(entry)
+                            .add("..");
     const std::string text = "4f1ea0cb-5a6a-43ed-9562-d6d873034577";
     EXPECT_EQ(readBlock<CompressionInfoBlock>(bytes + entry).compressors, (Texts{text, text}));
     EXPECT_EQ(failureReading<CompressionInfoBlock>(bytes), g_readError) << "the second entry is missing";
@@ -86,14 +94,24 @@ TEST(InstrumentInfoBlock, ReadsBothTextsAndHoldsTheRestAgainstTheFile) {
 }
 
 Bytes variable(std::uint16_t index) {
-    Bytes bytes(20, '\0');
-    bytes.set(2, index).set(4, std::uint16_t{10}).set(6, std::uint16_t{1});
-    bytes.set(8, std::uint16_t{20}).set(12, std::uint16_t{23}).set(18, std::uint16_t{26});
-    return bytes.add("Name").fill(2, '\0').add("V").set(0, std::uint16_t{27});
+    VarTabDescEntryRecord record{};
+    record.size = 27;
+    record.variable = index;
+    record.elementType = 10;
+    record.isVector = 1;
+    record.textOffset[0] = 20;
+    record.textOffset[2] = 23;
+    record.textOffset[5] = 26;
+    return Bytes().add(record).add("Name").fill(2, '\0').add("V");
 }
 
 TEST(VarTabDescBlock, ReadsEntriesAndRefusesThoseThatHoldLessThanTheyClaim) {
-    const Bytes head = block(0x3002, 12).set(8, std::uint16_t{14}).set(10, std::uint16_t{2}).add("..");
+    constexpr std::size_t entryCount = offsetof(VarTabDescHeader, entryCount);
+    constexpr std::size_t textOffset = offsetof(VarTabDescEntryRecord, textOffset);
+    const Bytes head = block(0x3002, 12)
+                           .set(offsetof(VarTabDescHeader, entryOffset), std::uint16_t{14})
+                           .set(entryCount, std::uint16_t{2})
+                           .add("..");
     const auto block = readBlock<VarTabDescBlock>(Bytes(head).add(variable(7)).add(variable(9)).sized());
     ASSERT_EQ(block.entries.size(), 2u);
     const VarTabDescEntryBlock& entry = block.entries[1];
@@ -106,10 +124,13 @@ TEST(VarTabDescBlock, ReadsEntriesAndRefusesThoseThatHoldLessThanTheyClaim) {
     EXPECT_EQ(failureReading<VarTabDescBlock>(Bytes(head).add(variable(7)).sized().add(variable(9))), g_readError)
         << "the second one lies after the block";
     // Entries of a few bytes that all claim the same long texts would make gigabytes of a small file.
-    Bytes swarm = Bytes(head).set(10, std::uint16_t{65535});
+    Bytes swarm = Bytes(head).set(entryCount, std::uint16_t{65535});
     for (int index = 0; index < 65535; ++index)
-        swarm.add(
-            variable(1).set(10, std::uint16_t{1}).set(12, std::uint16_t{65535}).cutAt(20).set(0, std::uint16_t{20}));
+        swarm.add(variable(1)
+                      .set(textOffset + 2, std::uint16_t{1})
+                      .set(textOffset + 4, std::uint16_t{65535})
+                      .cutAt(20)
+                      .set(0, std::uint16_t{20}));
     EXPECT_EQ(failureReading<VarTabDescBlock>(swarm.sized()), g_readError);
     for (const std::uint16_t size : {std::uint16_t{0}, std::uint16_t{19}})
         EXPECT_EQ(failureReading<VarTabDescBlock>(Bytes(head).add(variable(7).set(0, size)).add(swarm)), g_readError);

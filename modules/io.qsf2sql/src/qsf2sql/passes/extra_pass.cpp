@@ -11,6 +11,8 @@
 #include <cstdint>
 #include <exception>
 #include <memory>
+#include <optional>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -20,22 +22,52 @@ using namespace KVAN::io::QSF;
 
 namespace {
 
-constexpr char g_updateSpectrum[] =
-    "UPDATE Spectra SET Rt = ?, AcquisitionKey = ?, Parent = ?, MzAcqRangeLower = ?, MzAcqRangeUpper = ?, "
-    "SumIntensity = ?, MaxIntensity = ?, TransformatorId = ? WHERE Id = ?";
-
-/// Its parameters.
-enum : int {
-    RT = 1,
-    ACQUISITION_KEY,
-    PARENT,
-    MZ_ACQ_RANGE_LOWER,
-    MZ_ACQ_RANGE_UPPER,
-    SUM_INTENSITY,
-    MAX_INTENSITY,
-    TRANSFORMATOR_ID,
-    ID
+/// What a quick-info record adds to the row of its spectrum; what it does not know becomes NULL.
+struct SpectrumUpdate {
+    std::optional<double> retentionTime;  // seconds
+    std::optional<std::int32_t> acquisitionKey;
+    std::optional<std::int64_t> parent;
+    std::optional<std::int32_t> acquiredLower;  // m/z
+    std::optional<std::int32_t> acquiredUpper;
+    std::optional<double> sumIntensity;
+    std::optional<double> maxIntensity;
+    std::optional<std::int64_t> transformatorId;
 };
+
+template <auto Member>
+void bindUpdated(cppsqlite::CppSQLite3Statement& statement, int parameter, const SpectrumUpdate& update) {
+    if (const auto& value = update.*Member)
+        statement.bind(parameter, *value);
+    else
+        statement.bindNull(parameter);
+}
+
+/// A column that the update sets. Statement and binding both follow the table, so its order is theirs.
+struct UpdatedColumn {
+    const char* name;
+    decltype(&bindUpdated<&SpectrumUpdate::parent>) bind;
+};
+
+constexpr UpdatedColumn g_updatedColumns[] = {
+    {"Rt", bindUpdated<&SpectrumUpdate::retentionTime>},
+    {"AcquisitionKey", bindUpdated<&SpectrumUpdate::acquisitionKey>},
+    {"Parent", bindUpdated<&SpectrumUpdate::parent>},
+    {"MzAcqRangeLower", bindUpdated<&SpectrumUpdate::acquiredLower>},
+    {"MzAcqRangeUpper", bindUpdated<&SpectrumUpdate::acquiredUpper>},
+    {"SumIntensity", bindUpdated<&SpectrumUpdate::sumIntensity>},
+    {"MaxIntensity", bindUpdated<&SpectrumUpdate::maxIntensity>},
+    {"TransformatorId", bindUpdated<&SpectrumUpdate::transformatorId>},
+};
+
+std::string spectrumUpdate() {
+    std::string sql = "UPDATE Spectra SET ";
+    const char* separator = "";
+    for (const UpdatedColumn& column : g_updatedColumns) {
+        sql.append(separator).append(column.name).append(" = ?");
+        separator = ", ";
+    }
+    return sql + " WHERE Id = ?";
+}
 
 AcquisitionKey keyOf(const QuickInfoRecord& record) {
     return {record.polarity, record.scanMode, record.acquisitionMode, record.msLevel};
@@ -61,7 +93,7 @@ public:
           m_references(std::move(references)),
           m_steps(database, facts.instrumentFamily, logger),
           m_insertTransformator(database.compileStatement("INSERT INTO Transformators (Blob) VALUES (?)")),
-          m_updateSpectrum(database.compileStatement(g_updateSpectrum)) {}
+          m_updateSpectrum(database.compileStatement(spectrumUpdate())) {}
 
     AcquisitionKeyMap run(QSFBlockedReader& reader) {
         SideFileScan scan(reader, g_extraFileHead, m_logger);
@@ -86,33 +118,30 @@ private:
         // One row a spectrum, also where two calibrations are equal.
         m_insertTransformator.bindBorrowed(1, entry.calibration.data(), entry.calibration.size());
         m_insertTransformator.execDML();
-        const std::int64_t transformatorId = m_database.lastRowId();
 
         const AcquisitionKey key = keyOf(record);
-        m_updateSpectrum.bind(RT, static_cast<double>(record.retentionTime) * m_timebase);
-        m_updateSpectrum.bind(ACQUISITION_KEY, m_keys.getOrAddId(key));
-        if (const auto parent = m_steps.parentOf(number, record.msLevel))
-            m_updateSpectrum.bind(PARENT, *parent);
-        else
-            m_updateSpectrum.bindNull(PARENT);
-        if (m_withoutData.contains(number))
-            bindNothingAcquired();
-        else
-            bindAcquired(entry, key);
-        m_updateSpectrum.bind(TRANSFORMATOR_ID, transformatorId);
-        // Tolerated: a spectrum that the index does not have; the update then meets no row.
-        m_updateSpectrum.bind(ID, record.spectrum);
-        m_updateSpectrum.execDML();
+        SpectrumUpdate update;
+        update.transformatorId = m_database.lastRowId();
+        update.retentionTime = static_cast<double>(record.retentionTime) * m_timebase;
+        update.acquisitionKey = m_keys.getOrAddId(key);
+        update.parent = m_steps.parentOf(number, record.msLevel);
+        if (!m_withoutData.contains(number))
+            setAcquired(entry, key, update);
+        write(record.spectrum, update);
 
         m_steps.write(record.spectrum, entry.masses);
     }
 
-    void bindNothingAcquired() {
-        for (const int parameter : {MZ_ACQ_RANGE_LOWER, MZ_ACQ_RANGE_UPPER, SUM_INTENSITY, MAX_INTENSITY})
-            m_updateSpectrum.bindNull(parameter);
+    void write(std::uint32_t spectrum, const SpectrumUpdate& update) {
+        int parameter = 0;
+        for (const UpdatedColumn& column : g_updatedColumns)
+            column.bind(m_updateSpectrum, ++parameter, update);
+        // Tolerated: a spectrum that the index does not have; the update then meets no row.
+        m_updateSpectrum.bind(++parameter, spectrum);
+        m_updateSpectrum.execDML();
     }
 
-    void bindAcquired(const QuickInfoEntry& entry, const AcquisitionKey& key) {
+    void setAcquired(const QuickInfoEntry& entry, const AcquisitionKey& key, SpectrumUpdate& update) {
         const QuickInfoRecord& record = entry.record;
         if (const Transformator transformator = transformatorOf(entry.calibration, key)) {
             const std::int32_t lower = boost::math::iround(transformator->DIndexToMass(double{record.acquiredLower}));
@@ -120,14 +149,11 @@ private:
             // Tolerated: a range that is empty or reversed.
             if (upper <= lower)
                 upper = boost::math::iround(lower + 1.0);  // refuses what 32 bits do not hold
-            m_updateSpectrum.bind(MZ_ACQ_RANGE_LOWER, lower);
-            m_updateSpectrum.bind(MZ_ACQ_RANGE_UPPER, upper);
-        } else {
-            m_updateSpectrum.bindNull(MZ_ACQ_RANGE_LOWER);
-            m_updateSpectrum.bindNull(MZ_ACQ_RANGE_UPPER);
+            update.acquiredLower = lower;
+            update.acquiredUpper = upper;
         }
-        m_updateSpectrum.bind(SUM_INTENSITY, double{record.sumIntensity});
-        m_updateSpectrum.bind(MAX_INTENSITY, double{record.maxIntensity});
+        update.sumIntensity = double{record.sumIntensity};
+        update.maxIntensity = double{record.maxIntensity};
     }
 
     /// The two faults are logged once a generation: a file that has one of them has it in every spectrum.
