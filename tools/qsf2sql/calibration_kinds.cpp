@@ -5,35 +5,16 @@
 #include <algorithm>
 #include <vector>
 
-// The calibrations that the spectra were acquired with, by kind. What kind a blob is the library says; here are the
-// words for it and the counts of spectra. A spectrum may have a blob of its own, so each is described alone, which
-// reads no more than its head records. Kinds of one count stand in the order of their names, so that the text depends
-// on nothing else.
+// The calibrations that the spectra were acquired with, by kind. What kind a blob is, and the family's name, the
+// library says; here are the words for the rest and the counts of spectra. A spectrum may have a blob of its own, so
+// each is described alone, which reads no more than its head records. Kinds of one count stand in the order of their
+// names, so that the text depends on nothing else.
 
 namespace qsf2sql_tool {
 
 namespace {
 
 using kvan::calibration::CalibrationBlobDescription;
-using kvan::calibration::CalibrationFamily;
-
-struct FamilyName {
-    CalibrationFamily family;
-    const char* name;
-};
-
-constexpr FamilyName g_families[] = {
-    {CalibrationFamily::Tof, "time of flight"},
-    {CalibrationFamily::CompensatedTof, "time of flight, temperature-compensated"},
-    {CalibrationFamily::Psd, "post-source decay"},
-    {CalibrationFamily::Kite1, "KITE 1"},
-    {CalibrationFamily::Kite2, "KITE 2"},
-    {CalibrationFamily::Tof2, "time of flight, second generation"},
-    {CalibrationFamily::CompensatedTof2, "time of flight, second generation, temperature-compensated"},
-    {CalibrationFamily::Ftms, "Fourier transform"},
-    {CalibrationFamily::Paladin, "ion trap"},
-    {CalibrationFamily::Linear, "linear"},
-};
 
 // Spectra are counted by their calibration first, so that a blob that many share is described once.
 constexpr const char* g_query =
@@ -57,11 +38,7 @@ std::string degreeOf(const CalibrationBlobDescription& blob) {
 std::string nameOf(const std::optional<CalibrationBlobDescription>& blob) {
     if (!blob)
         return "none";
-    const auto* const row = std::find_if(std::begin(g_families), std::end(g_families),
-                                         [&blob](const FamilyName& name) { return name.family == blob->family; });
-    // A family that the core learns before this table has a name is shown, not hidden.
-    return (row != std::end(g_families) ? row->name : "unknown") + degreeOf(*blob) +
-           (blob->hasMassCorrection ? ", with GPX correction" : "");
+    return std::string(blob->familyName) + degreeOf(*blob) + (blob->hasMassCorrection ? ", with GPX correction" : "");
 }
 
 struct Count {

@@ -1,5 +1,7 @@
 #include "blobs.h"
 
+#include <calibration-core/interfaces/CalibrationBlobDescription.h>
+
 namespace kvan::calibration {
 
 namespace {
@@ -94,6 +96,25 @@ TEST(CalibrationBlob, WritesTheBytesThatItReads) {
     for (const Bytes& blob : g_blobs)
         EXPECT_EQ(written(read(blob)), blob);
     EXPECT_EQ(written(nullptr), test::fromHex("FF000000"));
+}
+
+TEST(CalibrationBlob, IsDescribedByItsHeadRecords) {
+    using enum CalibrationFamily;
+    using Degree = CalibrationBlobDescription::Degree;
+    const struct {
+        Bytes blob;
+        std::optional<CalibrationBlobDescription> described;
+    } rows[] = {
+        {g_tofReference, {{Tof, "time of flight", Degree::Linear, false}}},
+        {g_tofExtended, {{CompensatedTof, "time of flight, temperature-compensated", Degree::Quadratic, false}}},
+        {flagged(g_tof) + Bytes(40), {{Tof, "time of flight", Degree::Quadratic, true}}},
+        {g_ftms, {{Ftms, "Fourier transform", Degree::Linear, false}}},
+        {Bytes(3), {}},
+        {Bytes(g_tof.data(), g_tof.data() + 43), {}},
+        {head(255), {}},
+    };
+    for (const auto& row : rows)
+        EXPECT_EQ(describeBlob(row.blob), row.described) << row.blob.size();
 }
 
 /// Where a blob of that type may end before its extension.

@@ -76,6 +76,7 @@ struct TextForms {
 
 struct FamilyRow {
     CalibrationFamilyTraits traits;
+    const char* name;           // for people: what `describeBlob` hands out
     const LawOfConstants* law;  // null: made around another transformator
     const BlobForms* blobs;
     const TextForms* texts;
@@ -95,16 +96,20 @@ using enum HeldConstants;
 /// The factory tries constants in this order. The texts of compensated TOF1 are those of the plain law: its
 /// temperatures have no place in them.
 inline constexpr FamilyRow g_rows[] = {
-    {{Tof2, Tof2, OfTheLaw}, &g_tof2Law, &g_tof2Blobs, &g_tof2Texts},
-    {{CompensatedTof2, Tof2, OfTheLaw}, &g_tof2Law, &g_tof2Blobs, &g_compensatedTof2Texts},
-    {{Tof, Tof, OfTheLaw}, &g_tofLaw, &g_tofBlobs, &g_tofTexts},
-    {{CompensatedTof, Tof, OfTheLaw}, &g_tofLaw, &g_tofBlobs, &g_tofTexts},
-    {{Ftms, Ftms, OfTheLaw}, &g_ftmsLaw, &g_ftmsBlobs, &g_ftmsTexts},
-    {{Paladin, Paladin, OfTheLaw}, &g_paladinLaw, &g_paladinBlobs, &g_paladinTexts},
-    {{Linear, Linear, OfTheLaw}, &g_linearLaw, &g_linearBlobs, &g_linearTexts},
-    {{Psd, Psd, OfTheAxis}, nullptr, &g_psdBlobs, &g_psdTexts},
-    {{Kite1, Kite1, OfTheAxis}, nullptr, &g_kite1Blobs, &g_kite1Texts},
-    {{Kite2, Kite2, None}, nullptr, &g_kite2Blobs, &g_kite2Texts},
+    {{Tof2, Tof2, OfTheLaw}, "time of flight, second generation", &g_tof2Law, &g_tof2Blobs, &g_tof2Texts},
+    {{CompensatedTof2, Tof2, OfTheLaw},
+     "time of flight, second generation, temperature-compensated",
+     &g_tof2Law,
+     &g_tof2Blobs,
+     &g_compensatedTof2Texts},
+    {{Tof, Tof, OfTheLaw}, "time of flight", &g_tofLaw, &g_tofBlobs, &g_tofTexts},
+    {{CompensatedTof, Tof, OfTheLaw}, "time of flight, temperature-compensated", &g_tofLaw, &g_tofBlobs, &g_tofTexts},
+    {{Ftms, Ftms, OfTheLaw}, "Fourier transform", &g_ftmsLaw, &g_ftmsBlobs, &g_ftmsTexts},
+    {{Paladin, Paladin, OfTheLaw}, "ion trap", &g_paladinLaw, &g_paladinBlobs, &g_paladinTexts},
+    {{Linear, Linear, OfTheLaw}, "linear", &g_linearLaw, &g_linearBlobs, &g_linearTexts},
+    {{Psd, Psd, OfTheAxis}, "post-source decay", nullptr, &g_psdBlobs, &g_psdTexts},
+    {{Kite1, Kite1, OfTheAxis}, "KITE 1", nullptr, &g_kite1Blobs, &g_kite1Texts},
+    {{Kite2, Kite2, None}, "KITE 2", nullptr, &g_kite2Blobs, &g_kite2Texts},
 };
 
 }  // namespace FamilyTable

@@ -14,11 +14,11 @@ using namespace tqclegacy::CALIBRATION;
 
 namespace {
 
-/// The family that computes as `plain` does, with temperatures; `plain` itself if there is none.
-CalibrationFamily compensatedFamilyOf(CalibrationFamily plain) {
+/// The family that computes as that of `plain` does, with temperatures; `plain` itself if there is none.
+const FamilyRow& compensatedRowOf(const FamilyRow& plain) {
     for (const FamilyRow& row : FamilyTable::g_rows)
-        if (row.traits.plain == plain && row.traits.family != plain)
-            return row.traits.family;
+        if (row.traits.plain == plain.traits.family && row.traits.family != plain.traits.family)
+            return row;
     return plain;
 }
 
@@ -45,9 +45,10 @@ std::optional<CalibrationBlobDescription> describeBlob(const std::vector<unsigne
     if (!block)
         return {};
     const bool hasCorrection = head.hasGpx == 1;
-    const CalibrationFamily plain = row->traits.family;
     const bool isCompensated = block->isCompensated || isExtended(access, hasCorrection);
-    return CalibrationBlobDescription{.family = isCompensated ? compensatedFamilyOf(plain) : plain,
+    const FamilyRow& family = isCompensated ? compensatedRowOf(*row) : *row;
+    return CalibrationBlobDescription{.family = family.traits.family,
+                                      .familyName = family.name,
                                       .degree = block->degree,
                                       .hasMassCorrection = hasCorrection};
 }

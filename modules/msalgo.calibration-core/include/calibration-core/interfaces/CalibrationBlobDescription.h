@@ -3,6 +3,7 @@
 #include <calibration-core/interfaces/CalibrationFamily.h>
 
 #include <optional>
+#include <string_view>
 #include <vector>
 
 namespace kvan::calibration {
@@ -13,6 +14,7 @@ struct CalibrationBlobDescription {
     enum class Degree { Fixed, Linear, Quadratic, Cubic };
 
     CalibrationFamily family = CalibrationFamily::Linear;  ///< says also whether temperatures are compensated
+    std::string_view familyName = {};  ///< in words, as "time of flight"; lives as long as the program
     Degree degree = Degree::Fixed;
     bool hasMassCorrection = false;  ///< by a polynomial around the law (GPX)
 
