@@ -42,7 +42,7 @@ struct Handle {
 /// A run of peak lists with its re-calibration, removed at the end.
 class Run {
 public:
-    Run(sample::CalibrationFamily law, sample::Recalibrations stores)
+    Run(sample::SampleCalibration law, sample::Recalibrations stores)
         : m_directory(fs::temp_directory_path() / fs::unique_path("bench-%%%%%%%%")),
           m_mainFile(sample::writeSampleRun(m_directory, {.spectra = g_spectra,
                                                           .calibration = law,
@@ -84,7 +84,7 @@ private:
 
 /// The run's lines are few a spectrum, some 100, so that the way to the calibration weighs more than the masses. A
 /// re-calibration was usually written long ago; one that is `fresh` is read under locks.
-void peakListMz(benchmark::State& state, sample::CalibrationFamily law, sample::Recalibrations stores, bool fresh) {
+void peakListMz(benchmark::State& state, sample::SampleCalibration law, sample::Recalibrations stores, bool fresh) {
     Run run(law, stores);
     if (!fresh)
         std::this_thread::sleep_for(std::chrono::seconds(5));
@@ -93,16 +93,16 @@ void peakListMz(benchmark::State& state, sample::CalibrationFamily law, sample::
     benchmarks::reportRatio(
         state, fresh ? 0 : 1.5, [&] { run.readAll(recalibrated); }, [&] { run.readAll(acquired); });
 }
-BENCHMARK_CAPTURE(peakListMz, frameCalibrators, sample::CalibrationFamily::TofQuadratic,
+BENCHMARK_CAPTURE(peakListMz, frameCalibrators, sample::SampleCalibration::TofQuadratic,
                   sample::Recalibrations::Database, false)
     ->UseManualTime();
-BENCHMARK_CAPTURE(peakListMz, freshFrameCalibrators, sample::CalibrationFamily::TofQuadratic,
+BENCHMARK_CAPTURE(peakListMz, freshFrameCalibrators, sample::SampleCalibration::TofQuadratic,
                   sample::Recalibrations::Database, true)
     ->UseManualTime();
-BENCHMARK_CAPTURE(peakListMz, compensatedReferences, sample::CalibrationFamily::TofCompensatedSeveral,
+BENCHMARK_CAPTURE(peakListMz, compensatedReferences, sample::SampleCalibration::TofCompensatedSeveral,
                   sample::Recalibrations::Database, false)
     ->UseManualTime();
-BENCHMARK_CAPTURE(peakListMz, archive, sample::CalibrationFamily::TofQuadratic, sample::Recalibrations::Archive, false)
+BENCHMARK_CAPTURE(peakListMz, archive, sample::SampleCalibration::TofQuadratic, sample::Recalibrations::Archive, false)
     ->UseManualTime();
 
 }  // namespace

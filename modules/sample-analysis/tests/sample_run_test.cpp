@@ -67,7 +67,7 @@ std::string summaryOf(const SampleRunParameters& parameters) {
 
 TEST(SampleRun, EveryNumberIsTheSameOnEveryMachine) {
     const SampleRunParameters parameters{.spectra = 14,
-                                         .calibration = CalibrationFamily::TofCompensatedSeveral,
+                                         .calibration = SampleCalibration::TofCompensatedSeveral,
                                          .points = 2000,
                                          .maxLines = 30,
                                          .polarities = Polarities::Both,
@@ -82,8 +82,8 @@ TEST(SampleRun, EveryNumberIsTheSameOnEveryMachine) {
 }
 
 TEST(SampleRun, RunsOfAllShapesEnd) {
-    for (auto calibration = CalibrationFamily::TofLinear; calibration <= CalibrationFamily::Psd;
-         calibration = static_cast<CalibrationFamily>(static_cast<int>(calibration) + 1)) {
+    for (auto calibration = SampleCalibration::TofLinear; calibration <= SampleCalibration::Psd;
+         calibration = static_cast<SampleCalibration>(static_cast<int>(calibration) + 1)) {
         for (const std::uint32_t spectra : {0U, 1U, 12U})
             EXPECT_FALSE(bytesOfRun({.spectra = spectra,
                                      .calibration = calibration,

@@ -9,7 +9,7 @@ namespace kvan::sample::run {
 
 /// The law that ties the data points of the run to m/z. The compensated ones record temperatures with each spectrum,
 /// one or several; those of KITE and PSD depend on the precursor of a fragment spectrum.
-enum class CalibrationFamily {
+enum class SampleCalibration {
     TofLinear,
     TofQuadratic,
     TofCompensated,
@@ -41,7 +41,7 @@ enum class Recalibrations { None, Database, Archive, Both };
 struct SampleRunParameters {
     std::uint32_t spectra = 400;  ///< survey (MS^1) and fragment (MS^2) spectra together
     std::uint64_t seed = 1;
-    CalibrationFamily calibration = CalibrationFamily::TofQuadratic;
+    SampleCalibration calibration = SampleCalibration::TofQuadratic;
     bool gpx = false;  ///< the law is off by some parts per million, which a polynomial takes out
     double mzLower = 100.0;
     double mzUpper = 1700.0;

@@ -76,7 +76,7 @@ std::shared_ptr<Compensated> compensated(const Law& law, double ppm, std::size_t
 }  // namespace
 
 MassAxis::MassAxis(const SampleRunParameters& parameters)
-    : m_family(parameters.calibration),
+    : m_calibration(parameters.calibration),
       m_gpx(parameters.gpx),
       m_lower(parameters.mzLower),
       m_upper(parameters.mzUpper),
@@ -88,15 +88,15 @@ MassAxis::MassAxis(const SampleRunParameters& parameters)
 }
 
 bool MassAxis::isTof() const {
-    return m_family <= CalibrationFamily::Tof2Compensated;
+    return m_calibration <= SampleCalibration::Tof2Compensated;
 }
 
 bool MassAxis::isFtms() const {
-    return m_family == CalibrationFamily::Ftms || m_family == CalibrationFamily::FtmsQuadratic;
+    return m_calibration == SampleCalibration::Ftms || m_calibration == SampleCalibration::FtmsQuadratic;
 }
 
 bool MassAxis::isTandem() const {
-    return m_family >= CalibrationFamily::Kite1;
+    return m_calibration >= SampleCalibration::Kite1;
 }
 
 double MassAxis::peakWidth(double mz) const {
@@ -115,11 +115,11 @@ MassAxis::Calibration MassAxis::calibration(double ppm, double error, double pre
 }
 
 std::size_t MassAxis::sensors() const {
-    switch (m_family) {
-        case CalibrationFamily::TofCompensated:
+    switch (m_calibration) {
+        case SampleCalibration::TofCompensated:
             return 1;
-        case CalibrationFamily::TofCompensatedSeveral:
-        case CalibrationFamily::Tof2Compensated:
+        case SampleCalibration::TofCompensatedSeveral:
+        case SampleCalibration::Tof2Compensated:
             return 2;
         default:
             return 0;
@@ -156,7 +156,7 @@ MassAxis::Calibration MassAxis::transformator(const Functional& law, const Physi
                                               double precursor) const {
     const auto& factory = *transformation::CalibrationTransformatorFactory::instance();
     const Calibration plain =
-        TandemLaw{factory.createTransformator(law, axis), scale, precursor, m_lower, m_upper}.of(m_family);
+        TandemLaw{factory.createTransformator(law, axis), scale, precursor, m_lower, m_upper}.of(m_calibration);
     if (!m_gpx)
         return plain;
     return factory.createTransformatorGPX(
@@ -170,37 +170,37 @@ MassAxis::Functional MassAxis::functional(double ppm, bool reference, double err
     using CompensatedTof2 = constants::CalibrationConstantsFunctionalTOF2TemperatureCompensation;
     const double scale = scaleOf(ppm + error);
     const double tofC1 = g_tofC1 * scale;
-    switch (m_family) {
-        case CalibrationFamily::TofLinear:
-        case CalibrationFamily::Kite1:
-        case CalibrationFamily::Kite2:
-        case CalibrationFamily::Psd:
+    switch (m_calibration) {
+        case SampleCalibration::TofLinear:
+        case SampleCalibration::Kite1:
+        case SampleCalibration::Kite2:
+        case SampleCalibration::Psd:
             return std::make_shared<Tof>(g_tofC0, tofC1, 0.0);
-        case CalibrationFamily::TofQuadratic:
+        case SampleCalibration::TofQuadratic:
             return std::make_shared<Tof>(g_tofC0, tofC1, g_tofC2);
-        case CalibrationFamily::TofCompensated:
-        case CalibrationFamily::TofCompensatedSeveral:
+        case SampleCalibration::TofCompensated:
+        case SampleCalibration::TofCompensatedSeveral:
             return compensated<CompensatedTof>(Tof(g_tofC0, tofC1, g_tofC2), ppm, sensors(), reference);
-        case CalibrationFamily::Tof2Linear:
+        case SampleCalibration::Tof2Linear:
             return std::make_shared<Tof2>(g_tofC0, tofC1, 0.0, 0.0, g_tof2C4);
-        case CalibrationFamily::Tof2Quadratic:
+        case SampleCalibration::Tof2Quadratic:
             return std::make_shared<Tof2>(g_tofC0, tofC1, g_tofC2, 0.0, g_tof2C4);
-        case CalibrationFamily::Tof2Cubic:
+        case SampleCalibration::Tof2Cubic:
             return std::make_shared<Tof2>(g_tofC0, tofC1, g_tofC2, g_tof2C3, g_tof2C4);
-        case CalibrationFamily::Tof2Compensated:
+        case SampleCalibration::Tof2Compensated:
             return compensated<CompensatedTof2>(Tof2(g_tofC0, tofC1, g_tofC2, g_tof2C3, g_tof2C4), ppm, sensors(),
                                                 reference);
-        case CalibrationFamily::Ftms:
+        case SampleCalibration::Ftms:
             return std::make_shared<constants::CalibrationConstantsFunctionalFTMS04>(g_ftmsBeta, g_ftmsFreqHigh * scale,
                                                                                      0);
-        case CalibrationFamily::FtmsQuadratic:
+        case SampleCalibration::FtmsQuadratic:
             return std::make_shared<constants::CalibrationConstantsFunctionalFTMS1356>(g_ftmsAlpha, g_ftmsBeta,
                                                                                        g_ftmsFreqHigh * scale, true, 1);
-        case CalibrationFamily::PaladinLinear:
+        case SampleCalibration::PaladinLinear:
             return std::make_shared<constants::CalibrationConstantsFunctionalPaladin>(0.0, scale, 0.0);
-        case CalibrationFamily::PaladinQuadratic:
+        case SampleCalibration::PaladinQuadratic:
             return std::make_shared<constants::CalibrationConstantsFunctionalPaladin>(0.0, scale, g_trapC2);
-        case CalibrationFamily::Linear: {
+        case SampleCalibration::Linear: {
             const double step = (m_upper - m_lower) / (m_points - 1);
             return std::make_shared<constants::CalibrationConstantsFunctionalLinear>(m_lower * scale, step * scale);
         }
@@ -213,7 +213,7 @@ MassAxis::Physical MassAxis::defaultPhysical() const {
         return std::make_shared<constants::CalibrationConstantsPhysicalTOF>();
     if (isFtms())
         return std::make_shared<constants::CalibrationConstantsPhysicalFTMS>();
-    if (m_family == CalibrationFamily::Linear)
+    if (m_calibration == SampleCalibration::Linear)
         return std::make_shared<constants::CalibrationConstantsPhysicalLinear>();
     return std::make_shared<constants::CalibrationConstantsPhysicalPaladin>();
 }
@@ -221,7 +221,7 @@ MassAxis::Physical MassAxis::defaultPhysical() const {
 /// The line that puts the first and the last point at the ends of the m/z range. The blob of the straight line has no
 /// room for one: its law counts data points.
 MassAxis::Physical MassAxis::physical() const {
-    if (m_family == CalibrationFamily::Linear)
+    if (m_calibration == SampleCalibration::Linear)
         return defaultPhysical();
     // With the default axis raw values are times or frequencies themselves.
     const Calibration law = transformator(functional(0.0), defaultPhysical());

@@ -65,7 +65,7 @@ private:
     Physical defaultPhysical() const;
     Physical physical() const;
 
-    CalibrationFamily m_family;
+    SampleCalibration m_calibration;
     bool m_gpx;
     double m_lower;
     double m_upper;

@@ -82,13 +82,13 @@ TransformatorPtr psd(const TandemLaw& law) {
 
 }  // namespace
 
-TransformatorPtr TandemLaw::of(CalibrationFamily family) const {
-    switch (family) {
-        case CalibrationFamily::Kite1:
+TransformatorPtr TandemLaw::of(SampleCalibration calibration) const {
+    switch (calibration) {
+        case SampleCalibration::Kite1:
             return kite1(*this);
-        case CalibrationFamily::Kite2:
+        case SampleCalibration::Kite2:
             return kite2(*this);
-        case CalibrationFamily::Psd:
+        case SampleCalibration::Psd:
             return psd(*this);
         default:
             return tof;

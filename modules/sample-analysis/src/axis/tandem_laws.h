@@ -16,7 +16,7 @@ struct TandemLaw {
     double upper;
 
     /// Of the families `Kite1`, `Kite2` and `Psd`; `tof` itself for any other.
-    std::shared_ptr<kvan::calibration::ICalibrationTransformator> of(CalibrationFamily family) const;
+    std::shared_ptr<kvan::calibration::ICalibrationTransformator> of(SampleCalibration calibration) const;
 };
 
 }  // namespace kvan::sample::axis
