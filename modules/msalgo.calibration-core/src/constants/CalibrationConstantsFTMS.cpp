@@ -1,4 +1,5 @@
 #include "constants/ConstantsEquality.h"
+#include "constants/FtmsModes.h"
 
 #include <calibration-core/constants/CalibrationConstantsFTMS.h>
 
@@ -8,25 +9,22 @@
 #include <string>
 
 // Constants of Fourier transform instruments. The functional ones come in two classes by the calibration mode, which
-// says how the law is built: 0 and 4 have no alpha, 1, 3, 5 and 6 have one. The physical ones derive the line between
-// index and frequency from the same mode, so both must agree; the transformator sees to that.
-//
-// Modes 0, 1 and 3 put the last point on the low end of the window (size - 1 steps), 4, 5 and 6 one step before it
-// (size steps). Mode 2 counts indices. A class keeps its mode when it is given one of the other.
+// says how the law is built: with alpha or without. The physical ones derive the line between index and frequency from
+// the same mode, so both must agree; the transformator sees to that. A class keeps its mode when it is given one of the
+// other.
 namespace kvan::calibration::Constants {
 
 namespace {
 
 using Utilities::relativelyEqual;
 
-/// raw = freqHigh / mass - beta.
 bool isLinearMode(int mode) {
-    return mode == 0 || mode == 4;
+    return ftmsModeOf(mode).law == FtmsLaw::Linear;
 }
 
-/// raw = alpha / mass^2 + freqHigh / mass + beta.
 bool isQuadraticMode(int mode) {
-    return mode == 1 || mode == 3 || mode == 5 || mode == 6;
+    const FtmsLaw law = ftmsModeOf(mode).law;
+    return law == FtmsLaw::Quadratic || law == FtmsLaw::ConstantsOnly;
 }
 
 /// The raw mode moves the axis, so that constants with different ones are not equal.
@@ -35,32 +33,19 @@ bool equalRawMode(int mode, const ICalibrationConstantsFunctional& other) {
     return ftms != nullptr && ftms->GetFTMSRawMode() == mode;
 }
 
-/// How the frequency axis spans its points.
-enum class Axis { EndToEnd, WithoutEnd, Index };
-
-Axis axisOf(int calibMode, const char* operation) {
-    switch (calibMode) {
-        case 0:
-        case 1:
-        case 3:
-            return Axis::EndToEnd;
-        case 4:
-        case 5:
-        case 6:
-            return Axis::WithoutEnd;
-        case 2:
-            return Axis::Index;
-        default:
-            BOOST_THROW_EXCEPTION(
-                std::invalid_argument(std::string("CalibrationConstantsPhysicalFTMS::") + operation +
-                                      "(): invalid calibration constants: icr mode unknown. Expected 0..6, but got " +
-                                      std::to_string(calibMode)));
-    }
+FtmsAxis axisOf(int calibMode, const char* operation) {
+    const FtmsAxis axis = ftmsModeOf(calibMode).axis;
+    if (axis == FtmsAxis::Unknown)
+        BOOST_THROW_EXCEPTION(
+            std::invalid_argument(std::string("CalibrationConstantsPhysicalFTMS::") + operation +
+                                  "(): invalid calibration constants: icr mode unknown. Expected 0..6, but got " +
+                                  std::to_string(calibMode)));
+    return axis;
 }
 
 /// Steps of a spanned axis.
-double stepsOf(Axis axis, int size) {
-    return axis == Axis::EndToEnd ? size - 1.0 : size;
+double stepsOf(FtmsAxis axis, int size) {
+    return axis == FtmsAxis::EndToEnd ? size - 1.0 : size;
 }
 
 }  // namespace
@@ -144,17 +129,17 @@ bool CalibrationConstantsPhysicalFTMS::IsEqual(const ICalibrationConstantsPhysic
 
 double CalibrationConstantsPhysicalFTMS::GetA0() const {
     // Index 0 has the highest frequency.
-    return axisOf(m_calibMode, "GetA0") == Axis::Index ? 0.0 : m_freqWidth + base();
+    return axisOf(m_calibMode, "GetA0") == FtmsAxis::Index ? 0.0 : m_freqWidth + base();
 }
 
 double CalibrationConstantsPhysicalFTMS::GetA1() const {
-    const Axis axis = axisOf(m_calibMode, "GetA1");
-    return axis == Axis::Index ? 1.0 : m_freqWidth * -1.0 / stepsOf(axis, m_size);
+    const FtmsAxis axis = axisOf(m_calibMode, "GetA1");
+    return axis == FtmsAxis::Index ? 1.0 : m_freqWidth * -1.0 / stepsOf(axis, m_size);
 }
 
 void CalibrationConstantsPhysicalFTMS::AssimilateIndexOffset(double indexOffset) {
-    const Axis axis = axisOf(m_calibMode, "AssimilateIndexOffset");
-    if (axis == Axis::Index)
+    const FtmsAxis axis = axisOf(m_calibMode, "AssimilateIndexOffset");
+    if (axis == FtmsAxis::Index)
         return;
     // The offset goes into the low frequency, which counts from now on whatever the raw mode was.
     m_freqLow = base() - indexOffset * m_freqWidth / stepsOf(axis, m_size);

@@ -1,3 +1,4 @@
+#include "constants/FtmsModes.h"
 #include "legacycalibration/serialization/CalibrationBlocks.h"
 #include "serialization/CalibrationTextFields.h"
 #include "serialization/StoredBlocks.h"
@@ -34,20 +35,17 @@ void writeFtmsBlock(const ICalibrationTransformator& transformator, BlobForm for
 
 /// Throws for the calibration modes that no text has.
 void checkFtmsMode(int mode) {
-    switch (mode) {
-        case 0:
-        case 1:
-        case 4:
-        case 5:
+    switch (ftmsModeOf(mode).law) {
+        case FtmsLaw::Linear:
+        case FtmsLaw::Quadratic:
             return;
-        case 3:
-        case 6:
+        case FtmsLaw::ConstantsOnly:
             BOOST_THROW_EXCEPTION(std::runtime_error(
                 "CalibrationTransformatorFactorySerialization::DeserializeFromStringFTMS: mode 3 or 6 not supported."));
-        case 2:
+        case FtmsLaw::Index:
             BOOST_THROW_EXCEPTION(std::runtime_error(
                 "CalibrationTransformatorFactorySerialization::DeserializeFromStringFTMS: mode 2 not supported."));
-        default:
+        case FtmsLaw::Unknown:
             BOOST_THROW_EXCEPTION(std::runtime_error(
                 "CalibrationTransformatorFactorySerialization::DeserializeFromStringFTMS: unknown FTMS operation "
                 "mode: " +
@@ -89,7 +87,7 @@ void writeFtms(const ICalibrationTransformator& transformator, CalibrationTextWr
 
 BlockDescription describe(const FTMSCalibrationBlock& block) {
     using enum CalibrationBlobDescription::Degree;
-    return {false, block.calibMode == 0 || block.calibMode == 4 ? Linear : Quadratic};
+    return {false, ftmsModeOf(block.calibMode).law == FtmsLaw::Linear ? Linear : Quadratic};
 }
 
 constexpr BlobType g_types[] = {{FTMSCalibrationBlock::Type, BlobForm::Plain, readBlock<FTMSCalibrationBlock>,

@@ -1,5 +1,7 @@
 #include "transformation/conversion/CCOConversionUtil.h"
 
+#include "constants/FtmsModes.h"
+
 #include <calibration-core/constants/CalibrationConstantsFTMS.h>
 #include <calibration-core/constants/CalibrationConstantsLinear.h>
 #include <calibration-core/constants/CalibrationConstantsPaladin.h>
@@ -270,9 +272,9 @@ void CCOConversionUtil::MapCCO2QSF(const ICalibrationTransformator& transformato
     block.freqLow = axis.GetFreqLow();
     block.freqWidth = axis.GetFreqWidth();
     // Each class of constants has a view of its own; the mode says which one must be there.
-    switch (mode) {
-        case 0:
-        case 4: {
+    using Constants::FtmsLaw;
+    switch (Constants::ftmsModeOf(mode).law) {
+        case FtmsLaw::Linear: {
             const auto& linear = viewFor<ICalibrationConstantsFunctionalFTMS04>(
                 functional, "FTMSCalibrationBlock", "GetFunctionalConstants", "ICalibrationConstantsFunctionalFTMS04");
             // The linear law has neither; readers of it do not look.
@@ -282,11 +284,8 @@ void CCOConversionUtil::MapCCO2QSF(const ICalibrationTransformator& transformato
             block.quadraticFlag = 0;
             return;
         }
-        case 1:
-        // Modes 3 and 6 have constants and a block, but no transformator.
-        case 3:
-        case 5:
-        case 6: {
+        case FtmsLaw::Quadratic:
+        case FtmsLaw::ConstantsOnly: {
             const auto& quadratic = viewFor<ICalibrationConstantsFunctionalFTMS1356>(
                 functional, "FTMSCalibrationBlock", "GetFunctionalConstants",
                 "ICalibrationConstantsFunctionalFTMS1356");
@@ -296,7 +295,7 @@ void CCOConversionUtil::MapCCO2QSF(const ICalibrationTransformator& transformato
             block.quadraticFlag = law.GetQuadraticFlag() ? 1 : 0;
             return;
         }
-        case 2:
+        case FtmsLaw::Index:
             BOOST_THROW_EXCEPTION(std::invalid_argument("MapCCO2QSF: CalibMode 2 not implemented [QX]."));
         default:
             BOOST_THROW_EXCEPTION(std::invalid_argument(

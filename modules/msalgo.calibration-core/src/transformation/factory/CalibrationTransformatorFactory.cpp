@@ -1,3 +1,4 @@
+#include "constants/FtmsModes.h"
 #include "families/CalibrationFamilies.h"
 #include "transformation/decorators/CalibrationTransformatorIndexBoundsChecker.h"
 #include "transformation/decorators/CalibrationTransformatorRawBoundsChecker.h"
@@ -127,19 +128,17 @@ Factory::FunctionalPtr CalibrationTransformatorFactory::createConstantsFunctiona
                                                                                      int, bool quadraticFlag,
                                                                                      double alpha, double beta,
                                                                                      double freqHigh) const {
-    // Modes 3 and 6 give constants, of which no transformator is made: blobs hold them.
-    switch (calibMode) {
-        case 0:
-        case 4:
+    using Constants::FtmsLaw;
+    switch (Constants::ftmsModeOf(calibMode).law) {
+        case FtmsLaw::Linear:
             return std::make_shared<Constants::CalibrationConstantsFunctionalFTMS04>(beta, freqHigh, calibMode,
                                                                                      ftmsRawMode);
-        case 1:
-        case 3:
-        case 5:
-        case 6:
+        case FtmsLaw::Quadratic:
+        // Blobs hold these, although no transformator is made of them.
+        case FtmsLaw::ConstantsOnly:
             return std::make_shared<Constants::CalibrationConstantsFunctionalFTMS1356>(
                 alpha, beta, freqHigh, quadraticFlag, calibMode, ftmsRawMode);
-        case 2:
+        case FtmsLaw::Index:
             BOOST_THROW_EXCEPTION(std::invalid_argument(
                 "CalibrationTransformatorFactory::createConstantsFunctionalIcr: mode 2 not supported [QX]"));
         default:

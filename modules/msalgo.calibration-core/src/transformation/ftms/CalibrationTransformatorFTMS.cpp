@@ -1,3 +1,4 @@
+#include "constants/FtmsModes.h"
 #include "transformation/LawMaking.h"
 #include "transformation/Transformator.h"
 #include "transformation/policies/ConstantsSettingAdjustForFTMS.h"
@@ -43,21 +44,19 @@ namespace {
 using StoredAxis = Constants::CalibrationConstantsPhysicalFTMS;
 
 std::shared_ptr<ICalibrationTransformator> make(Factory::FunctionalPtr functional, Factory::PhysicalPtr physical) {
-    // The laws of modes 2, 3 and 6 are known by name only.
-    switch (const int mode = functional->GetCalibMode()) {
-        case 0:
-        case 4:
+    using Constants::FtmsLaw;
+    const int mode = functional->GetCalibMode();
+    switch (Constants::ftmsModeOf(mode).law) {
+        case FtmsLaw::Linear:
             return adopt<CalibrationTransformatorFTMS04, StoredAxis, Constants::CalibrationConstantsFunctionalFTMS04>(
                 std::move(functional), std::move(physical));
-        case 1:
-        case 5:
+        case FtmsLaw::Quadratic:
             return adopt<CalibrationTransformatorFTMS15, StoredAxis, Constants::CalibrationConstantsFunctionalFTMS1356>(
                 std::move(functional), std::move(physical));
-        case 2:
+        case FtmsLaw::Index:
             BOOST_THROW_EXCEPTION(std::invalid_argument(
                 "CalibrationTransformatorFactory::createTransformatorIcr: mode 2 not supported [QX]"));
-        case 3:
-        case 6:
+        case FtmsLaw::ConstantsOnly:
             BOOST_THROW_EXCEPTION(std::invalid_argument(
                 "CalibrationTransformatorFactory::createTransformatorIcr: mode 3 and 6 not supported [QX]"));
         default:
