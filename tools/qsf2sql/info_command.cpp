@@ -5,6 +5,8 @@
 #include "sketch.h"
 #include "text.h"
 
+#include <calibration-core/interfaces/Polarity.h>
+
 #include <CLI/CLI.hpp>
 
 // The summary of an analysis: one line an entry, its name padded to a column, all out of the cache but for the
@@ -54,7 +56,8 @@ void writeKinds(Database& database, Output& output) {
         "SELECT ak.MsLevel + 1, ak.Polarity, count(*) FROM Spectra s JOIN AcquisitionKeys ak ON "
         "ak.Id = s.AcquisitionKey GROUP BY 1, 2 ORDER BY 1, 2");
     for (; !query.eof(); query.nextRow())
-        writeEntry(output, "  MS" + text(query, 0) + (integer(query, 1) == 1 ? " negative" : " positive"),
+        writeEntry(output,
+                   "  MS" + text(query, 0) + (integer(query, 1) == kvan::POLARITY_NEGATIVE ? " negative" : " positive"),
                    text(query, 2));
 }
 

@@ -2,6 +2,8 @@
 #include "commands.h"
 #include "table.h"
 
+#include <calibration-core/interfaces/Polarity.h>
+
 #include <CLI/CLI.hpp>
 
 // A row a spectrum, straight out of the cache in one statement. A condition that was not given is a parameter without a
@@ -67,7 +69,7 @@ void listSpectra(const SpectraOptions& options, Output& output) {
         table.addInteger(integer(query, 0));
         table.addReal(real(query, 1));
         table.addInteger(integer(query, 2));
-        table.addText(integer(query, 3) == 1 ? "-" : "+");
+        table.addText(integer(query, 3) == kvan::POLARITY_NEGATIVE ? "-" : "+");
         table.addReal(real(query, 4));
         for (int column = 5; column <= 7; ++column)
             table.addInteger(integer(query, column));

@@ -9,7 +9,7 @@ using namespace sample;
 
 using VariableSettingsTest = GeneratedCache;
 
-enum ElementType : std::uint16_t { Integer = 5, Double = 10, String = 11 };
+using enum KVAN::io::QSF::VarTabDescEntryRecord::Element;
 
 constexpr const char* g_perSpectrum = "SELECT * FROM PerSpectrumVariables";
 constexpr const char* g_perKey = "SELECT * FROM PerSegAcqKeyVariables";

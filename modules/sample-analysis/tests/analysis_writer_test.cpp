@@ -36,7 +36,9 @@ TEST_F(AnalysisWriterTest, MainFileByHand) {
         .description =
             AnalysisDescription{
                 .operatorName = "Jo", .sampleName = "Yeast", .instrumentFamily = 7, .serialFallback = 2.0F},
-        .variables = {{.variable = 3, .elementType = 10, .permanentName = "A"}},
+        .variables = {{.variable = 3,
+                       .elementType = KVAN::io::QSF::VarTabDescEntryRecord::Double,
+                       .permanentName = "A"}},
         .calibrations = {{1, 0, 0, 0, 9}},
         .instrument = InstrumentInfo{"7", "12"},
         .compressors = {"4F1EA0CB-5A6A-43ED-9562-D6D873034577"}};

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <calibration-core/interfaces/Polarity.h>
 #include <qsf2sql/qsflib/SpectrumRecords.h>
+#include <qsf2sql/qsflib/VariableTableRecords.h>
 
 #include <cstdint>
 #include <optional>
@@ -49,7 +51,7 @@ struct QuickInfo {
     float acquiredUpper = 0.0F;       ///< fractional data-point index
     float maxIntensity = 0.0F;
     float sumIntensity = 0.0F;
-    std::uint8_t polarity = 0;  ///< 1: negative
+    std::uint8_t polarity = POLARITY_POSITIVE;
     std::uint8_t acquisitionMode = 0;
     std::uint8_t scanMode = 0;
     std::vector<float> masses = {};            ///< of the precursors, one a stage
@@ -95,7 +97,7 @@ struct AnalysisDescription {
 /// The declaration of one variable.
 struct VariableDeclaration {
     std::uint16_t variable = 0;
-    std::uint16_t elementType = 5;  ///< 5 integer, 10 double, 11 string
+    std::uint16_t elementType = KVAN::io::QSF::VarTabDescEntryRecord::Integer;
     bool isVector = false;
     std::string permanentName = {};
     std::string displayGroupName = {};

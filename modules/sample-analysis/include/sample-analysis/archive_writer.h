@@ -1,5 +1,6 @@
 #pragma once
 
+#include <calibration-core/interfaces/Polarity.h>
 #include <sample-analysis/analysis_data.h>
 
 #include <boost/filesystem/path.hpp>
@@ -32,7 +33,7 @@ struct ArchivedCalibrator {
 /// The calibrator of all spectra of one polarity.
 struct ArchivedReference {
     ArchiveVersion version = {0, 3};
-    std::uint32_t polarity = 0;  ///< 1: negative, 2: unknown
+    std::uint32_t polarity = POLARITY_POSITIVE;
     std::uint32_t msmsType = 0;
     ArchivedCalibrator calibrator = {};
 };

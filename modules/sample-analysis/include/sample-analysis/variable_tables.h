@@ -1,5 +1,6 @@
 #pragma once
 
+#include <calibration-core/interfaces/Polarity.h>
 #include <sample-analysis/analysis_data.h>
 
 #include <variant>
@@ -19,7 +20,7 @@ struct VariableSetting {
 
 /// For which spectra of a segment values hold: those whose quick info says the same.
 struct VariableKey {
-    std::uint8_t polarity = 0;
+    std::uint8_t polarity = POLARITY_POSITIVE;
     std::uint8_t acquisitionMode = 0;
     std::uint8_t msLevel = 0;
     std::uint8_t scanMode = 0;

@@ -10,7 +10,7 @@ namespace kvan::sample::run {
 
 namespace {
 
-enum ElementType : std::uint16_t { Integer = 5, Double = 10, String = 11 };
+using enum KVAN::io::QSF::VarTabDescEntryRecord::Element;
 
 // Indices in the file.
 enum Variable : std::uint16_t {

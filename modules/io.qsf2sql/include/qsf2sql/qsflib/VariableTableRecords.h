@@ -16,9 +16,12 @@ KVAN_PACKED_RECORD(VarTabDescHeader, 12, (resource, 0), (entryOffset, 8), (entry
 
 /// One declared variable; its texts follow.
 struct VarTabDescEntryRecord {
+    /// Of the variable, or of each element of a vector. Files may have other numbers: such a variable is not known.
+    enum Element : std::uint16_t { Integer = 5, Double = 10, String = 11 };
+
     std::uint16_t size;           //  0  the next entry starts this many bytes further on
     std::uint16_t variable;       //  2  index of the variable
-    std::uint16_t elementType;    //  4  5 integer, 10 double, 11 string
+    std::uint16_t elementType;    //  4  an `Element`
     std::uint16_t isVector;       //  6  1 for a vector
     std::uint16_t textOffset[6];  //  8  name, group, display name, value text, format, dimension; a text ends where the
                                   //     next one starts

@@ -20,7 +20,7 @@ public:
 
     std::uint16_t size = 0;            ///< bytes from this entry to the next one
     std::uint16_t variable = 0;        ///< index of the variable in the file
-    std::uint16_t elementType = 0;     ///< 5 integer, 10 double, 11 string; others are not known
+    std::uint16_t elementType = 0;     ///< `VarTabDescEntryRecord::Element`; others are not known
     std::uint16_t isVector = 0;        ///< 1 for a vector, anything else for a scalar
     std::array<std::string, 6> texts;  ///< as stored, in the code page of the file
 };

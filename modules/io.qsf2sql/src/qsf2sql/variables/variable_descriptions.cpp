@@ -2,6 +2,8 @@
 
 #include "qsf2sql/variables/windows_1252.h"
 
+#include <qsf2sql/qsflib/VariableTableRecords.h>
+
 #include <algorithm>
 #include <boost/throw_exception.hpp>
 #include <optional>
@@ -13,6 +15,7 @@ namespace {
 
 using KVAN::io::QSF::VarTabDescBlock;
 using KVAN::io::QSF::VarTabDescEntryBlock;
+using KVAN::io::QSF::VarTabDescEntryRecord;
 
 constexpr BuiltInVariable g_builtInTable[] = {
     {2, "Digitizer_Summation"},
@@ -37,11 +40,11 @@ constexpr BuiltInVariable g_builtInTable[] = {
 std::optional<VariableType> typeOf(const VarTabDescEntryBlock& entry) {
     const bool isVector = entry.isVector == 1;
     switch (entry.elementType) {
-        case 5:
+        case VarTabDescEntryRecord::Integer:
             return isVector ? VariableType::IntegerVector : VariableType::Integer;
-        case 10:
+        case VarTabDescEntryRecord::Double:
             return isVector ? VariableType::DoubleVector : VariableType::Double;
-        case 11:
+        case VarTabDescEntryRecord::String:
             return isVector ? VariableType::StringVector : VariableType::String;
         default:
             return std::nullopt;
