@@ -71,7 +71,8 @@ void CompressZLibImpl::compressArray(const T* source, unsigned count, unsigned c
                                      unsigned* destinationBytes) {
     m_output.clear();
     binaryio::OCompressBinary stream(m_output, g_level, g_bufferSize);
-    stream.write(reinterpret_cast<const unsigned char*>(source), std::uint64_t{count} * sizeof(T));
+    const std::span<const unsigned char> bytes = bytesOf(source, count);
+    stream.write(bytes.data(), bytes.size());
     stream.close();
     *destinationBytes = boost::numeric_cast<unsigned>(m_output.size());
     *destination = m_output.data();

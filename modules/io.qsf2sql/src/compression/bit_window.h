@@ -1,9 +1,8 @@
 #pragma once
 
+#include "compression/block_bytes.h"
+
 #include <bit>
-#include <cstddef>
-#include <cstdint>
-#include <cstring>
 
 namespace kvan::compression {
 
@@ -68,16 +67,13 @@ public:
     std::uint64_t consumed() const { return (m_before + m_position) * 8 - m_count; }
 
     /// Bytes that have not been loaded.
-    std::size_t left() const { return m_size - m_position; }
-
-    /// Where they begin.
-    const unsigned char* next() const { return m_bytes + m_position; }
+    BlockBytes left() const { return BlockBytes({m_bytes + m_position, m_size - m_position}); }
 
     /// Goes on in `bytes`, which begin with what is left and belong to the caller.
-    void continueIn(const unsigned char* bytes, std::size_t size) {
+    void continueIn(std::span<const unsigned char> bytes) {
         m_before += m_position;
-        m_bytes = bytes;
-        m_size = size;
+        m_bytes = bytes.data();
+        m_size = bytes.size();
         m_position = 0;
     }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -31,11 +32,22 @@ public:
         return true;
     }
 
+    /// Copies what is left to the front of `room`, as far as that reaches; the room after it stays as it is.
+    void copyTo(std::span<unsigned char> room) const {
+        std::memcpy(room.data(), m_left.data(), std::min(m_left.size(), room.size()));
+    }
+
     std::span<const unsigned char> left() const { return m_left; }
 
 private:
     std::span<const unsigned char> m_left;
 };
+
+/// The bytes of `count` elements, which belong to somebody else.
+template <class T>
+std::span<const unsigned char> bytesOf(const T* elements, std::size_t count) {
+    return {reinterpret_cast<const unsigned char*>(elements), count * sizeof(T)};
+}
 
 /// The bytes of `elements` after the first `used`, none if there are no more.
 template <class T>

@@ -47,12 +47,13 @@ public:
     /// Where `run` goes on. The caller sets its room for elements, and stores a run of zeros that did not fit.
     DecoderCursor& cursor() { return m_cursor; }
 
-    Rest run() { return run(m_code, m_cursor, m_tail.data()); }
+    Rest run() { return run(m_code, m_cursor, m_tail); }
 
 private:
-    static constexpr std::size_t g_tailBytes = 48;  // less than 8 of the stream; a token and a load never reach the end
+    /// Less than 8 bytes of the stream, then zeros; a token and a load never reach the end.
+    using Tail = std::array<unsigned char, 48>;
 
-    QSF_VECTOR_CLONES static Rest run(const Code code, DecoderCursor& cursor, unsigned char* tail) {
+    QSF_VECTOR_CLONES static Rest run(const Code code, DecoderCursor& cursor, Tail& tail) {
         DecoderCursor at = cursor;
         Rest rest = Rest::None;
         while (rest == Rest::None) {
@@ -63,8 +64,8 @@ private:
                     break;
             }
             if (!at.window.canRefill()) {
-                std::memcpy(tail, at.window.next(), at.window.left());
-                at.window.continueIn(tail, g_tailBytes);
+                at.window.left().copyTo(tail);
+                at.window.continueIn(tail);
             }
             at.window.refill();
             if (at.window.look() < Code::g_rareBelow[0])
@@ -95,7 +96,7 @@ private:
 
     Code m_code;
     DecoderCursor m_cursor;
-    std::array<unsigned char, g_tailBytes> m_tail{};
+    Tail m_tail{};
 };
 
 }  // namespace kvan::compression
