@@ -60,6 +60,8 @@ void VarTabDataEntries::Read(QSFBlockedReader& reader, std::uint32_t count, std:
     m_entries.clear();
     if (count == 0)
         return;
+    // Checked as a whole and not by a `readArray` for each entry: all entries share this memory, of which they are
+    // views, so it may not move, and shrinking it would fill it with zeros anew for each spectrum.
     reader.requireAvailable(size, 1);
     if (m_bytes.size() < size)
         m_bytes.resize(size);
