@@ -3,6 +3,7 @@
 #include <calibration-core/interfaces/CalibrationBlobDescription.h>
 
 #include <algorithm>
+#include <span>
 #include <vector>
 
 // The calibrations that the spectra were acquired with, by kind. What kind a blob is, and the family's name, the
@@ -51,9 +52,8 @@ std::vector<Count> countKinds(Database& database) {
     std::vector<Count> counts;
     std::vector<unsigned char> blob;
     for (auto query = database.execQuery(g_query); !query.eof(); query.nextRow()) {
-        int size = 0;
-        const unsigned char* const bytes = query.getBlobField(0, size);
-        blob.assign(bytes, bytes + size);
+        const std::span<const unsigned char> bytes = query.blobField(0);
+        blob.assign(bytes.begin(), bytes.end());
         const auto kind = kvan::calibration::describeBlob(blob);
         const auto known =
             std::find_if(counts.begin(), counts.end(), [&](const Count& row) { return row.kind == kind; });

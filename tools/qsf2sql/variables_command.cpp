@@ -6,6 +6,7 @@
 #include <binaryio/heap_binary.h>
 
 #include <CLI/CLI.hpp>
+#include <span>
 
 // Values of variables, of one spectrum or over the run. The cache keeps scalars as SQLite values and vectors as blobs
 // of their elements; the type of the declaration tells how to read the blob, and a value of an unknown type is shown as
@@ -46,11 +47,10 @@ std::string numberText(double value, TableForm form) {
 /// Numbers as the cache stores a vector: one after the other, little-endian. What is left at the end is no number.
 template <class Element>
 std::string joinNumbers(const Row& query, int column, TableForm form) {
-    int size = 0;
-    const unsigned char* const bytes = query.getBlobField(column, size);
-    kvan::binaryio::IHeapBinary numbers(bytes, static_cast<std::uint64_t>(size));
+    const std::span<const unsigned char> bytes = query.blobField(column);
+    kvan::binaryio::IHeapBinary numbers(bytes.data(), bytes.size());
     std::string joined;
-    for (auto count = static_cast<std::size_t>(size) / sizeof(Element); count > 0; --count) {
+    for (auto count = bytes.size() / sizeof(Element); count > 0; --count) {
         Element element;
         numbers >> element;
         joined += (joined.empty() ? "" : "; ") + numberText(element, form);

@@ -49,10 +49,8 @@ std::string summaryOf(const SampleRunParameters& parameters) {
          !row.eof(); row.nextRow()) {
         for (const int column : {0, 1, 2, 3, 4, 5})
             text << (row.fieldIsNull(column) ? "-" : row.fieldValue(column)) << ' ';
-        int size = 0;
-        const unsigned char* const blob = row.getBlobField(9, size);
         double last[2];
-        std::memcpy(last, blob + size - 16, 16);
+        std::memcpy(last, row.blobField(9).last(16).data(), 16);
         text << last[0] << ' ' << last[1] << "; ";
         const auto masses = read(row.getInt64Field(6));
         text << masses.size() << ' ' << masses.front() << ' ' << masses.back() << ' ';

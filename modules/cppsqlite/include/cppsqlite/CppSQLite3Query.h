@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <span>
 #include <string_view>
 
 #include <sqlite3.h>
@@ -37,6 +38,8 @@ public:
     double getFloatField(int column) const;
     /// `length` in bytes. Valid up to the next row; null for NULL and for no bytes.
     const unsigned char* getBlobField(int column, int& length) const;
+    /// The same as one value, which keeps the bytes and their number together.
+    std::span<const unsigned char> blobField(int column) const;
 
 private:
     friend class CppSQLite3DB;

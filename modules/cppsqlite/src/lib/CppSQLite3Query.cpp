@@ -105,6 +105,12 @@ const unsigned char* CppSQLite3Query::getBlobField(int column, int& length) cons
     return static_cast<const unsigned char*>(bytes);
 }
 
+std::span<const unsigned char> CppSQLite3Query::blobField(int column) const {
+    int length = 0;
+    const unsigned char* const bytes = getBlobField(column, length);
+    return {bytes, static_cast<std::size_t>(length)};
+}
+
 sqlite3_stmt* CppSQLite3Query::handle() const {
     return required(m_statement.get(), g_noStatement);
 }

@@ -5,6 +5,7 @@
 #include <boost/throw_exception.hpp>
 #include <cmath>
 #include <limits>
+#include <span>
 #include <stdexcept>
 
 // SQLite converts whatever it is asked to: a text becomes the number 0, and a NULL too. A calibration made of such
@@ -57,13 +58,12 @@ std::vector<double> TypedRow::reals(int column) const {
     const int type = typeOf(column);
     if (type != SQLITE_BLOB)
         fail(column, std::string(nameOf(type)) + " instead of a blob");
-    int length = 0;
-    const unsigned char* const bytes = m_query.getBlobField(column, length);
+    const std::span<const unsigned char> bytes = m_query.blobField(column);
     // No coefficients at all would be a law that gives nothing.
-    if (length <= 0 || length % static_cast<int>(sizeof(double)) != 0)
-        fail(column, "a blob of " + std::to_string(length) + " bytes instead of doubles");
-    binaryio::IHeapBinary blob(bytes, static_cast<std::uint64_t>(length));
-    return binaryio::readArray<std::vector<double>>(blob, static_cast<std::uint64_t>(length) / sizeof(double));
+    if (bytes.empty() || bytes.size() % sizeof(double) != 0)
+        fail(column, "a blob of " + std::to_string(bytes.size()) + " bytes instead of doubles");
+    binaryio::IHeapBinary blob(bytes.data(), bytes.size());
+    return binaryio::readArray<std::vector<double>>(blob, bytes.size() / sizeof(double));
 }
 
 // For models whose blob has no fixed place.

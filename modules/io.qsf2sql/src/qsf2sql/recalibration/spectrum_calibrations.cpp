@@ -7,6 +7,7 @@
 
 #include <boost/lexical_cast.hpp>
 #include <boost/throw_exception.hpp>
+#include <span>
 #include <stdexcept>
 #include <string>
 #include <utility>
@@ -99,9 +100,8 @@ SpectrumCalibrations::TransformatorPtr SpectrumCalibrations::getRawTransformator
     const auto row = m_blobById.execQuery();
     if (row.eof())
         BOOST_THROW_EXCEPTION(std::runtime_error("Couldn't get transformator blob."));
-    int length = 0;
-    const unsigned char* const bytes = row.getBlobField(0, length);
-    m_blob.assign(bytes, bytes + length);
+    const std::span<const unsigned char> blob = row.blobField(0);
+    m_blob.assign(blob.begin(), blob.end());
     return kvan::calibration::Transformation::CalibrationTransformatorFactorySerialization().DeserializeFromBlob(
         m_blob);
 }
