@@ -6,8 +6,11 @@
 #include <logger/logger.h>
 #include <sysutils/platform.h>
 
+#include <array>
+#include <bit>
 #include <boost/filesystem/operations.hpp>
 #include <boost/throw_exception.hpp>
+#include <span>
 #include <stdexcept>
 
 // The frame of the file. It is looked at before it is opened, so that a pipe cannot stop the reader. The length is a
@@ -35,6 +38,31 @@ KVAN_PACKED_RECORD(ArchiveFileHead, 12, (version, 0), (payloadLength, 8));
     BOOST_THROW_EXCEPTION(std::runtime_error("Specified AMI file '" + sys::pathToUtf8(path) + "' " + reason));
 }
 
+/// Reads all of `to` at `offset`; false where the file ends before that or cannot be read.
+bool readWhole(sys::PositionedFile& file, std::uint64_t offset, std::span<unsigned char> to) {
+    const auto count = static_cast<std::int64_t>(to.size());
+    return file.readAt(to.data(), count, offset) == count;
+}
+
+/// The record at `offset`; refuses a file that ends inside it.
+template <class Record>
+Record readRecord(sys::PositionedFile& file, std::uint64_t offset, const fs::path& path) {
+    std::array<unsigned char, sizeof(Record)> bytes;
+    if (!readWhole(file, offset, bytes))
+        refuse(path, "ends inside its head.");
+    return std::bit_cast<Record>(bytes);
+}
+
+/// The `count` bytes at `offset`; a count that the file does not hold is refused before it takes memory.
+Bytes readArray(sys::PositionedFile& file, std::uint64_t offset, std::uint64_t count, const fs::path& path) {
+    if (file.size() < offset + count)
+        refuse(path, "ends inside its payload.");
+    Bytes bytes(count);
+    if (!readWhole(file, offset, bytes))
+        refuse(path, "couldn't be read.");
+    return bytes;
+}
+
 std::unique_ptr<sys::PositionedFile> openFile(const fs::path& path) {
     boost::system::error_code ignored;
     const fs::file_status status = fs::status(path, ignored);
@@ -52,9 +80,7 @@ std::unique_ptr<sys::PositionedFile> openFile(const fs::path& path) {
 
 CCalibratorDataFile::CCalibratorDataFile(const fs::path& path) {
     const auto file = openFile(path);
-    ArchiveFileHead head;
-    if (file->readAt(&head, sizeof head, 0) != sizeof head)
-        refuse(path, "ends inside its head.");
+    const auto head = readRecord<ArchiveFileHead>(*file, 0, path);
     m_version = head.version;
     const auto logger = logging::Logger::getLogger("kvan.io.amiReader");
     KVAN_LOG(logger, DEBUG) << "AMI file version = " << m_version;
@@ -63,11 +89,7 @@ CCalibratorDataFile::CCalibratorDataFile(const fs::path& path) {
     // No failure: the reader has nothing then, which its first use says.
     if (m_version != ReadVersion)
         return;
-    if (file->size() < sizeof head + std::uint64_t{head.payloadLength})
-        refuse(path, "ends inside its payload.");
-    m_payload.resize(head.payloadLength);
-    if (file->readAt(m_payload.data(), head.payloadLength, sizeof head) != std::int64_t{head.payloadLength})
-        refuse(path, "couldn't be read.");
+    m_payload = readArray(*file, sizeof head, head.payloadLength, path);
 }
 
 }  // namespace kvan::io::ami
