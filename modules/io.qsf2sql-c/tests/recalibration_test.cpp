@@ -154,7 +154,7 @@ TEST_F(Recalibrated, ReferencesReplaceKite2) {
 
 TEST_F(Recalibrated, TheErrorOfARunIsTakenOut) {
     bool gpx = false;
-    const auto mzOf = [&](sample::CalibrationFamily law, sample::Recalibrations stores, int rawCalibration) {
+    const auto mzOf = [&](sample::SampleCalibration law, sample::Recalibrations stores, int rawCalibration) {
         fs::remove(cacheFile());
         sample::writeSampleRun(m_directory, {.spectra = 20,
                                              .calibration = law,
@@ -167,7 +167,7 @@ TEST_F(Recalibrated, TheErrorOfARunIsTakenOut) {
         const auto masses = storage.read<double>(id("LineMzId", 10));
         return masses.at(masses.size() / 2);
     };
-    using enum sample::CalibrationFamily;
+    using enum sample::SampleCalibration;
     using sample::Recalibrations;
     for (const auto law :
          {TofLinear, TofQuadratic, TofCompensated, TofCompensatedSeveral, PaladinLinear, Ftms, FtmsQuadratic}) {
