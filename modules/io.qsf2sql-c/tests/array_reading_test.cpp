@@ -134,6 +134,15 @@ TEST_F(DamagedMainFile, AHalfReadScanIsServedAgainAndNothingElseSuffers) {
     EXPECT_EQ(Storage(mainFile()).failureOf(arrayId(66, 0)), "ScanSpectrumBlock unsupported format 0");
 }
 
+TEST_F(DamagedMainFile, HeadsOfLinesThatCouldNotBeReadAreTriedAgain) {
+    put(m_locations[1].lines + 20, "\x04");  // no layout
+    const Storage storage(mainFile());
+    const std::string fault = storage.failureOf(arrayId(16, m_locations[1].lines));
+    EXPECT_NE(fault, "");
+    EXPECT_EQ(storage.failureOf(arrayId(16, m_locations[1].lines)), fault);
+    EXPECT_EQ(storage.length(arrayId(16, m_locations[1].lines)), -1);
+}
+
 TEST_F(DamagedMainFile, AFalseCountTakesNoMemoryAndFailsTheStream) {
     put(m_locations[0].scan + 24, "\xFF\xFF\xFF\xFF");
     put(m_locations[1].lines + 24, "\xFF\xFF\xFF\xFF");
