@@ -143,7 +143,9 @@ TEST_F(Reader, ReferencesAreAdaptedToTheTemperaturesOfTheSpectrum) {
 
 TEST_F(Reader, StatesAreListedWithWhatTheyHold) {
     std::string states;
-    for (const CalibrationStateSummary& state : readCalibrationStates(m_directory))
+    std::vector<CalibrationStateSummary> summaries;
+    EXPECT_EQ(CalibrationReaderSqlite::find(m_directory, {.unconditional = true}, summaries)->stateKey(), "frames");
+    for (const CalibrationStateSummary& state : summaries)
         states += state.key + ' ' + state.source + ' ' + std::to_string(state.hasFrameCalibrators) +
                   std::to_string(state.mappedFrames) + std::to_string(state.highestFrame) +
                   std::to_string(state.hasPositiveReference) + std::to_string(state.hasNegativeReference) + ';';

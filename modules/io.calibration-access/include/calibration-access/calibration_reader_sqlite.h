@@ -1,11 +1,13 @@
 #pragma once
 
 #include <calibration-access/calibration_state_selector.h>
+#include <calibration-access/calibration_states.h>
 #include <sysutils/boost_fwd.h>
 
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace kvan::calibration {
 class ICalibrationTransformator;
@@ -25,12 +27,20 @@ class CalibrationReaderSqlite {
 public:
     using TransformatorPtr = std::shared_ptr<::kvan::calibration::ICalibrationTransformator>;
 
+    /// Of the database in an analysis directory.
+    static constexpr const char* FileName = "calibration.sqlite";
+
     /// The state that `selector` wants; null when there is no database or no state in it that fits. An empty directory
     /// means the current one. Throws `std::runtime_error` for a directory that is none, a file that is no calibration
     /// database of a known version, a state that was asked for by its key and is not there, and tables without the
     /// columns of a model; `CppSQLite3Exception` when SQLite refuses.
     static std::unique_ptr<CalibrationReaderSqlite> find(const boost::filesystem::path& analysisDirectory,
                                                          const CalibrationStateSelector& selector);
+
+    /// The same; `states` becomes all states by their Ids at the moment of the choice, and is empty without a database.
+    static std::unique_ptr<CalibrationReaderSqlite> find(const boost::filesystem::path& analysisDirectory,
+                                                         const CalibrationStateSelector& selector,
+                                                         std::vector<CalibrationStateSummary>& states);
 
     /// As `find`, but throws `std::runtime_error` where that gives null.
     CalibrationReaderSqlite(const boost::filesystem::path& analysisDirectory, const CalibrationStateSelector& selector);

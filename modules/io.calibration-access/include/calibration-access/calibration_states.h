@@ -1,11 +1,9 @@
 #pragma once
 
 #include <calibration-access/calibration_state_selector.h>
-#include <sysutils/boost_fwd.h>
 
 #include <cstdint>
 #include <string>
-#include <vector>
 
 namespace kvan::io::calibration {
 
@@ -19,10 +17,6 @@ struct CalibrationStateSummary {
     bool hasPositiveReference = false;
     bool hasNegativeReference = false;
 };
-
-/// The states of the calibration database in the directory by their Ids; none without a database. Throws as
-/// `CalibrationReaderSqlite::find`.
-std::vector<CalibrationStateSummary> readCalibrationStates(const boost::filesystem::path& analysisDirectory);
 
 /// What a state lacks to fit the analysis that a selector was given; nothing if it fits.
 struct CalibrationStateShortfall {

@@ -2,6 +2,7 @@
 
 #include "calibration-reader/failure.h"
 
+#include <calibration-access/calibration_reader_sqlite.h>
 #include <cppsqlite/plain_tables.h>
 #include <cppsqlite/simple_checked_query.h>
 #include <sysutils/platform.h>
@@ -87,7 +88,7 @@ fs::path calibrationFile(const fs::path& analysisDirectory) {
         fail("Specified analysis directory does not exist");
     if (!fs::is_directory(directory))
         fail("Specified path is not a directory");
-    return directory / "calibration.sqlite";
+    return directory / CalibrationReaderSqlite::FileName;
 }
 
 bool isThere(const fs::path& file) {

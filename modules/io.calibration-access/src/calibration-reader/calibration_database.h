@@ -1,9 +1,11 @@
 #pragma once
 
+#include <calibration-access/calibration_states.h>
 #include <cppsqlite/CppSQLite3.h>
 #include <sysutils/boost_fwd.h>
 
 #include <memory>
+#include <vector>
 
 namespace kvan::io::calibration {
 
@@ -23,5 +25,8 @@ std::unique_ptr<cppsqlite::CppSQLite3DB> openCalibrationDatabase(const boost::fi
 /// `openCalibrationDatabase`.
 std::unique_ptr<cppsqlite::CppSQLite3DB> connectToCalibrationDatabase(const boost::filesystem::path& file,
                                                                       cppsqlite::CppSQLite3DB::OpenMode mode);
+
+/// All states by their Ids.
+std::vector<CalibrationStateSummary> readCalibrationStates(cppsqlite::CppSQLite3DB& database);
 
 }  // namespace kvan::io::calibration

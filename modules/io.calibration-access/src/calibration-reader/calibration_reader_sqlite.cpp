@@ -23,6 +23,27 @@ std::unique_ptr<CalibrationReaderSqlite> CalibrationReaderSqlite::find(const boo
         std::make_unique<CalibrationReaderSqliteImpl>(std::move(database), *key));
 }
 
+// One transaction over the choice and the list, so that no writer comes between them. Where something fails it ends
+// with its connection.
+std::unique_ptr<CalibrationReaderSqlite> CalibrationReaderSqlite::find(const boost::filesystem::path& analysisDirectory,
+                                                                       const CalibrationStateSelector& selector,
+                                                                       std::vector<CalibrationStateSummary>& states) {
+    states.clear();
+    const auto file = calibrationFile(analysisDirectory);
+    if (!isThere(file))
+        return nullptr;
+    auto database = openCalibrationDatabase(file);
+    cppsqlite::CppSQLite3DB& connection = *database;
+    connection.execDML("BEGIN");
+    std::unique_ptr<CalibrationReaderSqlite> reader;
+    if (const auto key = selector.findUUID(connection))
+        reader = std::make_unique<CalibrationReaderSqlite>(
+            std::make_unique<CalibrationReaderSqliteImpl>(std::move(database), *key));
+    states = readCalibrationStates(connection);
+    connection.execDML("COMMIT");
+    return reader;
+}
+
 CalibrationReaderSqlite::CalibrationReaderSqlite(const boost::filesystem::path& analysisDirectory,
                                                  const CalibrationStateSelector& selector) {
     auto database = openCalibrationDatabase(calibrationFile(analysisDirectory));

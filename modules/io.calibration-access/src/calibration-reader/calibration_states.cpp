@@ -1,9 +1,5 @@
 #include "calibration-reader/calibration_database.h"
 
-#include <calibration-access/calibration_states.h>
-
-#include <boost/filesystem/path.hpp>
-
 // All states with what decides about them, for a person who wants to see why one was chosen. One query, so that all
 // rows are of the same moment. A directory without a database has no states; one that cannot be opened, or that lacks a
 // table or column of the query, throws.
@@ -21,13 +17,9 @@ constexpr const char* g_query =
 
 }  // namespace
 
-std::vector<CalibrationStateSummary> readCalibrationStates(const boost::filesystem::path& analysisDirectory) {
+std::vector<CalibrationStateSummary> readCalibrationStates(cppsqlite::CppSQLite3DB& database) {
     std::vector<CalibrationStateSummary> states;
-    const auto file = calibrationFile(analysisDirectory);
-    if (!isThere(file))
-        return states;
-    const auto database = openCalibrationDatabase(file);
-    auto row = database->execQuery(g_query);
+    auto row = database.execQuery(g_query);
     for (; !row.eof(); row.nextRow())
         states.push_back({.key = std::string(row.fieldValue(0)),
                           .source = std::string(row.fieldValue(1)),

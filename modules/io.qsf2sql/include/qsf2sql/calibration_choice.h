@@ -9,6 +9,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <vector>
 
 namespace kvan::cppsqlite {
 class CppSQLite3DB;
@@ -24,6 +25,9 @@ enum class Store {
     Archive    ///< `Calibrator.ami`
 };
 
+inline constexpr const char* g_databaseFile = calibration::CalibrationReaderSqlite::FileName;
+inline constexpr const char* g_archiveFile = "Calibrator.ami";
+
 /// What became of a store.
 enum class Answer {
     NotWanted,  ///< the preferences leave it out
@@ -31,6 +35,12 @@ enum class Answer {
     NoneFits,   ///< the database has no state for this analysis
     NotOpened,  ///< it is there, but the other store is in force
     InForce
+};
+
+/// A state of a database of which none fits, and what it lacks.
+struct RejectedState {
+    calibration::CalibrationStateSummary state;
+    calibration::CalibrationStateShortfall shortfall;
 };
 
 /// The choice and its reasons. Owns the reader of the store in force; one thread at a time.
@@ -46,6 +56,10 @@ struct CalibrationChoice {
     /// database was not wanted.
     std::optional<calibration::CalibrationStateSelector> selector;
 
+    // From `explainCalibration` only.
+    std::optional<calibration::CalibrationStateSummary> state;  ///< of the database in force
+    std::vector<RejectedState> rejected;                        ///< by their Ids, where none fits
+
     bool isNative() const { return !database && !archive; }
 };
 
@@ -59,5 +73,11 @@ struct CalibrationChoice {
 CalibrationChoice chooseCalibration(const boost::filesystem::path& directory, const CalibrationPrefs& prefs,
                                     cppsqlite::CppSQLite3DB& cache,
                                     const std::function<void(Store)>& foundNothingIn = {});
+
+/// The same choice for somebody who wants to see why: with the states of the database that was asked, as they were at
+/// the moment of the choice, which costs a query more. An archive in force is asked for a calibration as well; throws
+/// also what that throws, such as for a version that nobody can read.
+CalibrationChoice explainCalibration(const boost::filesystem::path& directory, const CalibrationPrefs& prefs,
+                                     cppsqlite::CppSQLite3DB& cache);
 
 }  // namespace kvan::io::qsf2sql::recalibration

@@ -52,22 +52,23 @@ std::unique_ptr<CalibratorAmiReader> openArchive(const fs::path& file) {
     return archive;
 }
 
-}  // namespace
+using FindState = std::function<std::unique_ptr<calibration::CalibrationReaderSqlite>(
+    const fs::path& directory, const calibration::CalibrationStateSelector& selector)>;
 
-CalibrationChoice chooseCalibration(const fs::path& directory, const CalibrationPrefs& prefs,
-                                    cppsqlite::CppSQLite3DB& cache, const std::function<void(Store)>& foundNothingIn) {
+CalibrationChoice choose(const fs::path& directory, const CalibrationPrefs& prefs, cppsqlite::CppSQLite3DB& cache,
+                         const std::function<void(Store)>& foundNothingIn, const FindState& findState) {
     CalibrationChoice choice;
     if (prefs.stateSelector) {
         choice.selector = completed(*prefs.stateSelector, cache);
-        choice.database = calibration::CalibrationReaderSqlite::find(directory, *choice.selector);
-        choice.databaseAnswer = choice.database                             ? Answer::InForce
-                                : isThere(directory / "calibration.sqlite") ? Answer::NoneFits
-                                                                            : Answer::NotThere;
+        choice.database = findState(directory, *choice.selector);
+        choice.databaseAnswer = choice.database                       ? Answer::InForce
+                                : isThere(directory / g_databaseFile) ? Answer::NoneFits
+                                                                      : Answer::NotThere;
         if (!choice.database && foundNothingIn)
             foundNothingIn(Store::Database);
     }
     if (prefs.useCalibratorAmi) {
-        const fs::path file = directory / "Calibrator.ami";
+        const fs::path file = directory / g_archiveFile;
         if (!isThere(file)) {
             choice.archiveAnswer = Answer::NotThere;
         } else if (choice.database) {
@@ -78,6 +79,34 @@ CalibrationChoice chooseCalibration(const fs::path& directory, const Calibration
         }
         if (choice.isNative() && foundNothingIn)
             foundNothingIn(Store::Archive);
+    }
+    return choice;
+}
+
+}  // namespace
+
+CalibrationChoice chooseCalibration(const fs::path& directory, const CalibrationPrefs& prefs,
+                                    cppsqlite::CppSQLite3DB& cache, const std::function<void(Store)>& foundNothingIn) {
+    return choose(directory, prefs, cache, foundNothingIn, [](const auto& where, const auto& selector) {
+        return calibration::CalibrationReaderSqlite::find(where, selector);
+    });
+}
+
+CalibrationChoice explainCalibration(const fs::path& directory, const CalibrationPrefs& prefs,
+                                     cppsqlite::CppSQLite3DB& cache) {
+    std::vector<calibration::CalibrationStateSummary> states;
+    CalibrationChoice choice = choose(directory, prefs, cache, {}, [&states](const auto& where, const auto& selector) {
+        return calibration::CalibrationReaderSqlite::find(where, selector, states);
+    });
+    for (const auto& state : states) {
+        if (!choice.database)
+            choice.rejected.push_back({state, calibration::shortfallOf(state, *choice.selector)});
+        else if (!choice.state && state.key == choice.database->stateKey())
+            choice.state = state;
+    }
+    if (choice.archive) {
+        std::shared_ptr<kvan::calibration::ICalibrationTransformator> firstSpectrum;
+        choice.archive->getCalibrator(0, POLARITY_POSITIVE, firstSpectrum);
     }
     return choice;
 }
