@@ -157,7 +157,7 @@ TEST(CompressedBinary, PassesFlagsOnAndRefusesWhatCannotBe) {
     stream.setFlags(2);
     stream.close();
     EXPECT_EQ(heap.getFlags(), 2u);
-    IHeapBinary source(heap.data(), heap.size());
+    IHeapBinary source(heap.data(), static_cast<std::uint64_t>(heap.size()));
     source.setFlags(6);
     std::make_unique<IDecompressBinary>(source, 16)->setFlags(3);
     EXPECT_EQ(source.getFlags(), 3u);
