@@ -1,42 +1,5 @@
 #include "archives.h"
-
-#include <atomic>
-#include <cstdlib>
-#include <new>
-
-namespace {
-
-std::atomic<bool> g_isWatching = false;
-std::atomic<std::size_t> g_largest = 0;
-
-}  // namespace
-
-// Clang links its thread sanitizer's operators into the program; there nothing is watched.
-#ifdef __has_feature
-#define KEEPS_ITS_OPERATORS __has_feature(thread_sanitizer)
-#else
-#define KEEPS_ITS_OPERATORS 0
-#endif
-
-#if !KEEPS_ITS_OPERATORS
-
-void* operator new(std::size_t size) {
-    if (g_isWatching)
-        g_largest = std::max(g_largest.load(), size);
-    if (void* const memory = std::malloc(std::max<std::size_t>(size, 1)))
-        return memory;
-    throw std::bad_alloc();
-}
-
-void operator delete(void* memory) noexcept {
-    std::free(memory);
-}
-
-void operator delete(void* memory, std::size_t) noexcept {
-    std::free(memory);
-}
-
-#endif
+#include "largest_allocation.h"
 
 namespace archives {
 namespace {
@@ -56,21 +19,6 @@ const struct {
         return {.references = {{.references = {{.calibrator = record}}}}};
     }
 } with;
-
-/// Watches for the largest piece of memory that the program asks for during the life of the object; one at a time.
-/// Sees none under Clang's thread sanitizer.
-class LargestAllocation {
-public:
-    LargestAllocation() {
-        g_largest = 0;
-        g_isWatching = true;
-    }
-    LargestAllocation(const LargestAllocation&) = delete;
-    LargestAllocation& operator=(const LargestAllocation&) = delete;
-    ~LargestAllocation() { g_isWatching = false; }
-
-    std::size_t bytes() const { return g_largest; }
-};
 
 TEST(Archive, EveryVersionOfEveryRecordIsReadToItsEnd) {
     const ArchivedCalibrator both{.blob = line(7), .text = lineText("7")};
