@@ -30,14 +30,8 @@ std::size_t LargestAllocation::bytes() const {
 }  // namespace archives
 
 // In a source of its own: where GCC sees both an operator and its use, it takes them for a mismatched pair.
-// Clang links its thread sanitizer's operators into the program; there nothing is watched.
-#ifdef __has_feature
-#define KEEPS_ITS_OPERATORS __has_feature(thread_sanitizer)
-#else
-#define KEEPS_ITS_OPERATORS 0
-#endif
-
-#if !KEEPS_ITS_OPERATORS
+// The sanitizers have operators of their own, which must not meet these; there nothing is watched.
+#ifndef QSF2SQL_SANITIZED
 
 void* operator new(std::size_t size) {
     if (g_isWatching)

@@ -5,7 +5,7 @@
 namespace archives {
 
 /// Watches for the largest piece of memory that the program asks for during the life of the object; one at a time.
-/// Sees none under Clang's thread sanitizer.
+/// Sees none under a sanitizer.
 class LargestAllocation {
 public:
     LargestAllocation();

@@ -26,6 +26,7 @@ TEST(Inverse, FindsOrTells) {
     const CFunction damaged(6, {0.0, g_nan, 1.0}, 0.0, 0.0);
     const CFunction huge(6, {-1e308, 1e308, 1e308}, 0.0, 0.0);
     const CFunction steps(8, {0.0, 10.0}, {-1.0, 1.0});
+    const CFunction empty;
     struct Search {
         double y, lower, upper, x;
     };
@@ -40,7 +41,7 @@ TEST(Inverse, FindsOrTells) {
         {damaged, {{4, 0, 5, nothing}, {4, 0, g_largest, nothing}}},
         {huge, {{0, -1e9, 1e9, nothing}, {0, 0, 1, 0.6180339887498949}}},
         {steps, {{0, -100, 100, 10}}},
-        {CFunction(), {{0, 0, 1, nothing}}},
+        {empty, {{0, 0, 1, nothing}}},
     };
     for (const auto& [f, searches] : cases)
         for (const auto& [y, lower, upper, expected] : searches) {
